@@ -1,0 +1,285 @@
+#pragma once
+
+#include "services/call_gate.h"
+#include "services/record_document.h"
+#include "services/variant.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace qndr::services {
+
+/// The SQL database of the open company. One statement a call: text behind the first statement is refused.
+class Database {
+  public:
+    virtual ~Database() = default;
+
+    /// The first column of the first row. The default comes back for no row, a NULL and an empty text. `second` is
+    /// always empty. Raises when the database refuses the statement; LastSQLErrorDescription then tells why.
+    virtual Variant ExecuteScaler(const std::string& statement, const std::string& second = "",
+                                  const Variant& fallback = {}) = 0;
+
+    /// The number of rows that the statement itself matched, or -1 on an error of the database.
+    virtual std::int32_t ExecuteNonQuery(const std::string& statement) = 0;
+
+    /// All rows of the result; nothing on an error of the database.
+    virtual std::unique_ptr<RecordDocument> ExecuteRead(const std::string& statement) = 0;
+
+    /// The database's words for the last failure; empty when the last call succeeded.
+    virtual std::string LastSQLErrorDescription() const = 0;
+};
+
+/// Forwards every call of a Database that `gate` admits. A null gate admits all.
+class DatabaseWrapper : public Database, private Gated {
+  public:
+    DatabaseWrapper(Database& target, CallGate* gate) : Gated(gate), target_(&target) {}
+
+    Variant ExecuteScaler(const std::string& statement, const std::string& second,
+                          const Variant& fallback) override {
+        Demand("Database.ExecuteScaler");
+        return target_->ExecuteScaler(statement, second, fallback);
+    }
+    std::int32_t ExecuteNonQuery(const std::string& statement) override {
+        if (!Admits("Database.ExecuteNonQuery")) {
+            return -1;
+        }
+        return target_->ExecuteNonQuery(statement);
+    }
+    std::unique_ptr<RecordDocument> ExecuteRead(const std::string& statement) override {
+        if (!Admits("Database.ExecuteRead")) {
+            return nullptr;
+        }
+        return target_->ExecuteRead(statement);
+    }
+    std::string LastSQLErrorDescription() const override {
+        Demand("Database.LastSQLErrorDescription");
+        return target_->LastSQLErrorDescription();
+    }
+
+  protected:
+    Database& Target() const { return *target_; }
+
+  private:
+    Database* target_;
+};
+
+/// A database object for statements outside the company's own one.
+class SqlConnection {
+  public:
+    virtual ~SqlConnection() = default;
+
+    /// As on Database.
+    virtual std::int32_t ExecuteNonQuery(const std::string& statement) = 0;
+    virtual void PreTerminate() = 0;
+};
+
+/// Forwards every call of a SqlConnection that `gate` admits. A null gate admits all.
+class SqlConnectionWrapper : public SqlConnection, private Gated {
+  public:
+    SqlConnectionWrapper(SqlConnection& target, CallGate* gate) : Gated(gate), target_(&target) {}
+
+    std::int32_t ExecuteNonQuery(const std::string& statement) override {
+        if (!Admits("SqlConnection.ExecuteNonQuery")) {
+            return -1;
+        }
+        return target_->ExecuteNonQuery(statement);
+    }
+    void PreTerminate() override {
+        if (Admits("SqlConnection.PreTerminate")) {
+            target_->PreTerminate();
+        }
+    }
+
+  protected:
+    SqlConnection& Target() const { return *target_; }
+
+  private:
+    SqlConnection* target_;
+};
+
+/// The profiles of settings on this computer.
+class Profiles {
+  public:
+    virtual ~Profiles() = default;
+
+    /// All later lookups of options and locations use this profile, and fall back on the default one.
+    virtual void SetProfile(const std::string& name) = 0;
+};
+
+/// Forwards every call of a Profiles that `gate` admits. A null gate admits all.
+class ProfilesWrapper : public Profiles, private Gated {
+  public:
+    ProfilesWrapper(Profiles& target, CallGate* gate) : Gated(gate), target_(&target) {}
+
+    void SetProfile(const std::string& name) override {
+        Demand("Profiles.SetProfile");
+        target_->SetProfile(name);
+    }
+
+  protected:
+    Profiles& Target() const { return *target_; }
+
+  private:
+    Profiles* target_;
+};
+
+/// What this computer is.
+class Security {
+  public:
+    virtual ~Security() = default;
+
+    /// True on a computer that is set up as a Roaming Workstation. Needs no open company.
+    virtual bool IsRoamingWorkstation() const = 0;
+};
+
+/// Forwards every call of a Security that `gate` admits. A null gate admits all.
+class SecurityWrapper : public Security, private Gated {
+  public:
+    SecurityWrapper(Security& target, CallGate* gate) : Gated(gate), target_(&target) {}
+
+    bool IsRoamingWorkstation() const override {
+        Demand("Security.IsRoamingWorkstation");
+        return target_->IsRoamingWorkstation();
+    }
+
+  protected:
+    Security& Target() const { return *target_; }
+
+  private:
+    Security* target_;
+};
+
+/// Options of the company and locations on this computer.
+class Options {
+  public:
+    virtual ~Options() = default;
+
+    /// The default comes back for a missing option, a NULL and an empty text.
+    virtual Variant GetCompanyOption(const std::string& section, const std::string& key,
+                                     const Variant& fallback = {}) = 0;
+
+    /// A folder path; empty when the location is not set.
+    virtual std::string UserFileLocation(const std::string& name) = 0;
+};
+
+/// Forwards every call of a Options that `gate` admits. A null gate admits all.
+class OptionsWrapper : public Options, private Gated {
+  public:
+    OptionsWrapper(Options& target, CallGate* gate) : Gated(gate), target_(&target) {}
+
+    Variant GetCompanyOption(const std::string& section, const std::string& key,
+                             const Variant& fallback) override {
+        Demand("Options.GetCompanyOption");
+        return target_->GetCompanyOption(section, key, fallback);
+    }
+    std::string UserFileLocation(const std::string& name) override {
+        if (!Admits("Options.UserFileLocation")) {
+            return "";
+        }
+        return target_->UserFileLocation(name);
+    }
+
+  protected:
+    Options& Target() const { return *target_; }
+
+  private:
+    Options* target_;
+};
+
+/// The services of one company: qndrscl5.SharedCodeLibrary. The sub-objects live as long as the library and are
+/// usable before a company is open, but for Database and QNDRSQL, which need the connection string.
+class SharedCodeLibrary {
+  public:
+    virtual ~SharedCodeLibrary() = default;
+
+    /// Makes Database usable. The connection itself is opened by the first statement.
+    virtual void SetConnectionString(const std::string& text) = 0;
+    /// Path of the company's .psd file.
+    virtual void SetPSDFile(const std::string& path) = 0;
+    /// 1 main, 2 Roaming Workstation; kept as it is given.
+    virtual void SetOperatingMode(std::int16_t mode) = 0;
+    virtual std::int16_t OperatingMode() const = 0;
+
+    virtual services::Profiles& Profiles() = 0;
+    virtual services::Security& Security() = 0;
+    virtual services::Options& Options() = 0;
+    virtual services::Database& Database() = 0;
+    /// Nothing when not available.
+    virtual SqlConnection* QNDRSQL() = 0;
+
+    /// Enters a line in the company's own event list. Raises when it cannot.
+    virtual void RecordEvent(const std::string& text, std::optional<std::int32_t> number = std::nullopt) = 0;
+    /// Ends the object's work on the company; nothing may be asked of it afterwards.
+    virtual void PreTerminate() = 0;
+
+    /// The library behind any wrapper, for the services of the same make that take a library (engine, file
+    /// manager).
+    virtual SharedCodeLibrary& Implementation() { return *this; }
+};
+
+/// Forwards every call of a SharedCodeLibrary that `gate` admits, its sub-objects' calls included. A null gate
+/// admits all.
+class SharedCodeLibraryWrapper : public SharedCodeLibrary, private Gated {
+  public:
+    SharedCodeLibraryWrapper(std::unique_ptr<SharedCodeLibrary> target, CallGate* gate)
+        : Gated(gate), target_(std::move(target)), profiles_(target_->Profiles(), gate),
+          security_(target_->Security(), gate), options_(target_->Options(), gate),
+          database_(target_->Database(), gate) {}
+
+    void SetConnectionString(const std::string& text) override {
+        Demand("SharedCodeLibrary.SetConnectionString");
+        target_->SetConnectionString(text);
+    }
+    void SetPSDFile(const std::string& path) override {
+        Demand("SharedCodeLibrary.SetPSDFile");
+        target_->SetPSDFile(path);
+    }
+    void SetOperatingMode(std::int16_t mode) override {
+        Demand("SharedCodeLibrary.SetOperatingMode");
+        target_->SetOperatingMode(mode);
+    }
+    std::int16_t OperatingMode() const override {
+        Demand("SharedCodeLibrary.OperatingMode");
+        return target_->OperatingMode();
+    }
+    services::Profiles& Profiles() override { return profiles_; }
+    services::Security& Security() override { return security_; }
+    services::Options& Options() override { return options_; }
+    services::Database& Database() override { return database_; }
+    SqlConnection* QNDRSQL() override {
+        if (!Admits("SharedCodeLibrary.QNDRSQL")) {
+            return nullptr;
+        }
+        SqlConnection* connection = target_->QNDRSQL();
+        if (connection == nullptr) {
+            return nullptr;
+        }
+        connection_.emplace(*connection, Gate());
+        return &*connection_;
+    }
+    void RecordEvent(const std::string& text, std::optional<std::int32_t> number) override {
+        Demand("SharedCodeLibrary.RecordEvent");
+        target_->RecordEvent(text, number);
+    }
+    void PreTerminate() override {
+        if (Admits("SharedCodeLibrary.PreTerminate")) {
+            target_->PreTerminate();
+        }
+    }
+    SharedCodeLibrary& Implementation() override { return target_->Implementation(); }
+
+  protected:
+    SharedCodeLibrary& Target() const { return *target_; }
+
+  private:
+    std::unique_ptr<SharedCodeLibrary> target_;
+    ProfilesWrapper profiles_;
+    SecurityWrapper security_;
+    OptionsWrapper options_;
+    DatabaseWrapper database_;
+    std::optional<SqlConnectionWrapper> connection_;
+};
+
+} // namespace qndr::services

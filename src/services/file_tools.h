@@ -1,0 +1,134 @@
+#pragma once
+
+#include "services/call_gate.h"
+#include "services/date.h"
+
+#include <string>
+
+namespace qndr::services {
+
+/// Operations on single files. Where a result can say "no" it does, and nothing is raised.
+class FileTools {
+  public:
+    virtual ~FileTools() = default;
+
+    /// True when the path names an existing file, not a folder. The same test as FileExists.
+    virtual bool FileIsPresent(const std::string& path) = 0;
+
+    /// True when the path names an existing file, not a folder.
+    virtual bool FileExists(const std::string& path) = 0;
+
+    /// Size in bytes. Raises when there is no such file.
+    virtual std::int64_t GetFileSize(const std::string& path) = 0;
+
+    /// The part behind the last separator. Does not touch the disk.
+    virtual std::string GetFileName(const std::string& path) = 0;
+
+    /// The file name without its last "." and what follows. Does not touch the disk.
+    virtual std::string GetFileBaseName(const std::string& path) = 0;
+
+    /// Attribute 2 is hidden, 4 is system. False for an absent file, and for 4 where a platform has no such mark.
+    /// Off Windows a name with a leading dot is hidden.
+    virtual bool FileHasAttribute(const std::string& path, int attribute) = 0;
+
+    /// Local time of the last modification. Raises when there is no such file.
+    virtual Date GetFileDate(const std::string& path) = 0;
+
+    /// Creates an empty private file with a new name of this prefix and extension (with its dot) and returns its
+    /// path, empty on failure. An empty folder stands for the temporary folder, which is made when it is missing.
+    virtual std::string CreateTemporaryFile(const std::string& folder, const std::string& prefix,
+                                            const std::string& extension) = 0;
+
+    /// True when the file existed and is gone.
+    virtual bool DeleteFile(const std::string& path) = 0;
+
+    /// Copies so that no reader ever meets a part of the file under its name, and so that a True survives a power
+    /// cut. False for an existing target unless `overwrite`, and for a target name that no file can carry on some
+    /// platform.
+    virtual bool CopyFile(const std::string& source, const std::string& target, bool overwrite) = 0;
+
+    /// Moves or renames, across file systems too. False for an existing target unless `overwrite`; the source then
+    /// stays.
+    virtual bool MoveFile(const std::string& source, const std::string& target, bool overwrite) = 0;
+
+    /// The text with every character that a file name cannot carry, and "~", replaced by "-".
+    virtual std::string ToFileToken(const std::string& text) = 0;
+};
+
+/// Forwards every call of a FileTools that `gate` admits. A null gate admits all.
+class FileToolsWrapper : public FileTools, private Gated {
+  public:
+    FileToolsWrapper(FileTools& target, CallGate* gate) : Gated(gate), target_(&target) {}
+
+    bool FileIsPresent(const std::string& path) override {
+        if (!Admits("FileTools.FileIsPresent")) {
+            return false;
+        }
+        return target_->FileIsPresent(path);
+    }
+    bool FileExists(const std::string& path) override {
+        if (!Admits("FileTools.FileExists")) {
+            return false;
+        }
+        return target_->FileExists(path);
+    }
+    std::int64_t GetFileSize(const std::string& path) override {
+        Demand("FileTools.GetFileSize");
+        return target_->GetFileSize(path);
+    }
+    std::string GetFileName(const std::string& path) override {
+        Demand("FileTools.GetFileName");
+        return target_->GetFileName(path);
+    }
+    std::string GetFileBaseName(const std::string& path) override {
+        Demand("FileTools.GetFileBaseName");
+        return target_->GetFileBaseName(path);
+    }
+    bool FileHasAttribute(const std::string& path, int attribute) override {
+        if (!Admits("FileTools.FileHasAttribute")) {
+            return false;
+        }
+        return target_->FileHasAttribute(path, attribute);
+    }
+    Date GetFileDate(const std::string& path) override {
+        Demand("FileTools.GetFileDate");
+        return target_->GetFileDate(path);
+    }
+    std::string CreateTemporaryFile(const std::string& folder, const std::string& prefix,
+                                    const std::string& extension) override {
+        if (!Admits("FileTools.CreateTemporaryFile")) {
+            return "";
+        }
+        return target_->CreateTemporaryFile(folder, prefix, extension);
+    }
+    bool DeleteFile(const std::string& path) override {
+        if (!Admits("FileTools.DeleteFile")) {
+            return false;
+        }
+        return target_->DeleteFile(path);
+    }
+    bool CopyFile(const std::string& source, const std::string& target, bool overwrite) override {
+        if (!Admits("FileTools.CopyFile")) {
+            return false;
+        }
+        return target_->CopyFile(source, target, overwrite);
+    }
+    bool MoveFile(const std::string& source, const std::string& target, bool overwrite) override {
+        if (!Admits("FileTools.MoveFile")) {
+            return false;
+        }
+        return target_->MoveFile(source, target, overwrite);
+    }
+    std::string ToFileToken(const std::string& text) override {
+        Demand("FileTools.ToFileToken");
+        return target_->ToFileToken(text);
+    }
+
+  protected:
+    FileTools& Target() const { return *target_; }
+
+  private:
+    FileTools* target_;
+};
+
+} // namespace qndr::services

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "services/company_library.h"
+#include "suite/database/sqlite_connection.h"
+
+#include <memory>
+#include <string>
+
+namespace qndr::suite {
+
+/// The SharedCodeLibrary of this suite. The engine and the file manager get at it through Implementation().
+class CompanyLibrary : public services::SharedCodeLibrary {
+  public:
+    CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock);
+    ~CompanyLibrary() override;
+
+    void SetConnectionString(const std::string& text) override;
+    void SetPSDFile(const std::string& path) override;
+    void SetOperatingMode(std::int16_t mode) override;
+    std::int16_t OperatingMode() const override;
+    services::Profiles& Profiles() override;
+    services::Security& Security() override;
+    services::Options& Options() override;
+    services::Database& Database() override;
+    services::SqlConnection* QNDRSQL() override;
+    void RecordEvent(const std::string& text, std::optional<std::int32_t> number) override;
+    void PreTerminate() override;
+
+    /// The company's connection, opened at its first use. Raises services::Failure when it cannot be opened.
+    SqliteConnection& Connection();
+    const std::string& PSDFile() const;
+
+  private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace qndr::suite

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "services/platform.h"
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qndr::suite {
+
+/// A prepared statement; finalised with its destruction. Columns and parameters count from 0 and 1, as SQLite counts.
+class SqliteStatement {
+  public:
+    explicit SqliteStatement(sqlite3_stmt* statement) : statement_(statement, &sqlite3_finalize) {}
+
+    sqlite3_stmt* Handle() const { return statement_.get(); }
+    /// True for a row, false at the end. Raises services::Failure with the database's words.
+    bool Step();
+    void Reset();
+
+    void Bind(int parameter, std::string_view text);
+    void Bind(int parameter, std::int64_t number);
+    void BindBytes(int parameter, std::string_view bytes);
+    void BindNull(int parameter);
+
+    int ColumnCount() const;
+    std::string ColumnName(int column) const;
+    bool IsNull(int column) const;
+    std::int64_t Integer(int column) const;
+    /// Valid until the next Step, Reset or conversion of the column.
+    std::string_view Text(int column) const;
+    std::string_view Bytes(int column) const;
+
+  private:
+    std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement_;
+};
+
+/// One connection to an SQLite database file: WAL, full synchronous, foreign keys not enforced, DATEADD and GETUTCDATE
+/// given to it (both in "yyyymmdd hh:nn:ss" UTC, after the clock that the connection was opened with).
+class SqliteConnection {
+  public:
+    enum class Missing { Refuse, Create };
+
+    /// Raises services::Failure when the file cannot be opened, is no database, or is absent and not to be made.
+    SqliteConnection(const std::string& path, const services::Clock& clock, Missing missing);
+    ~SqliteConnection();
+    SqliteConnection(const SqliteConnection&) = delete;
+    SqliteConnection& operator=(const SqliteConnection&) = delete;
+
+    sqlite3* Handle() const { return handle_; }
+    const std::string& Path() const { return path_; }
+
+    /// How long a statement waits for another program's lock; 60 s by default.
+    void SetBusyTimeout(std::int32_t milliseconds);
+
+    /// Prepares the first statement of `sql` in this database's dialect. Raises when there is text behind it.
+    SqliteStatement Prepare(std::string_view sql) const;
+    /// Runs one statement to its end. Raises with the database's words.
+    void Execute(std::string_view sql) const;
+    /// Runs a script of several statements as it stands, without the dialect step.
+    void ExecuteScript(const std::string& sql) const;
+    /// The first column of the first row, nothing for no row or NULL.
+    std::optional<std::string> Value(std::string_view sql) const;
+    std::int64_t Number(std::string_view sql, std::int64_t fallback = 0) const;
+
+  private:
+    std::string path_;
+    const services::Clock& clock_;
+    sqlite3* handle_ = nullptr;
+};
+
+/// A transaction that is rolled back unless it was committed.
+class SqliteTransaction {
+  public:
+    enum class Kind { Read, Write };
+
+    /// A write transaction takes its lock at once and waits for it as long as the connection's busy time-out says.
+    SqliteTransaction(const SqliteConnection& connection, Kind kind);
+    ~SqliteTransaction();
+    SqliteTransaction(const SqliteTransaction&) = delete;
+    SqliteTransaction& operator=(const SqliteTransaction&) = delete;
+
+    void Commit();
+
+  private:
+    const SqliteConnection& connection_;
+    bool open_ = true;
+};
+
+} // namespace qndr::suite
