@@ -8,7 +8,8 @@
 
 namespace qndr {
 
-/// The process-wide state of one agent: one copy for the life of the process, handed to every routine by reference.
+/// The process-wide state of one agent: one copy for the life of the process, handed to every routine by
+/// reference.
 struct AgentContext {
     explicit AgentContext(const services::AgentServices& outside) : services(outside) {}
 

@@ -44,11 +44,12 @@ class ObserveFailures {
     FailureObserver* previous_;
 };
 
-// The failure rule: no failure leaves a routine of the agent as an error. A statement that fails is abandoned at the
-// point of failure, what it had not assigned stays as it was, and the routine goes on with the statement behind it.
-// A test that fails counts as passed. The rule works per statement: never put one Attempt around a whole body, and
-// keep the way round in which a test is phrased, for that decides where a failure leads. What is caught are failures
-// of the outside (std::runtime_error, of which services::Failure is one); programming errors pass through.
+// The failure rule: no failure leaves a routine of the agent as an error. A statement that fails is abandoned at
+// the point of failure, what it had not assigned stays as it was, and the routine goes on with the statement
+// behind it. A test that fails counts as passed. The rule works per statement: never put one Attempt around a
+// whole body, and keep the way round in which a test is phrased, for that decides where a failure leads. What is
+// caught are failures of the outside (std::runtime_error, of which services::Failure is one); programming errors
+// pass through.
 
 /// Runs one statement under the failure rule.
 template <typename Statement> void Attempt(Statement&& statement) {

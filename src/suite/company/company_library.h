@@ -1,6 +1,8 @@
 #pragma once
 
 #include "services/company_library.h"
+#include "services/platform.h"
+#include "services/registry_tools.h"
 #include "suite/database/sqlite_connection.h"
 
 #include <memory>
