@@ -1,0 +1,33 @@
+#pragma once
+
+#include "suite/database/sqlite_connection.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace qndr::suite {
+
+enum class Scope {
+    Exchanged, ///< the tables of a full export, and of each the rows that a full export carries now
+    All,       ///< every audited table, whole
+};
+
+struct TableComparison {
+    std::string table;
+    std::int64_t same = 0;
+    std::int64_t differing = 0; ///< on both sides, with at least one other value
+    std::int64_t onlyLeft = 0;
+    std::int64_t onlyRight = 0;
+
+    bool Alike() const { return differing == 0 && onlyLeft == 0 && onlyRight == 0; }
+};
+
+/// Compares two company databases table by table over the columns that travel. Rows belong together by UniqueID
+/// without regard to case; the local ID counts for nothing. The time limit of Scope::Exchanged is taken once, from
+/// the left connection's clock. Reads each database in one transaction of its own, so neither connection may have
+/// one open. Raises services::Failure when a database cannot be read.
+std::vector<TableComparison> CompareCompanies(const SqliteConnection& left, const SqliteConnection& right,
+                                              Scope scope);
+
+} // namespace qndr::suite

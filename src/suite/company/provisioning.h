@@ -1,0 +1,46 @@
+#pragma once
+
+#include "suite/database/sqlite_connection.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace qndr::suite {
+
+// What the application around a company database does for the exchange. Each routine is one transaction a database
+// and raises services::Failure, with nothing changed, when it is refused.
+
+/// Makes a workstation known to its main company, with its UniqueID as it is written and its name, and lets it ask
+/// for its initial sync. Without a reference code (1 to 255) the lowest free one is given; gives the code back.
+/// Refused: companies of other types, a workstation that is known already or belongs to another main company, a
+/// reference code in use, and a workstation that was never paired but holds audited changes, for they would all be
+/// sent to main.
+std::uint8_t AddWorkstation(const SqliteConnection& main, const SqliteConnection& roaming,
+                            std::optional<int> referenceCode = std::nullopt);
+
+/// Lets the workstation ask for an initial sync at its next pass. True when it has exchanged data with its main
+/// company before: ResetCountersOf must then be run there too, or both sides refuse each other's changes
+/// afterwards.
+bool RequestInitialSync(const SqliteConnection& roaming);
+
+/// Readies a workstation's row on main for a new initial sync: both its sequence counters go to 0, as the
+/// workstation's own do, and so does its SyncState, so that no change file with a new number goes out before the
+/// workstation's request has arrived. Refused when main knows no such workstation.
+void ResetCountersOf(const SqliteConnection& main, const std::string& workstationUniqueID);
+
+/// Lets the workstation ask main for a reset at its next pass. Refused unless it is in normal running or already
+/// waits for a reset.
+void RequestReset(const SqliteConnection& roaming);
+
+/// The profile that every other one falls back on.
+inline constexpr const char* DefaultProfile = "Default";
+
+/// The option of the profile, or else of the default profile. Section, key and profile have no letter case.
+std::optional<std::string> GetCompanyOption(const SqliteConnection& company, const std::string& section,
+                                            const std::string& key, const std::string& profile = DefaultProfile);
+/// Adds or replaces one option.
+void SetCompanyOption(const SqliteConnection& company, const std::string& section, const std::string& key,
+                      const std::string& value, const std::string& profile = DefaultProfile);
+
+} // namespace qndr::suite
