@@ -12,7 +12,8 @@
 
 namespace qndr::suite {
 
-/// A prepared statement; finalised with its destruction. Columns and parameters count from 0 and 1, as SQLite counts.
+/// A prepared statement; finalised with its destruction. Columns and parameters count from 0 and 1, as SQLite
+/// counts.
 class SqliteStatement {
   public:
     explicit SqliteStatement(sqlite3_stmt* statement) : statement_(statement, &sqlite3_finalize) {}
@@ -39,13 +40,15 @@ class SqliteStatement {
     std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement_;
 };
 
-/// One connection to an SQLite database file: WAL, full synchronous, foreign keys not enforced, DATEADD and GETUTCDATE
-/// given to it (both in "yyyymmdd hh:nn:ss" UTC, after the clock that the connection was opened with).
+/// One connection to an SQLite database file: WAL, full synchronous, foreign keys not enforced, DATEADD and
+/// GETUTCDATE given to it (both in "yyyymmdd hh:nn:ss" UTC, after the clock that the connection was opened with,
+/// which must outlive it).
 class SqliteConnection {
   public:
     enum class Missing { Refuse, Create };
 
-    /// Raises services::Failure when the file cannot be opened, is no database, or is absent and not to be made.
+    /// `path` is UTF-8. Raises services::Failure when the file cannot be opened, is no database, or is absent and
+    /// not to be made; Missing::Refuse leaves an empty file as it is, too.
     SqliteConnection(const std::string& path, const services::Clock& clock, Missing missing);
     ~SqliteConnection();
     SqliteConnection(const SqliteConnection&) = delete;
@@ -57,7 +60,8 @@ class SqliteConnection {
     /// How long a statement waits for another program's lock; 60 s by default.
     void SetBusyTimeout(std::int32_t milliseconds);
 
-    /// Prepares the first statement of `sql` in this database's dialect. Raises when there is text behind it.
+    /// Prepares the one statement of `sql` in this database's dialect. Raises with the database's words, and when
+    /// there is no statement or anything but one semicolon, blanks and comments behind it.
     SqliteStatement Prepare(std::string_view sql) const;
     /// Runs one statement to its end. Raises with the database's words.
     void Execute(std::string_view sql) const;
@@ -69,7 +73,6 @@ class SqliteConnection {
 
   private:
     std::string path_;
-    const services::Clock& clock_;
     sqlite3* handle_ = nullptr;
 };
 

@@ -1,0 +1,223 @@
+#include "suite/database/sqlite_connection.h"
+
+#include "services/failure.h"
+#include "suite/database/date_functions.h"
+#include "suite/database/dialect.h"
+
+namespace qndr::suite {
+namespace {
+
+using services::Failure;
+
+constexpr int kBusyTimeoutMilliseconds = 60'000;
+
+/// The cache is small on purpose (8 MiB): the agent stays within 64 MiB whatever the size of the company. The log
+/// of a large import is cut back to 16 MiB when it has gone into the database.
+constexpr const char* kSettings = "PRAGMA synchronous = FULL;"
+                                  "PRAGMA foreign_keys = OFF;"
+                                  "PRAGMA cache_size = -8192;"
+                                  "PRAGMA mmap_size = 0;"
+                                  "PRAGMA temp_store = FILE;"
+                                  "PRAGMA journal_size_limit = 16777216;";
+
+[[noreturn]] void RaiseLastError(sqlite3* handle) {
+    throw Failure(sqlite3_errmsg(handle));
+}
+
+void Check(sqlite3_stmt* statement, int result) {
+    if (result != SQLITE_OK) {
+        RaiseLastError(sqlite3_db_handle(statement));
+    }
+}
+
+struct Closer {
+    void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+};
+
+} // namespace
+
+bool SqliteStatement::Step() {
+    const int result = sqlite3_step(Handle());
+    if (result == SQLITE_ROW) {
+        return true;
+    }
+    if (result == SQLITE_DONE) {
+        return false;
+    }
+    const std::string words = sqlite3_errmsg(sqlite3_db_handle(Handle()));
+    sqlite3_reset(Handle());
+    throw Failure(words);
+}
+
+void SqliteStatement::Reset() {
+    // The result repeats the failure of the last Step, which that call has raised already.
+    sqlite3_reset(Handle());
+}
+
+void SqliteStatement::Bind(int parameter, std::string_view text) {
+    // A null pointer would bind NULL, so an empty text needs one of its own.
+    Check(Handle(), sqlite3_bind_text64(Handle(), parameter, text.empty() ? "" : text.data(), text.size(),
+                                        SQLITE_TRANSIENT, SQLITE_UTF8));
+}
+
+void SqliteStatement::Bind(int parameter, std::int64_t number) {
+    Check(Handle(), sqlite3_bind_int64(Handle(), parameter, number));
+}
+
+void SqliteStatement::BindBytes(int parameter, std::string_view bytes) {
+    Check(Handle(), sqlite3_bind_blob64(Handle(), parameter, bytes.empty() ? "" : bytes.data(), bytes.size(),
+                                        SQLITE_TRANSIENT));
+}
+
+void SqliteStatement::BindNull(int parameter) {
+    Check(Handle(), sqlite3_bind_null(Handle(), parameter));
+}
+
+int SqliteStatement::ColumnCount() const {
+    return sqlite3_column_count(Handle());
+}
+
+std::string SqliteStatement::ColumnName(int column) const {
+    const char* name = sqlite3_column_name(Handle(), column);
+    return name == nullptr ? "" : name;
+}
+
+bool SqliteStatement::IsNull(int column) const {
+    return sqlite3_column_type(Handle(), column) == SQLITE_NULL;
+}
+
+std::int64_t SqliteStatement::Integer(int column) const {
+    return sqlite3_column_int64(Handle(), column);
+}
+
+std::string_view SqliteStatement::Text(int column) const {
+    const unsigned char* text = sqlite3_column_text(Handle(), column);
+    if (text == nullptr) {
+        return {};
+    }
+    return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(sqlite3_column_bytes(Handle(), column))};
+}
+
+std::string_view SqliteStatement::Bytes(int column) const {
+    const void* bytes = sqlite3_column_blob(Handle(), column);
+    if (bytes == nullptr) {
+        return {};
+    }
+    return {static_cast<const char*>(bytes), static_cast<std::size_t>(sqlite3_column_bytes(Handle(), column))};
+}
+
+SqliteConnection::SqliteConnection(const std::string& path, const services::Clock& clock, Missing missing)
+    : path_(path) {
+    const auto fail = [&](const std::string& words) {
+        throw Failure("the database '" + path + "' cannot be opened: " + words);
+    };
+    // SQLite makes a temporary database of an empty path.
+    if (path.empty() || path.find('\0') != std::string::npos) {
+        fail("this is no path of a file");
+    }
+    const int flags = SQLITE_OPEN_READWRITE | (missing == Missing::Create ? SQLITE_OPEN_CREATE : 0);
+    sqlite3* opened = nullptr;
+    const int result = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
+    std::unique_ptr<sqlite3, Closer> owner(opened);
+    if (result != SQLITE_OK) {
+        fail(opened == nullptr ? sqlite3_errstr(result) : sqlite3_errmsg(opened));
+    }
+    handle_ = opened;
+    try {
+        sqlite3_busy_timeout(handle_, kBusyTimeoutMilliseconds);
+        AddDateFunctions(handle_, clock);
+        ExecuteScript(kSettings);
+        // Reads the file for the first time. An empty one would become a database with the next statement.
+        if (Number("PRAGMA page_count") == 0 && missing == Missing::Refuse) {
+            throw Failure("the file is empty");
+        }
+        if (Value("PRAGMA journal_mode = WAL") != "wal") {
+            throw Failure("it cannot be set to write-ahead logging");
+        }
+    } catch (const Failure& failure) {
+        fail(failure.what());
+    }
+    owner.release();
+}
+
+SqliteConnection::~SqliteConnection() {
+    sqlite3_close_v2(handle_);
+}
+
+void SqliteConnection::SetBusyTimeout(std::int32_t milliseconds) {
+    sqlite3_busy_timeout(handle_, milliseconds);
+}
+
+SqliteStatement SqliteConnection::Prepare(std::string_view sql) const {
+    if (sql.find('\0') != std::string_view::npos) {
+        throw Failure("the statement holds a character that no statement may hold");
+    }
+    const std::string text = ToSqliteDialect(sql);
+    sqlite3_stmt* prepared = nullptr;
+    const char* tail = nullptr;
+    const int result =
+        sqlite3_prepare_v2(handle_, text.c_str(), static_cast<int>(text.size() + 1), &prepared, &tail);
+    SqliteStatement statement(prepared);
+    if (result != SQLITE_OK) {
+        RaiseLastError(handle_);
+    }
+    if (prepared == nullptr) {
+        throw Failure("there is no statement in the text");
+    }
+    if (!IsBlankSql(tail)) {
+        throw Failure("one statement a call: the text behind the first statement is refused");
+    }
+    return statement;
+}
+
+void SqliteConnection::Execute(std::string_view sql) const {
+    SqliteStatement statement = Prepare(sql);
+    while (statement.Step()) {
+    }
+}
+
+void SqliteConnection::ExecuteScript(const std::string& sql) const {
+    if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+        RaiseLastError(handle_);
+    }
+}
+
+std::optional<std::string> SqliteConnection::Value(std::string_view sql) const {
+    SqliteStatement statement = Prepare(sql);
+    if (!statement.Step() || statement.IsNull(0)) {
+        return std::nullopt;
+    }
+    return std::string(statement.Text(0));
+}
+
+std::int64_t SqliteConnection::Number(std::string_view sql, std::int64_t fallback) const {
+    SqliteStatement statement = Prepare(sql);
+    return statement.Step() && !statement.IsNull(0) ? statement.Integer(0) : fallback;
+}
+
+SqliteTransaction::SqliteTransaction(const SqliteConnection& connection, Kind kind) : connection_(connection) {
+    connection_.Execute(kind == Kind::Write ? "BEGIN IMMEDIATE" : "BEGIN");
+    if (kind == Kind::Read) {
+        // A plain BEGIN takes its view of the database with the first read only.
+        try {
+            connection_.Number("SELECT COUNT(*) FROM sqlite_schema");
+        } catch (...) {
+            connection_.Execute("ROLLBACK");
+            throw;
+        }
+    }
+}
+
+SqliteTransaction::~SqliteTransaction() {
+    // The database may have rolled back by itself, on a full disk for instance.
+    if (open_ && sqlite3_get_autocommit(connection_.Handle()) == 0) {
+        sqlite3_exec(connection_.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+}
+
+void SqliteTransaction::Commit() {
+    connection_.Execute("COMMIT");
+    open_ = false;
+}
+
+} // namespace qndr::suite

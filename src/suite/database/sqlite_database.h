@@ -1,0 +1,47 @@
+#pragma once
+
+#include "services/company_library.h"
+#include "services/platform.h"
+#include "suite/database/sqlite_connection.h"
+
+#include <memory>
+#include <string>
+
+namespace qndr::suite {
+
+/// The first column of the next row of the statement, numbers as numbers and all else as text; `fallback` for no
+/// row, a NULL and an empty text. Raises services::Failure with the database's words.
+Variant FirstValue(SqliteStatement& statement, const Variant& fallback);
+
+/// A company's database in an SQLite file. The file is opened by the first use, never made; a file that cannot be
+/// opened is a database error of each statement. Without a file every operation raises services::Failure.
+class SqliteDatabase : public services::Database {
+  public:
+    /// The clock must outlive the database.
+    explicit SqliteDatabase(const services::Clock& clock) : clock_(clock) {}
+
+    /// Closes the file in use, if any, and names the one to be used from now on.
+    void Use(const std::string& path);
+    /// Closes the file in use; there is none from now on.
+    void Close();
+    bool HasFile() const { return !path_.empty(); }
+
+    /// Raises when the file cannot be opened.
+    SqliteConnection& Connection();
+
+    Variant ExecuteScaler(const std::string& statement, const std::string& second,
+                          const Variant& fallback) override;
+    std::int32_t ExecuteNonQuery(const std::string& statement) override;
+    std::unique_ptr<services::RecordDocument> ExecuteRead(const std::string& statement) override;
+    std::string LastSQLErrorDescription() const override { return lastError_; }
+
+  private:
+    void DemandFile() const;
+
+    const services::Clock& clock_;
+    std::string path_;
+    std::unique_ptr<SqliteConnection> connection_;
+    std::string lastError_;
+};
+
+} // namespace qndr::suite
