@@ -15,28 +15,36 @@ struct Column {
     std::string_view references = {};
     /// A local column: in no export view, taken from no import, and a change of nothing else is not audited.
     bool local = false;
+    /// Rows are looked up by this column.
+    bool indexed = false;
 };
 
-/// An audited table. Every one has, beside its columns, a local integer key ID and a UniqueID (GUID text, upper case,
-/// unique without regard to case), and a view vwExporting_<name>.
+/// An audited table. Every one has, beside its columns, a local integer key ID and a UniqueID (GUID text, upper
+/// case, unique without regard to case), and a view vwExporting_<name>.
 struct Table {
     std::string_view name;
     std::vector<Column> columns;
-    /// The column whose text goes into AuditLog.AuditData.
-    std::string_view auditData;
+    /// The column whose text goes into AuditLog.AuditData; empty for none.
+    std::string_view auditData = {};
     /// One of the 53 tables of a full export.
     bool exported = false;
 };
+
+/// Local column of orders and purchase orders: 0 the number is still to be queued for main, 1 it was queued.
+inline constexpr std::string_view SyncStateColumn = "SyncState";
+/// Local column of the same tables: 1 when the row came by import, so that its number is not this company's to
+/// queue.
+inline constexpr std::string_view ImportedColumn = "Imported";
 
 /// All audited tables, the exported ones first and in the order of the full export.
 const std::vector<Table>& AuditedTables();
 /// Finds an audited table, without regard to letter case; null when there is none.
 const Table* FindAuditedTable(std::string_view name);
 
-/// The version of company databases that this code makes.
+/// The version of company databases that this code makes. Stored in Company.DatabaseVersion.
 inline constexpr std::string_view CompanyDatabaseVersion = "5.0.1";
 
-/// The statements that make an empty company database: tables, views, triggers, indexes; and the one Company row is
+/// The script that makes an empty company database: tables, views, triggers and indexes. The one Company row is
 /// not among them.
 std::string CompanySchemaScript();
 
