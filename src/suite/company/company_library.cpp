@@ -1,0 +1,182 @@
+#include "suite/company/company_library.h"
+
+#include "services/failure.h"
+#include "suite/company/connection_string.h"
+#include "suite/database/sqlite_database.h"
+
+namespace qndr::suite {
+namespace {
+
+using services::CurrentUserHive;
+
+constexpr const char* kDefaultProfile = "Default";
+constexpr const char* kRoleName = "RoamingWorkstation";
+constexpr const char* kLocationPrefix = "UFL:";
+
+std::string ProfileKey(const std::string& profile) {
+    return R"(Software\Velmoran\Ordergrove Suite\5.0\Settings ()" + profile + ")";
+}
+
+class LibraryProfiles : public services::Profiles {
+  public:
+    void SetProfile(const std::string& name) override { current_ = name.empty() ? kDefaultProfile : name; }
+    const std::string& Current() const { return current_; }
+
+  private:
+    std::string current_ = kDefaultProfile;
+};
+
+class LibrarySecurity : public services::Security {
+  public:
+    LibrarySecurity(services::RegistryTools& registry, const LibraryProfiles& profiles)
+        : registry_(registry), profiles_(profiles) {}
+
+    bool IsRoamingWorkstation() const override {
+        try {
+            return Role(profiles_.Current(), Role(kDefaultProfile, 0)) != 0;
+        } catch (const services::Failure&) {
+            return false;
+        }
+    }
+
+  private:
+    std::int32_t Role(const std::string& profile, std::int32_t fallback) const {
+        return registry_.GetLong(CurrentUserHive, ProfileKey(profile), kRoleName, fallback);
+    }
+
+    services::RegistryTools& registry_;
+    const LibraryProfiles& profiles_;
+};
+
+class LibraryOptions : public services::Options {
+  public:
+    LibraryOptions(services::RegistryTools& registry, const LibraryProfiles& profiles, SqliteDatabase& database)
+        : registry_(registry), profiles_(profiles), database_(database) {}
+
+    Variant GetCompanyOption(const std::string& section, const std::string& key,
+                             const Variant& fallback) override {
+        // An empty value counts as missing, so it hides nothing of the default profile either.
+        SqliteStatement statement = database_.Connection().Prepare(
+            "SELECT Value FROM CompanyOptions WHERE Profile IN (?1, ?2) AND Section = ?3 AND "
+            "OptionKey = ?4 AND Value <> '' ORDER BY Profile = ?1 DESC LIMIT 1");
+        statement.Bind(1, profiles_.Current());
+        statement.Bind(2, kDefaultProfile);
+        statement.Bind(3, section);
+        statement.Bind(4, key);
+        return FirstValue(statement, fallback);
+    }
+
+    std::string UserFileLocation(const std::string& name) override {
+        const std::string ofProfile = Location(profiles_.Current(), name);
+        return ofProfile.empty() ? Location(kDefaultProfile, name) : ofProfile;
+    }
+
+  private:
+    std::string Location(const std::string& profile, const std::string& name) {
+        return registry_.GetString(CurrentUserHive, ProfileKey(profile), kLocationPrefix + name, "");
+    }
+
+    services::RegistryTools& registry_;
+    const LibraryProfiles& profiles_;
+    SqliteDatabase& database_;
+};
+
+/// Works on the company's own connection: for a second one the database would be locked.
+class LibrarySql : public services::SqlConnection {
+  public:
+    explicit LibrarySql(SqliteDatabase& database) : database_(database) {}
+
+    std::int32_t ExecuteNonQuery(const std::string& statement) override {
+        return database_.ExecuteNonQuery(statement);
+    }
+    /// The connection stays open for the library.
+    void PreTerminate() override {}
+
+  private:
+    SqliteDatabase& database_;
+};
+
+} // namespace
+
+struct CompanyLibrary::State {
+    State(services::RegistryTools& registry, const services::Clock& clock)
+        : database(clock), security(registry, profiles), options(registry, profiles, database), sql(database) {}
+
+    std::string psdFile;
+    std::int16_t operatingMode = 0;
+    SqliteDatabase database;
+    LibraryProfiles profiles;
+    LibrarySecurity security;
+    LibraryOptions options;
+    LibrarySql sql;
+};
+
+CompanyLibrary::CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock)
+    : state_(std::make_unique<State>(registry, clock)) {
+}
+
+CompanyLibrary::~CompanyLibrary() = default;
+
+void CompanyLibrary::SetConnectionString(const std::string& text) {
+    // Closed first: after a connection string that is refused nothing may reach the company before it.
+    state_->database.Close();
+    state_->database.Use(SqliteFileOf(text));
+}
+
+void CompanyLibrary::SetPSDFile(const std::string& path) {
+    state_->psdFile = path;
+}
+
+void CompanyLibrary::SetOperatingMode(std::int16_t mode) {
+    state_->operatingMode = mode;
+}
+
+std::int16_t CompanyLibrary::OperatingMode() const {
+    return state_->operatingMode;
+}
+
+services::Profiles& CompanyLibrary::Profiles() {
+    return state_->profiles;
+}
+
+services::Security& CompanyLibrary::Security() {
+    return state_->security;
+}
+
+services::Options& CompanyLibrary::Options() {
+    return state_->options;
+}
+
+services::Database& CompanyLibrary::Database() {
+    return state_->database;
+}
+
+services::SqlConnection* CompanyLibrary::QNDRSQL() {
+    return state_->database.HasFile() ? &state_->sql : nullptr;
+}
+
+void CompanyLibrary::RecordEvent(const std::string& text, std::optional<std::int32_t> number) {
+    SqliteStatement statement = Connection().Prepare(
+        "INSERT INTO CompanyEvents (OccurredOn, EventText, EventNumber) VALUES (GETUTCDATE(), ?1, ?2)");
+    statement.Bind(1, text);
+    if (number) {
+        statement.Bind(2, std::int64_t{*number});
+    } else {
+        statement.BindNull(2);
+    }
+    statement.Step();
+}
+
+void CompanyLibrary::PreTerminate() {
+    state_->database.Close();
+}
+
+SqliteConnection& CompanyLibrary::Connection() {
+    return state_->database.Connection();
+}
+
+const std::string& CompanyLibrary::PSDFile() const {
+    return state_->psdFile;
+}
+
+} // namespace qndr::suite

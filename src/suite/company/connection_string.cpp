@@ -1,0 +1,114 @@
+#include "suite/company/connection_string.h"
+
+#include "services/failure.h"
+#include "suite/company/utf8_path.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace qndr::suite {
+namespace {
+
+using services::Failure;
+
+std::string_view Trimmed(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+std::string Lower(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return result;
+}
+
+/// Takes one value and the semicolon behind it from the front of the text.
+std::string TakeValue(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    std::string value;
+    if (text.starts_with('"') || text.starts_with('\'')) {
+        const char quote = text.front();
+        std::size_t at = 1;
+        while (at < text.size() && (text[at] != quote || text.substr(at + 1).starts_with(quote))) {
+            value += text[at];
+            at += text[at] == quote ? 2 : 1;
+        }
+        text.remove_prefix(std::min(at, text.size()));
+        text.remove_prefix(std::min(text.find(';'), text.size()));
+    } else {
+        const std::size_t end = std::min(text.find(';'), text.size());
+        value = Trimmed(text.substr(0, end));
+        text.remove_prefix(end);
+    }
+    if (!text.empty()) {
+        text.remove_prefix(1);
+    }
+    return value;
+}
+
+/// The value of "Data Source" when the provider is SQLite.
+std::optional<std::string> FindSqliteFile(std::string_view text) {
+    std::string provider;
+    std::string dataSource;
+    while (!text.empty()) {
+        const std::size_t end = text.find_first_of("=;");
+        if (end == std::string_view::npos) {
+            break;
+        }
+        if (text[end] == ';') {
+            text.remove_prefix(end + 1);
+            continue;
+        }
+        const std::string key = Lower(Trimmed(text.substr(0, end)));
+        text.remove_prefix(end + 1);
+        const std::string value = TakeValue(text);
+        if (key == "provider") {
+            provider = value;
+        } else if (key == "data source") {
+            dataSource = value;
+        }
+    }
+    if (Lower(provider) != "sqlite" || dataSource.empty()) {
+        return std::nullopt;
+    }
+    return dataSource;
+}
+
+std::string Quoted(const std::string& value) {
+    std::string result = "\"";
+    for (const char c : value) {
+        result.append(c == '"' ? 2 : 1, c);
+    }
+    return result + '"';
+}
+
+} // namespace
+
+std::string SqliteFileOf(const std::string& connectionString) {
+    // The text itself stays out of the message: it may hold a password.
+    auto file = FindSqliteFile(connectionString);
+    if (!file) {
+        throw Failure("this build serves SQLite databases only, by connection strings of the form "
+                      "'Provider=SQLite;Data Source=<path>'");
+    }
+    return *std::move(file);
+}
+
+std::string ResolveConnectionString(const std::string& connectionString, const std::string& folder) {
+    const auto file = FindSqliteFile(connectionString);
+    if (!file) {
+        return connectionString;
+    }
+    const std::string path = FromPath((ToPath(folder) / ToPath(*file)).lexically_normal());
+    const bool plain = path.find_first_of(";\"'") == std::string::npos && Trimmed(path) == path;
+    return "Provider=SQLite;Data Source=" + (plain ? path : Quoted(path));
+}
+
+} // namespace qndr::suite
