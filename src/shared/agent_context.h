@@ -15,6 +15,9 @@ struct AgentContext {
 
     services::AgentServices services;
 
+    /// A routine that needs nothing but the outside asks for that alone, and takes a context all the same.
+    operator const services::AgentServices&() const { return services; }
+
     std::string Profile;          ///< from /Profile; empty for none
     std::string CompaniesFolder;  ///< folder of the .psd files
     std::int16_t OperatingMode{}; ///< 1 main, 2 Roaming Workstation, 0 before any company was reached
