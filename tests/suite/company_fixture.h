@@ -1,0 +1,45 @@
+#pragma once
+
+#include "services/platform.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace qndr::suite {
+
+/// A clock that stands still: 22 November 2026, 19:08:52 UTC, which is 14:08:52 local time.
+class StandingClock : public services::Clock {
+  public:
+    Date Now() const override { return now; }
+    services::TimeZoneInformation GetTimeZoneInformation() const override { return zone; }
+
+    Date now = *ParseDate("2026-11-22 14:08:52");
+    services::TimeZoneInformation zone{.state = 1, .bias = 300, .standardBias = 0, .daylightBias = -60};
+};
+
+/// A folder of the test's own, with blanks and letters beyond ASCII in its path.
+class TestFolder {
+  public:
+    TestFolder() {
+        std::string path = testing::TempDir() + "qndr Prüfung XXXXXX";
+        folder_ = mkdtemp(path.data());
+    }
+    ~TestFolder() { std::filesystem::remove_all(folder_); }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+
+    std::string Path(const std::string& name) const { return folder_ + "/" + name; }
+
+  private:
+    std::string folder_;
+};
+
+inline void WriteFile(const std::string& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+} // namespace qndr::suite
