@@ -1,0 +1,75 @@
+#include "agent/pipelines.h"
+
+#include "agent/open_company.h"
+#include "initial/initial_sync_main.h"
+#include "initial/initial_sync_roaming.h"
+#include "shared/failure_rule.h"
+#include "shared/settings.h"
+
+namespace qndr {
+namespace {
+
+// The one place that fixes the order. On main everything that comes in is taken before changes go out.
+constexpr PipelineStep kMainSteps[] = {
+    {"ReceiveInitialSyncRequests", ReceiveInitialSyncRequests},
+    {"SendInitialSyncs", SendInitialSyncs},
+    {"ReceiveInitialSyncAcknowledges", ReceiveInitialSyncAcknowledges},
+};
+
+constexpr PipelineStep kRoamingSteps[] = {
+    {"SendInitialSyncRequest", SendInitialSyncRequest},
+    {"ReceiveInitialSync", ReceiveInitialSync},
+};
+
+bool IsStopRequested(AgentContext& context) {
+    return context.services.registryTools.GetLong(services::CurrentUserHive, settings::RootKey, settings::StopSync,
+                                                  0) != 0;
+}
+
+/// Reads an id once in the life of the process: with several companies of one role all work with the ids of the
+/// first one that came here.
+void ReadIdOnce(AgentContext& context, std::string& id, const char* statement) {
+    if (id.empty()) {
+        Attempt([&] { id = context.Database().ExecuteScaler(statement).ToText(); });
+    }
+}
+
+} // namespace
+
+std::span<const PipelineStep> MainSteps() {
+    return kMainSteps;
+}
+
+std::span<const PipelineStep> RoamingSteps() {
+    return kRoamingSteps;
+}
+
+bool RunSteps(AgentContext& context, std::span<const PipelineStep> steps, ActivityTarget* activity) {
+    for (const PipelineStep& step : steps) {
+        Attempt([&] { step.routine(context, activity); });
+        if (Holds([&] { return IsStopRequested(context); })) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void SyncAsMain(AgentContext& context, ActivityTarget* activity) {
+    // A type that cannot be read lets the steps run.
+    if (!Holds([&] { return ReadCompanyType(context) == 1; })) {
+        return;
+    }
+    ReadIdOnce(context, context.MainUniqueID, "SELECT UniqueID FROM Company");
+    RunSteps(context, MainSteps(), activity);
+}
+
+void SyncAsRoaming(AgentContext& context, ActivityTarget* activity) {
+    if (!Holds([&] { return ReadCompanyType(context) == 2; })) {
+        return;
+    }
+    ReadIdOnce(context, context.RoamingUniqueID, "SELECT UniqueID FROM Company");
+    ReadIdOnce(context, context.MainUniqueID, "SELECT MainUniqueID FROM Company");
+    RunSteps(context, RoamingSteps(), activity);
+}
+
+} // namespace qndr

@@ -1,0 +1,102 @@
+#include "agent/scheduler.h"
+
+#include "agent/run_sync.h"
+#include "shared/failure_rule.h"
+#include "shared/settings.h"
+#include "shared/sync_log.h"
+
+namespace qndr {
+
+using services::CurrentUserHive;
+
+AgentScheduler::AgentScheduler(AgentContext& context, AgentView& view, ActivityTarget& tray)
+    : context_(context), view_(view), tray_(tray) {
+}
+
+void AgentScheduler::Load() {
+    services::RegistryTools& registry = context_.services.registryTools;
+    Attempt([&] { registry.SetLong(CurrentUserHive, settings::RootKey, settings::SyncHeartbeat, 0); });
+    view_.FillLabels();
+    Attempt([&] {
+        syncFrequency_ = registry.GetLong(CurrentUserHive, settings::RootKey, settings::SyncFrequency, 5);
+    });
+    view_.ShowFrequency(syncFrequency_);
+
+    std::string stored;
+    Attempt([&] { stored = registry.GetString(CurrentUserHive, settings::RootKey, settings::NextSync, ""); });
+    if (const auto date = ParseDate(stored)) {
+        nextSyncTime_ = *date;
+    } else {
+        SetNextSyncTime(1);
+    }
+
+    agentTitle_ = "QNDR 5.0 Roaming Workstation Sync";
+    if (!context_.Profile.empty()) {
+        agentTitle_ += " - " + context_.Profile;
+    }
+    view_.RefreshStatus();
+    Attempt([&] { tray_.SetText(agentTitle_); });
+    Attempt([&] { registry.SetLong(CurrentUserHive, settings::RootKey, settings::StopSync, 0); });
+}
+
+void AgentScheduler::TickSync() {
+    if (!isSyncing_ && Holds([&] { return context_.services.clock.Now() >= nextSyncTime_; })) {
+        isSyncing_ = true;
+        RunDuePass();
+        isSyncing_ = false;
+    }
+    view_.RefreshStatus();
+}
+
+void AgentScheduler::RunDuePass() {
+    std::string remembered;
+    Attempt([&] { remembered = tray_.Text(); });
+    RunSync(context_, &tray_);
+    Attempt([&] { tray_.SetText(remembered); });
+
+    Attempt([&] {
+        context_.services.registryTools.SetString(CurrentUserHive, settings::RootKey, settings::LastSync,
+                                                  FormatGeneralDate(context_.services.clock.Now()));
+    });
+    SetNextSyncTime(syncFrequency_);
+}
+
+void AgentScheduler::TickExit() {
+    if (Holds([&] { return tray_.Text() == agentTitle_; })) {
+        view_.ShowActivity("Idle");
+    } else {
+        Attempt([&] { view_.ShowActivity(tray_.Text()); });
+    }
+    Attempt([&] { context_.services.messages.ProcessMessages(); });
+    // A tick inside this one may have ended the agent already.
+    if (isSyncing_ || isUnloaded_) {
+        return;
+    }
+
+    std::int32_t stopSync = 0;
+    Attempt([&] {
+        stopSync =
+            context_.services.registryTools.GetLong(CurrentUserHive, settings::RootKey, settings::StopSync, 0);
+    });
+    if (stopSync != 0) {
+        isUnloaded_ = true;
+        view_.StopTimers();
+        WriteLogEntry(context_, "StopSync found. Application will exit.", 0, "");
+        view_.Unload();
+    }
+}
+
+void AgentScheduler::SyncNow() {
+    SetNextSyncTime(0);
+    view_.RefreshStatus();
+}
+
+void AgentScheduler::SetNextSyncTime(std::int64_t minutesFromNow) {
+    Attempt([&] { nextSyncTime_ = context_.services.clock.Now().AddMinutes(minutesFromNow); });
+    Attempt([&] {
+        context_.services.registryTools.SetString(CurrentUserHive, settings::RootKey, settings::NextSync,
+                                                  FormatGeneralDate(nextSyncTime_));
+    });
+}
+
+} // namespace qndr

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "shared/activity.h"
+
+#include <cstdint>
+#include <string>
+
+namespace qndr {
+
+/// What the scheduler asks of the window, or of whatever stands in its place. None of it raises.
+class AgentView {
+  public:
+    virtual ~AgentView() = default;
+
+    /// Fills the labels that never change while the agent runs.
+    virtual void FillLabels() = 0;
+    /// Sets the slider and its label.
+    virtual void ShowFrequency(std::int32_t minutes) = 0;
+    virtual void ShowActivity(const std::string& text) = 0;
+    /// Shows the settings and the status as they are in the registry now.
+    virtual void RefreshStatus() = 0;
+    /// Stops tmr_Sync and tmr_Exit.
+    virtual void StopTimers() = 0;
+    /// Ends the agent.
+    virtual void Unload() = 0;
+};
+
+/// Starts the passes and carries out the exit. Its owner calls TickSync every SyncInterval and TickExit every
+/// ExitInterval, both from Load on, also inside a pass when messages are let through there. No call raises.
+class AgentScheduler {
+  public:
+    static constexpr int SyncInterval = 60000; ///< milliseconds
+    static constexpr int ExitInterval = 5000;  ///< milliseconds
+
+    /// All of them must outlive the scheduler. The tray is the activity target of the passes.
+    AgentScheduler(AgentContext& context, AgentView& view, ActivityTarget& tray);
+
+    /// Takes up the stored schedule. A stop request that was written before is lost.
+    void Load();
+
+    /// Runs a pass when one is due and none is running, and refreshes the status in every case. The next pass is
+    /// counted from the end of this one.
+    void TickSync();
+
+    /// Shows the activity and, outside a pass, ends the agent when it was asked to stop.
+    void TickExit();
+
+    /// Makes the next TickSync run a pass. Inside a pass this has no lasting effect.
+    void SyncNow();
+
+    /// Whether the window may be closed now. A close during a pass is refused.
+    bool MayClose() const { return !isSyncing_; }
+
+  private:
+    void RunDuePass();
+    void SetNextSyncTime(std::int64_t minutesFromNow);
+
+    AgentContext& context_;
+    AgentView& view_;
+    ActivityTarget& tray_;
+    std::int32_t syncFrequency_ = 0; ///< minutes between passes
+    Date nextSyncTime_;              ///< when the next pass is due, local time
+    std::string agentTitle_;         ///< the tray's text between passes
+    bool isSyncing_ = false;         ///< the one guard against a second pass
+    bool isUnloaded_ = false;
+};
+
+} // namespace qndr
