@@ -1,8 +1,7 @@
 #include "suite/company/company_schema.h"
 
 #include "suite/company/company_ddl.h"
-
-#include <sqlite3.h>
+#include "suite/engine/name_compare.h"
 
 #include <algorithm>
 
@@ -108,10 +107,8 @@ CREATE TABLE cacheProductStyles (
 
 const Table* FindAuditedTable(std::string_view name) {
     const auto& tables = AuditedTables();
-    const auto found = std::find_if(tables.begin(), tables.end(), [&](const Table& table) {
-        return table.name.size() == name.size() &&
-               sqlite3_strnicmp(table.name.data(), name.data(), static_cast<int>(name.size())) == 0;
-    });
+    const auto found =
+        std::find_if(tables.begin(), tables.end(), [&](const Table& table) { return SameName(table.name, name); });
     return found == tables.end() ? nullptr : &*found;
 }
 

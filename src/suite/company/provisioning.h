@@ -20,13 +20,14 @@ std::uint8_t AddWorkstation(const SqliteConnection& main, const SqliteConnection
                             std::optional<int> referenceCode = std::nullopt);
 
 /// Lets the workstation ask for an initial sync at its next pass. True when it has exchanged data with its main
-/// company before: ResetCountersOf must then be run there too, or both sides refuse each other's changes
-/// afterwards.
+/// company before: ResetCountersOf must then be run on main before the request arrives there, or both sides refuse
+/// each other's changes afterwards, until a reset.
 bool RequestInitialSync(const SqliteConnection& roaming);
 
 /// Readies a workstation's row on main for a new initial sync: both its sequence counters go to 0, as the
-/// workstation's own do, and so does its SyncState, so that no change file with a new number goes out before the
-/// workstation's request has arrived. Refused when main knows no such workstation.
+/// workstation's own do. A row in running order goes to SyncState 0 as well, where main sends it nothing until its
+/// request comes: a change file with a new number would be taken after the initial sync and undo newer values.
+/// Refused when main knows no such workstation.
 void ResetCountersOf(const SqliteConnection& main, const std::string& workstationUniqueID);
 
 /// Lets the workstation ask main for a reset at its next pass. Refused unless it is in normal running or already
