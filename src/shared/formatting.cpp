@@ -1,0 +1,33 @@
+#include "shared/formatting.h"
+
+#include "shared/failure_rule.h"
+#include "shared/text.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace qndr {
+namespace {
+
+constexpr std::size_t kPlaceholders = 17;
+
+} // namespace
+
+std::string FormatSQLDate(const Date& date, bool nullFlag) {
+    if (date <= NoDate && nullFlag) {
+        return "NULL";
+    }
+    const CivilTime civil = date.Civil();
+    return Digits(civil.year, 4) + Digits(civil.month, 2) + Digits(civil.day, 2) + " " + Digits(civil.hour, 2) +
+           ":" + Digits(civil.minute, 2) + ":" + Digits(civil.second, 2);
+}
+
+std::string FillTemplate(std::string_view text, std::span<const Variant> values) {
+    std::string result(text);
+    for (std::size_t i = 0; i < std::min(values.size(), kPlaceholders); ++i) {
+        Attempt([&] { result = ReplaceAll(result, "{" + std::to_string(i) + "}", values[i].ToText()); });
+    }
+    return result;
+}
+
+} // namespace qndr
