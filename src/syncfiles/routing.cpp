@@ -1,0 +1,155 @@
+#include "syncfiles/routing.h"
+
+#include "shared/dates.h"
+#include "shared/failure_rule.h"
+#include "shared/records.h"
+#include "shared/settings.h"
+#include "shared/sync_log.h"
+#include "shared/text.h"
+#include "syncfiles/wait.h"
+
+#include <string>
+
+namespace qndr {
+namespace {
+
+/// Path in the Sync folder of a file that leaves at `now`, a local time.
+std::string BuildTarget(AgentContext& context, const std::string& folder, const std::string& firstToken,
+                        const Date& now, const std::string& extension) {
+    return context.services.pathTools.FixPath(folder, true) + firstToken + "~" + NewFileToken(context) + "~" +
+           FormatFileStamp(LocalToUtc(context, now)) + extension;
+}
+
+Date PresentMoment(AgentContext& context) {
+    Date now;
+    Attempt([&] { now = context.services.clock.Now(); });
+    return now;
+}
+
+} // namespace
+
+std::string GetSyncFolder(AgentContext& context) {
+    std::string folder;
+    Attempt([&] { folder = context.CurrentLibrary().Options().UserFileLocation("Sync"); });
+    return folder;
+}
+
+std::string GetRootFolderPath(AgentContext& context, bool flag) {
+    std::unique_ptr<services::FileManager> manager;
+    Attempt([&] { manager = context.services.objects.CreateFileManager(); });
+    if (!manager) {
+        return "";
+    }
+    std::string path;
+    Attempt([&] { manager->Initialize(context.CurrentLibrary()); });
+    Attempt([&] { path = manager->GetRootFolderPath(flag); });
+    Attempt([&] { manager->PreTerminate(); });
+    return path;
+}
+
+std::string GetDatedSyncLocalFolder(AgentContext& context, const std::string& kind) {
+    std::string folder = context.services.pathTools.FixPath(GetRootFolderPath(context, false), true);
+    const CivilTime today = context.services.clock.Now().Civil();
+    for (const std::string& piece :
+         {std::string("Sync Local"), kind, Digits(today.year, 4), Digits(today.month, 2)}) {
+        folder = context.services.pathTools.FixPath(folder + piece, true);
+    }
+    return folder;
+}
+
+std::string NewFileToken(AgentContext& context) {
+    std::string identifier;
+    Attempt([&] { identifier = context.services.systemTools.GetIdentifierText(); });
+    std::string token;
+    Attempt([&] { token = context.services.fileTools.ToFileToken(identifier); });
+    std::erase_if(token, [](char character) { return character == '-' || character == ':'; });
+    return token;
+}
+
+bool CopySyncFileToRoaming(AgentContext& context, const std::string& source, const services::Node* workstation) {
+    Wait(context, 3);
+    const std::string uniqueId = GetNodeText("UniqueID", workstation, "");
+    const std::string about = "sync file '" + source + "' for the Roaming Workstation '" + uniqueId + "' ";
+    const std::string folder = GetSyncFolder(context);
+    if (folder.empty()) {
+        WriteLog(context,
+                 "Error: Unable to copy a " + about + "because the 'SYNC' folder could not be identified.");
+        return false;
+    }
+    const Date now = PresentMoment(context);
+    std::string target;
+    Attempt([&] { target = BuildTarget(context, folder, uniqueId, now, ".zip"); });
+    KeepSyncFile(context, source, target);
+    if (Holds([&] { return context.services.fileTools.CopyFile(source, target, false); })) {
+        WriteLog(context, "The " + about + "was copied to '" + target + "'.");
+        return true;
+    }
+    WriteLog(context, "Error: Unable to copy a " + about + "to '" + target + "'.");
+    return false;
+}
+
+bool CopySyncFileToMain(AgentContext& context, const std::string& source) {
+    Wait(context, 3);
+    const std::string folder = GetSyncFolder(context);
+    if (folder.empty()) {
+        WriteLog(context, "Error: Unable to copy a sync file '" + source +
+                              "' for the main system because the 'SYNC' folder could not be identified.");
+        return false;
+    }
+    const Date now = PresentMoment(context);
+    std::string target;
+    Attempt([&] {
+        const std::string mainUniqueId =
+            context.Database().ExecuteScaler("SELECT MainUniqueID FROM Company", "", "MAIN").ToText();
+        target = BuildTarget(context, folder, mainUniqueId, now, ".zip");
+    });
+    KeepSyncFile(context, source, target);
+    if (Holds([&] { return context.services.fileTools.CopyFile(source, target, false); })) {
+        WriteLog(context, "The sync file '" + source + "' was copied for the main system as '" + target + "'.");
+        return true;
+    }
+    WriteLog(context,
+             "Error: Unable to copy a sync file '" + source + "' for the main system as '" + target + "'.");
+    return false;
+}
+
+bool CopyHeartbeatFileToMain(AgentContext& context, const std::string& source, std::string& heartbeatFile) {
+    const std::string about = "roaming workstation heartbeat file '" + source + "' ";
+    if (context.SyncFolder.empty()) {
+        WriteLog(context, "Error: Unable to copy a " + about +
+                              "for the main system because the 'SYNC' folder could not be identified.");
+        return false;
+    }
+    const Date now = PresentMoment(context);
+    std::string target;
+    Attempt([&] { target = BuildTarget(context, context.SyncFolder, context.RoamingUniqueID, now, ".rhb"); });
+    if (Holds([&] { return context.services.fileTools.CopyFile(source, target, false); })) {
+        heartbeatFile = target;
+        WriteLog(context, "The " + about + "was copied for the main system as '" + target + "'.");
+        return true;
+    }
+    WriteLog(context, "Error: Unable to copy a " + about + "for the main system as '" + target + "'.");
+    return false;
+}
+
+void KeepSyncFile(AgentContext& context, const std::string& source, const std::string& target) {
+    std::int32_t keep = 0;
+    Attempt([&] {
+        keep = context.services.registryTools.GetLong(services::CurrentUserHive, settings::RootKey,
+                                                      settings::KeepSyncFiles, 0);
+    });
+    if (keep == 0) {
+        return;
+    }
+    std::string folder;
+    Attempt([&] { folder = GetDatedSyncLocalFolder(context, "History"); });
+    if (Holds([&] { return !context.services.pathTools.CreateNestedFolder(folder); })) {
+        return;
+    }
+    std::string targetFolder;
+    std::string name;
+    Attempt([&] { context.services.pathTools.SplitPath2(target, targetFolder, name); });
+    Attempt([&] { context.services.fileTools.CopyFile(source, folder + name, false); });
+}
+
+} // namespace qndr
