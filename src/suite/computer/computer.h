@@ -16,7 +16,8 @@ struct Computer {
     std::string temporaryFolder;
 
     /// The computer that the environment describes: QNDR_HOME makes one folder a whole computer, otherwise the XDG
-    /// folders are taken; QNDR_COMPUTER_NAME overrides the host name. Raises services::Failure when no home is known.
+    /// folders are taken; QNDR_COMPUTER_NAME overrides the host name. Raises services::Failure when no home is
+    /// known.
     static Computer FromEnvironment();
     /// A whole computer in one folder, as QNDR_HOME gives it.
     static Computer InFolder(const std::string& folder, const std::string& name);

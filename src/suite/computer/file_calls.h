@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+/// Calls on single files whose guarantees the standard library does not give. One implementation for each
+/// platform. An error code that is set tells what the system said.
+namespace qndr::suite {
+
+/// What a path names, links followed.
+struct FileFacts {
+    bool file = false; ///< an ordinary file; folders, pipes and devices are none
+    std::int64_t size = 0;
+    std::int64_t modified = 0; ///< seconds since 1 January 1970 UTC
+    std::uint64_t device = 0;  ///< with `number` the same for one and the same file only
+    std::uint64_t number = 0;
+};
+
+/// Nothing when the path names nothing.
+std::optional<FileFacts> ReadFileFacts(const std::string& path);
+
+/// True when anything at all has this name, a link that leads nowhere included.
+bool NameIsTaken(const std::string& path);
+
+enum class FileAccess { Private, Shared };
+
+/// An open file; closed with its destruction.
+class OpenFile {
+  public:
+    OpenFile() = default;
+    ~OpenFile() { Close(); }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    /// An ordinary file only; never waits.
+    std::error_code OpenForReading(const std::string& path);
+    /// Fails when anything has the name already, a link included. A private file is the user's alone; of a shared
+    /// one the platform's habits decide who may read it.
+    std::error_code CreateNew(const std::string& path, FileAccess access);
+    /// Makes the file when it is missing; what is written goes behind all that other programs have written.
+    std::error_code OpenForAppending(const std::string& path);
+
+    /// The number of bytes read in `count`, 0 at the end.
+    std::error_code Read(std::span<char> buffer, std::size_t& count);
+    /// All of the text, in one call of the system where it takes it.
+    std::error_code Write(std::string_view text);
+    /// Returns when the content is on the disk.
+    std::error_code MakeDurable();
+    /// May tell of a write that failed later. Closed is closed, whatever it says.
+    std::error_code Close();
+
+  private:
+    std::error_code Open(const std::string& path, int flags, unsigned mode);
+    int handle_ = -1;
+};
+
+enum class Existing { Keep, Replace };
+
+/// Renames within one file system; std::errc::cross_device_link otherwise. An existing target is kept or replaced
+/// in one step, so that its name always leads to the one or the other.
+std::error_code RenameFile(const std::string& source, const std::string& target, Existing existing);
+
+std::error_code DeleteName(const std::string& path);
+
+/// Returns when the names in the folder are on the disk. No error where a file system cannot do this.
+std::error_code MakeFolderDurable(const std::string& folder);
+
+/// Makes the folder with its parents, the folder itself for this user alone. Fails for a link and for a folder of
+/// another user: whoever owns it could exchange what lies in it.
+std::error_code EnsurePrivateFolder(const std::string& folder);
+
+/// Attribute 2 is hidden, 4 is system; of files and folders. False for what is not there.
+bool HasAttribute(const std::string& path, int attribute);
+
+} // namespace qndr::suite

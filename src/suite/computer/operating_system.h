@@ -1,0 +1,27 @@
+#pragma once
+
+#include "suite/computer/computer.h"
+
+#include <cstdint>
+#include <string>
+
+/// What the suite asks of the operating system beside files and time. One implementation for each platform.
+namespace qndr::suite {
+
+/// The name by which the operating system knows this computer; empty when it does not tell.
+std::string HostName();
+
+/// The places that the platform's habits give to this user's programs. Raises services::Failure when no home is
+/// known.
+Computer UsualPlaces(const std::string& name);
+
+/// The folder of the running program, without a separator at its end; empty when the system does not tell.
+std::string RunningProgramFolder();
+
+/// 64 random bits of the system's own source. Raises services::Failure when it has none to give.
+std::uint64_t RandomBits();
+
+/// 16 random characters, 0-9 and a-f, for names of files that nobody else takes or guesses.
+std::string RandomToken();
+
+} // namespace qndr::suite

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "services/platform.h"
+#include "services/system_tools.h"
+#include "suite/computer/computer.h"
+#include "suite/computer/instance_lock.h"
+
+#include <string>
+
+namespace qndr::suite {
+
+class ComputerSystemTools : public services::SystemTools {
+  public:
+    explicit ComputerSystemTools(const Computer& computer) : computerName_(computer.name) {}
+
+    std::string GetIdentifierText() override;
+    std::string GetComputerName() override { return computerName_; }
+
+  private:
+    std::string computerName_;
+};
+
+class ComputerSpecialFolders : public services::SpecialFolderTools {
+  public:
+    explicit ComputerSpecialFolders(const Computer& computer) : commonData_(computer.commonApplicationData) {}
+
+    std::string GetFolderPath(std::int32_t folderNumber) override;
+
+  private:
+    std::string commonData_;
+};
+
+/// The running program, under the name that it gives itself: the agent with its window and the one without go by
+/// the same name, so that they share a log and never run side by side.
+class RunningProgram : public services::ProgramFacts {
+  public:
+    RunningProgram(const Computer& computer, std::string executableName);
+
+    std::string ExecutableName() const override { return executableName_; }
+    /// Empty when the system does not tell.
+    std::string Folder() const override;
+    std::string Version() const override;
+    /// False also where the computer's own folder cannot be written.
+    bool AnotherCopyIsRunning() override;
+
+  private:
+    std::string executableName_;
+    InstanceLock lock_;
+};
+
+} // namespace qndr::suite

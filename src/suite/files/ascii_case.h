@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Letter case of ASCII letters; all other characters stand for themselves, whatever the locale.
+namespace qndr::suite {
+
+inline char ToLowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+inline std::string ToLowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower) {
+        c = ToLowerCase(c);
+    }
+    return lower;
+}
+
+inline bool EqualsWithoutCase(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && ToLowerCase(a) == ToLowerCase(b);
+}
+
+} // namespace qndr::suite

@@ -1,0 +1,194 @@
+#include "suite/files/disk_files.h"
+
+#include "services/failure.h"
+#include "suite/computer/file_calls.h"
+#include "suite/computer/local_time.h"
+#include "suite/computer/operating_system.h"
+#include "suite/files/path_text.h"
+
+#include <vector>
+
+namespace qndr::suite {
+namespace {
+
+using services::Failure;
+
+constexpr std::size_t kCopyPiece = 256 * 1024;
+constexpr int kNameTries = 16;
+/// What some platform's file names cannot carry. A file that only half of the parties could take is not made.
+constexpr std::string_view kForbidden = "\\/:*?\"<>|";
+
+FileFacts RequiredFacts(const std::string& path) {
+    const std::optional<FileFacts> facts = ReadFileFacts(path);
+    if (!facts || !facts->file) {
+        throw Failure("there is no file '" + path + "'");
+    }
+    return *facts;
+}
+
+bool IsFile(const std::string& path) {
+    const std::optional<FileFacts> facts = ReadFileFacts(path);
+    return facts && facts->file;
+}
+
+/// Deletes a file in the making unless it was given its final name.
+class Unfinished {
+  public:
+    explicit Unfinished(std::string path) : path_(std::move(path)) {}
+    ~Unfinished() {
+        if (!path_.empty()) {
+            DeleteName(path_);
+        }
+    }
+    Unfinished(const Unfinished&) = delete;
+    Unfinished& operator=(const Unfinished&) = delete;
+
+    void Keep() { path_.clear(); }
+
+  private:
+    std::string path_;
+};
+
+bool CopyContent(OpenFile& from, OpenFile& to) {
+    std::vector<char> buffer(kCopyPiece);
+    for (;;) {
+        std::size_t count = 0;
+        if (from.Read(buffer, count)) {
+            return false;
+        }
+        if (count == 0) {
+            return true;
+        }
+        if (to.Write({buffer.data(), count})) {
+            return false;
+        }
+    }
+}
+
+/// The target may be replaced, or has nobody's name yet.
+bool MayBecomeFile(const std::string& target, bool overwrite) {
+    return overwrite ? !NameIsTaken(target) || IsFile(target) : !NameIsTaken(target);
+}
+
+} // namespace
+
+DiskFileTools::DiskFileTools(std::string temporaryFolder) : temporaryFolder_(std::move(temporaryFolder)) {
+}
+
+bool DiskFileTools::FileIsPresent(const std::string& path) {
+    return FileExists(path);
+}
+
+bool DiskFileTools::FileExists(const std::string& path) {
+    return IsFile(path);
+}
+
+std::int64_t DiskFileTools::GetFileSize(const std::string& path) {
+    return RequiredFacts(path).size;
+}
+
+std::string DiskFileTools::GetFileName(const std::string& path) {
+    return NamePart(path);
+}
+
+std::string DiskFileTools::GetFileBaseName(const std::string& path) {
+    const std::string name = NamePart(path);
+    return name.substr(0, name.rfind('.'));
+}
+
+bool DiskFileTools::FileHasAttribute(const std::string& path, int attribute) {
+    return HasAttribute(path, attribute);
+}
+
+Date DiskFileTools::GetFileDate(const std::string& path) {
+    return LocalTime(RequiredFacts(path).modified);
+}
+
+std::string DiskFileTools::CreateTemporaryFile(const std::string& folder, const std::string& prefix,
+                                               const std::string& extension) {
+    if (folder.empty() && EnsurePrivateFolder(temporaryFolder_)) {
+        return "";
+    }
+    const std::string start = WithSeparator(folder.empty() ? temporaryFolder_ : folder) + prefix;
+    for (int i = 0; i < kNameTries; ++i) {
+        const std::string path = start + RandomToken() + extension;
+        OpenFile file;
+        const std::error_code error = file.CreateNew(path, FileAccess::Private);
+        if (!error) {
+            return path;
+        }
+        if (error != std::errc::file_exists) {
+            return "";
+        }
+    }
+    return "";
+}
+
+bool DiskFileTools::DeleteFile(const std::string& path) {
+    return !DeleteName(path);
+}
+
+bool DiskFileTools::CopyFile(const std::string& source, const std::string& target, bool overwrite) {
+    const std::string name = NamePart(target);
+    if (name.empty() || name.find_first_of(kForbidden) != std::string::npos || !MayBecomeFile(target, overwrite)) {
+        return false;
+    }
+    OpenFile from;
+    if (from.OpenForReading(source)) {
+        return false;
+    }
+    // No scan of the Sync folder takes such a name, and the common cloud folders do not carry it on.
+    const std::string folder = FolderPart(target);
+    const std::string working = folder + "~$" + RandomToken() + ".tmp";
+    OpenFile to;
+    // Other users' agents read what is copied, so it has the usual access and not that of a temporary file.
+    if (to.CreateNew(working, FileAccess::Shared)) {
+        return false;
+    }
+    Unfinished unfinished(working);
+    if (!CopyContent(from, to) || to.MakeDurable() || to.Close() ||
+        RenameFile(working, target, overwrite ? Existing::Replace : Existing::Keep)) {
+        return false;
+    }
+    unfinished.Keep();
+    if (MakeFolderDurable(folder)) {
+        // The sender takes a False for "not sent" and builds the file anew under another name.
+        if (!overwrite) {
+            DeleteName(target);
+        }
+        return false;
+    }
+    return true;
+}
+
+bool DiskFileTools::MoveFile(const std::string& source, const std::string& target, bool overwrite) {
+    if (!IsFile(source) || NamePart(target).empty() || !MayBecomeFile(target, overwrite)) {
+        return false;
+    }
+    const std::error_code error = RenameFile(source, target, overwrite ? Existing::Replace : Existing::Keep);
+    if (error != std::errc::cross_device_link) {
+        return !error;
+    }
+    if (!CopyFile(source, target, overwrite)) {
+        return false;
+    }
+    if (DeleteName(source)) {
+        if (!overwrite) {
+            DeleteName(target);
+        }
+        return false;
+    }
+    return true;
+}
+
+std::string DiskFileTools::ToFileToken(const std::string& text) {
+    std::string token = text;
+    for (char& c : token) {
+        if (c == '~' || kForbidden.find(c) != std::string_view::npos || static_cast<unsigned char>(c) < 0x20) {
+            c = '-';
+        }
+    }
+    return token;
+}
+
+} // namespace qndr::suite
