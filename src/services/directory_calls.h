@@ -21,6 +21,9 @@ struct DirectoryEntry {
     std::string name;
     std::uint32_t attributes = 0;
     std::uint32_t sizeLow = 0; ///< low 32 bits of the size in bytes
+
+    bool IsDirectory() const { return (attributes & DirectoryAttribute) != 0; }
+    bool IsLink() const { return (attributes & LinkAttribute) != 0; }
 };
 
 /// An open listing of one folder; closed with its destruction.
@@ -70,7 +73,7 @@ class DirectoryCalls {
 
     /// True only when this very call made the folder, private to the user; its parent must exist.
     virtual bool MakeDirectory(const std::string& path) = 0;
-    /// Removes an empty folder.
+    /// Removes an empty folder, or a link to a folder; never what a link leads to.
     virtual bool RemoveEmptyDirectory(const std::string& path) = 0;
 
     /// The folder for temporary files, which exists when this returns. Raises when it cannot be had.

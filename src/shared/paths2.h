@@ -6,6 +6,8 @@
 #include "services/platform.h"
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -87,7 +89,7 @@ class Paths2 : public services::PathTools {
     /// Trims blanks and takes one separator off the end.
     std::string UnQualifyPath(const std::string& path) const;
 
-    /// True when the folder exists afterwards. The parent must exist.
+    /// True when the folder was there or this call made it. The parent must exist.
     bool CreateFolder(const std::string& path);
     /// On a share the share's own root must count as a folder first.
     bool CreateNestedFolder(const std::string& path) override;
@@ -100,6 +102,48 @@ class Paths2 : public services::PathTools {
     /// is taken.
     std::string CreateTemporaryFolder(const std::string& parentFolder, const std::string& prefix,
                                       bool makeUnique) override;
+
+  private:
+    /// A search keeps its list to itself: handlers that run inside it may search as well.
+    struct FileSearch;
+    using Visitor = std::function<bool(const services::DirectoryEntry&)>;
+
+    // paths2_text.cpp
+    bool IsOnShare(const std::string& path) const;
+    bool IsRefused(const std::string& path) const;
+    bool IsJudgedByFirstEntry(const std::string& path) const;
+    std::string ExpandNetworkDrive(const std::string& path);
+    /// The expanded path in the form that a listing is made from and the names are put behind.
+    std::string ToWalk(const std::string& path) const;
+
+    // paths2_search.cpp
+    /// Shows the entries of a folder in ToWalk form to the visitor until it returns false.
+    void VisitEntries(const std::string& folder, const std::string& pattern, const Visitor& visit);
+    bool ContainsFiles(const std::string& path, bool recurse);
+    void CollectFiles(const std::string& path, FileSearch& search);
+    void ShowProgress(const std::string& path, const FileSearch& search);
+    void CollectFolders(const std::string& path, std::vector<std::string>& found);
+
+    // paths2_counts.cpp
+    void AddFileSizes(const std::string& path, bool recurse, std::int32_t& sum);
+    /// No attributes: every file counts.
+    void CountFiles(const std::string& path, bool recurse, const std::string& pattern,
+                    std::optional<std::uint32_t> attributes, std::int32_t& count);
+    void CountFolders(const std::string& path, bool recurse, std::int32_t& count);
+
+    // paths2_folders.cpp
+    bool MakeFolder(const std::string& path);
+    void DeleteTree(const std::string& path);
+    /// Raises when there is no temporary folder.
+    std::string TemporaryFolder();
+    std::string MakeTemporaryFolder(const std::string& folder, const std::string& prefix, bool makeUnique);
+
+    services::DirectoryCalls& calls_;
+    services::FileTools& fileTools_;
+    services::MessagePump& messages_;
+    char separator_;
+    /// Whether the rules of drives and shares hold.
+    bool hasDrives_;
 };
 
 } // namespace qndr

@@ -2,7 +2,23 @@
 
 #include "suite/files/ascii_case.h"
 
+#include <algorithm>
+
 namespace qndr::suite {
+namespace {
+
+/// Where the character behind the one at `at` begins. A byte that is no UTF-8 counts as a character of its own.
+std::size_t NextCharacter(std::string_view text, std::size_t at) {
+    const auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
+    const bool isLead = static_cast<unsigned char>(text[at]) >= 0xC0U;
+    ++at;
+    while (isLead && at < text.size() && isContinuation(text[at])) {
+        ++at;
+    }
+    return at;
+}
+
+} // namespace
 
 bool MatchesWildcard(std::string_view name, std::string_view pattern) {
     if (pattern == "*.*") {
@@ -17,12 +33,16 @@ bool MatchesWildcard(std::string_view name, std::string_view pattern) {
         if (p < pattern.size() && pattern[p] == '*') {
             star = p++;
             taken = n;
-        } else if (p < pattern.size() && (pattern[p] == '?' || ToLowerCase(pattern[p]) == ToLowerCase(name[n]))) {
+        } else if (p < pattern.size() && pattern[p] == '?') {
+            ++p;
+            n = NextCharacter(name, n);
+        } else if (p < pattern.size() && ToLowerCase(pattern[p]) == ToLowerCase(name[n])) {
             ++p;
             ++n;
         } else if (star != std::string_view::npos) {
             p = star + 1;
-            n = ++taken;
+            taken = NextCharacter(name, taken);
+            n = taken;
         } else {
             return false;
         }
@@ -31,6 +51,21 @@ bool MatchesWildcard(std::string_view name, std::string_view pattern) {
         ++p;
     }
     return p == pattern.size();
+}
+
+bool MatchesAnyWildcard(std::string_view name, std::string_view patterns) {
+    while (true) {
+        const auto end = patterns.find(';');
+        std::string_view pattern = patterns.substr(0, end);
+        pattern.remove_prefix(std::min(pattern.find_first_not_of(' '), pattern.size()));
+        if (MatchesWildcard(name, pattern)) {
+            return true;
+        }
+        if (end == std::string_view::npos) {
+            return false;
+        }
+        patterns.remove_prefix(end + 1);
+    }
 }
 
 } // namespace qndr::suite
