@@ -1,0 +1,99 @@
+#include "composition/computer_services.h"
+
+#include "composition/gated_objects.h"
+#include "shared/paths2.h"
+#include "suite/computer/posix/directory_calls.h"
+#include "suite/computer/registry_store.h"
+#include "suite/computer/system_clock.h"
+#include "suite/computer/system_facts.h"
+#include "suite/files/arrays.h"
+#include "suite/files/command_line.h"
+#include "suite/files/disk_files.h"
+#include "suite/files/ini_files.h"
+#include "suite/files/text_files.h"
+#include "suite/suite_objects.h"
+
+namespace qndr {
+namespace {
+
+/// The suite on one computer. It works with its own services directly; the gate stands in front of the agent
+/// alone.
+struct Suite {
+    Suite(const suite::Computer& theComputer, const services::Clock& clock, const std::string& programName,
+          const std::vector<std::string>& switchNames)
+        : computer(theComputer), registryTools(computer.registryFile, clock), fileTools(computer.temporaryFolder),
+          directoryCalls(computer.temporaryFolder), objects(computer, registryTools, iniTools, clock),
+          commandLineTools(switchNames), systemTools(computer), specialFolderTools(computer),
+          program(computer, programName) {}
+
+    const suite::Computer computer;
+    suite::RegistryStore registryTools;
+    suite::DiskFileTools fileTools;
+    suite::PosixDirectoryCalls directoryCalls;
+    suite::DiskIniTools iniTools;
+    suite::DiskTextFileTools textFileTools;
+    suite::DiskTextAppender textAppender;
+    suite::PlainStringArrayTools stringArrayTools;
+    suite::PlainArrayTools arrayTools;
+    suite::SuiteObjects objects;
+    suite::SwitchReader commandLineTools;
+    suite::ComputerSystemTools systemTools;
+    suite::ComputerSpecialFolders specialFolderTools;
+    suite::ProgramFileVersions fileVersions;
+    suite::RunningProgram program;
+};
+
+} // namespace
+
+struct ComputerServices::Parts {
+    Parts(const suite::Computer& computer, const TimeServices& time, const std::string& programName,
+          const std::vector<std::string>& switchNames, services::CallGate* gate)
+        : inner(computer, time.clock, programName, switchNames), objects(inner.objects, gate),
+          commandLineTools(inner.commandLineTools, gate), registryTools(inner.registryTools, gate),
+          fileTools(inner.fileTools, gate), directoryCalls(inner.directoryCalls, gate),
+          iniTools(inner.iniTools, gate), textFileTools(inner.textFileTools, gate),
+          stringArrayTools(inner.stringArrayTools, gate), arrayTools(inner.arrayTools, gate),
+          systemTools(inner.systemTools, gate), specialFolderTools(inner.specialFolderTools, gate),
+          clock(time.clock, gate), messages(time.messages, gate), timers(time.timers, gate),
+          fileVersions(inner.fileVersions, gate), textAppender(inner.textAppender, gate),
+          program(inner.program, gate), paths2(directoryCalls, fileTools, messages), pathTools(paths2, gate) {}
+
+    Suite inner;
+    GatedObjects objects;
+    services::CommandLineToolsWrapper commandLineTools;
+    services::RegistryToolsWrapper registryTools;
+    services::FileToolsWrapper fileTools;
+    services::DirectoryCallsWrapper directoryCalls;
+    services::IniToolsWrapper iniTools;
+    services::TextFileToolsWrapper textFileTools;
+    services::StringArrayToolsWrapper stringArrayTools;
+    services::ArrayToolsWrapper arrayTools;
+    services::SystemToolsWrapper systemTools;
+    services::SpecialFolderToolsWrapper specialFolderTools;
+    services::ClockWrapper clock;
+    services::MessagePumpWrapper messages;
+    services::WaitableTimersWrapper timers;
+    services::FileVersionsWrapper fileVersions;
+    services::TextAppenderWrapper textAppender;
+    services::ProgramFactsWrapper program;
+    Paths2 paths2;
+    services::PathToolsWrapper pathTools;
+    services::AgentServices all{
+        objects,          commandLineTools, registryTools, fileTools,          pathTools, iniTools, textFileTools,
+        stringArrayTools, arrayTools,       systemTools,   specialFolderTools, clock,     messages, timers,
+        fileVersions,     textAppender,     program};
+};
+
+ComputerServices::ComputerServices(const suite::Computer& computer, const TimeServices& time,
+                                   const std::string& programName, const std::vector<std::string>& switchNames,
+                                   services::CallGate* gate)
+    : parts_(std::make_unique<Parts>(computer, time, programName, switchNames, gate)) {
+}
+
+ComputerServices::~ComputerServices() = default;
+
+const services::AgentServices& ComputerServices::Services() const {
+    return parts_->all;
+}
+
+} // namespace qndr

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "services/agent_services.h"
+#include "suite/computer/computer.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qndr {
+
+/// Where an agent's time and messages come from: the computer's clock and a loop, or a virtual time. The objects
+/// belong to the caller and outlive the services.
+struct TimeServices {
+    services::Clock& clock;
+    services::MessagePump& messages;
+    services::WaitableTimers& timers;
+};
+
+/// The outside of one agent on one computer: the suite's services and the folder library, each behind its
+/// forwarding wrapper. Several objects for one computer are like several processes on it.
+class ComputerServices {
+  public:
+    /// The program goes by `programName` in its log, its timers and the test for another copy; `switchNames` are
+    /// what it knows on its command line. The gate, if there is one, outlives the object and stands in front of
+    /// every call of the agent.
+    ComputerServices(const suite::Computer& computer, const TimeServices& time, const std::string& programName,
+                     const std::vector<std::string>& switchNames, services::CallGate* gate = nullptr);
+    ~ComputerServices();
+    ComputerServices(const ComputerServices&) = delete;
+    ComputerServices& operator=(const ComputerServices&) = delete;
+
+    const services::AgentServices& Services() const;
+
+  private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace qndr
