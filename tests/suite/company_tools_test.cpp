@@ -1,0 +1,311 @@
+#include "services/failure.h"
+#include "suite/company/company_compare.h"
+#include "suite/company/company_creation.h"
+#include "suite/company/company_schema.h"
+#include "suite/company/provisioning.h"
+#include "suite/company/psd_file.h"
+#include "suite/company/sample_data.h"
+#include "suite/company_fixture.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <set>
+
+namespace qndr::suite {
+namespace {
+
+using services::Failure;
+
+class NumberedIDs : public services::SystemTools {
+  public:
+    std::string GetIdentifierText() override {
+        return "00000000-0000-4000-8000-00000000000" + std::to_string(++last);
+    }
+    std::string GetComputerName() override { return "test"; }
+    int last = 0;
+};
+
+/// Holds values in memory and leaves a file behind, as the real one does; fails at the wanted write.
+class MemoryIni : public services::IniTools {
+  public:
+    std::string GetValue(const std::string& section, const std::string& key, const std::string& fallback,
+                         const std::string& file) override {
+        const auto found = values.find(file + "|" + section + "|" + key);
+        return found == values.end() ? fallback : found->second;
+    }
+    void SetValue(const std::string& section, const std::string& key, const std::string& value,
+                  const std::string& file) override {
+        WriteFile(file, "[" + section + "]");
+        if (--writesLeft < 0) {
+            throw Failure("no room on the disk");
+        }
+        values[file + "|" + section + "|" + key] = value;
+    }
+    std::map<std::string, std::string> values;
+    int writesLeft = 100;
+};
+
+class CompanyTools : public testing::Test {
+  protected:
+    NewCompany Wanted(const std::string& name, int type = MainCompanyType) const {
+        return {.psdFile = folder.Path(name + ".psd"),
+                .name = "Company " + name,
+                .type = type,
+                .connectionString = {}};
+    }
+    void Create(const NewCompany& company) { CreateCompany(company, ini, ids, clock); }
+    std::unique_ptr<SqliteConnection> Open(const std::string& file) const {
+        return std::make_unique<SqliteConnection>(folder.Path(file), clock, SqliteConnection::Missing::Refuse);
+    }
+    std::unique_ptr<SqliteConnection> Made(const std::string& name, int type = MainCompanyType) {
+        Create(Wanted(name, type));
+        return Open(name + ".db");
+    }
+    std::set<std::string> Files() const {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.Path(""))) {
+            names.insert(entry.path().filename().string());
+        }
+        return names;
+    }
+    /// The tables that differ, each with its counts.
+    static std::string Differences(const SqliteConnection& left, const SqliteConnection& right, Scope scope) {
+        std::string text;
+        for (const TableComparison& table : CompareCompanies(left, right, scope)) {
+            if (!table.Alike()) {
+                text += table.table + " " + std::to_string(table.differing) + "/" +
+                        std::to_string(table.onlyLeft) + "/" + std::to_string(table.onlyRight) + " ";
+            }
+        }
+        return text;
+    }
+
+    TestFolder folder;
+    StandingClock clock;
+    NumberedIDs ids;
+    MemoryIni ini;
+};
+
+TEST_F(CompanyTools, CreationMakesACompanyThatThePsdLeadsTo) {
+    NewCompany company = Wanted("lap; top", RoamingCompanyType);
+    Create(company);
+    EXPECT_EQ(Files(), (std::set<std::string>{"lap; top.db", "lap; top.psd"}));
+    EXPECT_EQ(ini.GetValue("COMPANY", "ConnectionString", "", company.psdFile),
+              "Provider=SQLite;Data Source=\"lap; top.db\"");
+    PsdFile psd(ini);
+    EXPECT_TRUE(psd.Load(company.psdFile));
+    EXPECT_NE(psd.ConnectionString().find(folder.Path("lap; top.db")), std::string::npos);
+    const auto database = Open("lap; top.db");
+    EXPECT_EQ(database->Value("SELECT UniqueID || Name || CompanyType || SyncState || DatabaseVersion FROM Company"
+                              " WHERE MainUniqueID IS NULL"),
+              "00000000-0000-4000-8000-000000000001Company lap; top205.0.1");
+    EXPECT_EQ(database->Number("SELECT COUNT(*) FROM AuditLog"), 0);
+
+    std::filesystem::create_directory(folder.Path("data"));
+    company = Wanted("shop");
+    company.connectionString = "Data Source=data/shop.sqlite;Provider=SQLite";
+    Create(company);
+    EXPECT_EQ(ini.GetValue("COMPANY", "ConnectionString", "", company.psdFile), company.connectionString);
+    EXPECT_EQ(Open("data/shop.sqlite")->Number("SELECT CompanyType FROM Company"), 1);
+}
+
+TEST_F(CompanyTools, CreationTouchesNothingThatExistsAndLeavesNoRest) {
+    const auto refused = [&](const NewCompany& company) {
+        const auto before = Files();
+        EXPECT_THROW(Create(company), Failure);
+        EXPECT_EQ(Files(), before);
+    };
+    for (const char* const existing : {"a.psd", "a.db", "a.db-wal"}) {
+        WriteFile(folder.Path(existing), "mine");
+        refused(Wanted("a"));
+        EXPECT_EQ(std::filesystem::file_size(folder.Path(existing)), 4U);
+        std::filesystem::remove(folder.Path(existing));
+    }
+    const std::function<void(NewCompany&)> mistakes[] = {
+        [](NewCompany& c) { c.type = 3; },
+        [](NewCompany& c) { c.name = "  "; },
+        [](NewCompany& c) { c.name = "two\nlines"; },
+        [](NewCompany& c) { c.psdFile += ".txt"; },
+        [](NewCompany& c) { c.psdFile = "/no/such/folder/a.psd"; },
+        [](NewCompany& c) { c.connectionString = "Driver=Other;Database=x"; },
+    };
+    for (const auto& mistake : mistakes) {
+        NewCompany company = Wanted("a");
+        mistake(company);
+        refused(company);
+    }
+    for (int writes = 0; writes < 2; ++writes) {
+        ini.writesLeft = writes;
+        refused(Wanted("a"));
+    }
+    ini.writesLeft = 100;
+    EXPECT_NO_THROW(Create(Wanted("a")));
+}
+
+TEST_F(CompanyTools, SampleDataIsRepeatableAndWhole) {
+    const auto left = Made("left");
+    const auto right = Made("right");
+    FillWithSampleData(*left, 3000, 7);
+    FillWithSampleData(*right, 3000, 7);
+    EXPECT_EQ(Differences(*left, *right, Scope::All), "");
+    EXPECT_EQ(left->Number("SELECT COUNT(*) FROM AuditLog"), 3000);
+
+    for (const Table& table : AuditedTables()) {
+        const std::string name(table.name);
+        EXPECT_EQ(left->Number("SELECT COUNT(*) > 0 FROM \"" + name + "\""), name.ends_with("NumberSync") ? 0 : 1)
+            << name;
+        for (const Column& column : table.columns) {
+            if (!column.references.empty()) {
+                EXPECT_EQ(left->Number("SELECT COUNT(*) FROM \"" + name + "\" WHERE \"" +
+                                       std::string(column.name) + "\" NOT IN (SELECT UniqueID FROM \"" +
+                                       std::string(column.references) + "\")"),
+                          0)
+                    << name << "." << column.name;
+            }
+        }
+    }
+    for (const char* const present :
+         {"CustomerActivity WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())",
+          "CustomerActivity WHERE ActivityDate <= DATEADD(day,-30,GETUTCDATE())",
+          "Attachments WHERE AttachmentType = 2", "Attachments WHERE AttachmentType = 3",
+          "Attachments WHERE AttachmentType IS NULL",
+          "Attachments WHERE AttachmentType < 2 AND length(Content) > 0",
+          "Customers WHERE Notes LIKE '%' || char(10) || '%'", "Customers WHERE LastName LIKE '%''%'",
+          "Customers WHERE Notes IS NULL"}) {
+        EXPECT_GT(left->Number(std::string("SELECT COUNT(*) FROM ") + present), 0) << present;
+    }
+
+    EXPECT_THROW(FillWithSampleData(*left, 3000, 7), Failure);
+    EXPECT_EQ(Differences(*left, *right, Scope::All), "");
+    FillWithSampleData(*left, 1, 8);
+    EXPECT_EQ(left->Number("SELECT COUNT(*) FROM AuditLog"), 3000 + 57);
+}
+
+TEST_F(CompanyTools, CompareFindsEachKindOfDifference) {
+    const auto left = Made("left");
+    const auto right = Made("right");
+    right->Execute("INSERT INTO Customers (ID, UniqueID) VALUES (900, 'zz')");
+    FillWithSampleData(*left, 1000, 1);
+    FillWithSampleData(*right, 1000, 1);
+    right->Execute("DELETE FROM Customers WHERE UniqueID = 'zz'");
+    right->Execute("UPDATE Customers SET UniqueID = lower(UniqueID), TermsUniqueID = lower(TermsUniqueID)");
+    right->Execute("UPDATE Orders SET SyncState = 1");
+    EXPECT_EQ(Differences(*left, *right, Scope::All), "");
+
+    right->Execute("UPDATE Customers SET LastName = lower(LastName) WHERE CustomerNumber = 10001");
+    right->Execute("UPDATE Customers SET Notes = '' WHERE Notes IS NULL AND CustomerNumber > 10001");
+    const std::int64_t emptied = right->Number("SELECT COUNT(*) FROM Customers WHERE Notes = ''");
+    left->Execute("DELETE FROM Terms");
+    right->Execute("DELETE FROM Vendors");
+    left->Execute("INSERT INTO OrderNumberSync (OrderNumber) VALUES (1)");
+    left->Execute("INSERT INTO Groups (UniqueID) VALUES ('0'), ('zz'), ('zza')");
+    right->Execute("INSERT INTO Groups (UniqueID) VALUES ('ZZ'), ('zzb')");
+    EXPECT_EQ(Differences(*left, *right, Scope::All), "Groups 0/2/1 Terms 0/0/2 Customers " +
+                                                          std::to_string(emptied + 1) +
+                                                          "/0/0 Vendors 0/2/0 OrderNumberSync 0/1/0 ");
+}
+
+TEST_F(CompanyTools, CompareOfTheExchangedLooksAtWhatAFullExportCarries) {
+    const auto left = Made("left");
+    const auto right = Made("right");
+    FillWithSampleData(*left, 1000, 1);
+    left->Execute("DELETE FROM Attachments");
+    for (const char* const table : {"EmployeeActivity", "CustomerActivity", "VendorActivity", "ProductActivity"}) {
+        left->Execute(std::string("DELETE FROM ") + table);
+        left->Execute(std::string("INSERT INTO ") + table +
+                      " (UniqueID, ActivityDate) VALUES ('old', '20261023 19:08:52'), ('none', NULL)");
+    }
+    left->Execute("INSERT INTO Attachments (UniqueID, AttachmentType) VALUES ('2', 2), ('3', 3), ('n', NULL)");
+    for (const TableComparison& table : CompareCompanies(*left, *right, Scope::Exchanged)) {
+        const bool heldBack = table.table.ends_with("Activity") || table.table == "Attachments";
+        EXPECT_EQ(table.Alike(), heldBack) << table.table;
+        EXPECT_FALSE(table.table.starts_with("Order") && table.table.ends_with("Items")) << table.table;
+    }
+    left->Execute("UPDATE CustomerActivity SET ActivityDate = '20261023 19:08:53' WHERE UniqueID = 'old'");
+    left->Execute("INSERT INTO Attachments (UniqueID, AttachmentType) VALUES ('1', 1)");
+    const std::string differences = Differences(*left, *right, Scope::Exchanged);
+    EXPECT_NE(differences.find("CustomerActivity 0/1/0"), std::string::npos) << differences;
+    EXPECT_NE(differences.find("Attachments 0/1/0"), std::string::npos) << differences;
+}
+
+TEST_F(CompanyTools, AWorkstationIsAddedOnceWithACodeOfItsOwn) {
+    const auto main = Made("main");
+    const auto first = Made("first", RoamingCompanyType);
+    const auto second = Made("second", RoamingCompanyType);
+    first->Execute("UPDATE Company SET UniqueID = '{aB-1}'");
+    EXPECT_THROW(AddWorkstation(*first, *main), Failure);
+    EXPECT_THROW(AddWorkstation(*main, *main), Failure);
+    for (const int code : {0, 256, -1}) {
+        EXPECT_THROW(AddWorkstation(*main, *first, code), Failure) << code;
+    }
+    EXPECT_EQ(first->Number("SELECT SyncState FROM Company"), 0);
+    EXPECT_EQ(AddWorkstation(*main, *first, 2), 2);
+    EXPECT_EQ(main->Value("SELECT UniqueID || Name || ReferenceCode || SyncState FROM RoamingWorkstations"),
+              "{aB-1}Company first20");
+    EXPECT_EQ(first->Number("SELECT SyncState FROM Company"), 1);
+
+    first->Execute("UPDATE Company SET UniqueID = '{Ab-1}'");
+    EXPECT_THROW(AddWorkstation(*main, *first), Failure);
+    EXPECT_THROW(AddWorkstation(*main, *second, 2), Failure);
+    second->Execute("UPDATE Company SET MainUniqueID = 'elsewhere'");
+    EXPECT_THROW(AddWorkstation(*main, *second), Failure);
+    second->Execute("UPDATE Company SET MainUniqueID = NULL");
+    second->Execute("INSERT INTO Terms (Name) VALUES ('Net')");
+    EXPECT_THROW(AddWorkstation(*main, *second), Failure);
+    EXPECT_EQ(second->Number("SELECT SyncState FROM Company"), 0);
+    second->Execute("DELETE FROM AuditLog");
+    EXPECT_EQ(AddWorkstation(*main, *second), 1);
+    EXPECT_EQ(main->Number("SELECT COUNT(*) FROM RoamingWorkstations"), 2);
+}
+
+TEST_F(CompanyTools, StatesAreAskedForOnlyWhereTheProtocolKnowsThem) {
+    const auto main = Made("main");
+    const auto roaming = Made("roaming", RoamingCompanyType);
+    const std::string id = roaming->Value("SELECT UniqueID FROM Company").value_or("");
+    EXPECT_THROW(RequestInitialSync(*main), Failure);
+    EXPECT_THROW(RequestReset(*main), Failure);
+    EXPECT_THROW(ResetCountersOf(*main, id), Failure);
+    EXPECT_FALSE(RequestInitialSync(*roaming));
+    AddWorkstation(*main, *roaming);
+    roaming->Execute("UPDATE Company SET MainUniqueID = 'main'");
+    EXPECT_TRUE(RequestInitialSync(*roaming));
+
+    const std::string row = "SELECT NextSequenceToRoaming || NextSequenceFromRoaming || SyncState || LastAuditID"
+                            " FROM RoamingWorkstations";
+    for (const auto& [state, expected] : std::map<std::string, std::string>{
+             {"1", "0019"}, {"3", "0039"}, {"4", "0009"}, {"5", "0009"}, {"6", "0009"}}) {
+        main->Execute("UPDATE RoamingWorkstations SET NextSequenceToRoaming = 4, NextSequenceFromRoaming = 6,"
+                      " LastAuditID = 9, SyncState = " +
+                      state);
+        ResetCountersOf(*main, id);
+        EXPECT_EQ(main->Value(row), expected);
+    }
+    for (int state = 0; state <= 6; ++state) {
+        roaming->Execute("UPDATE Company SET SyncState = " + std::to_string(state));
+        if (state == 4 || state == 6) {
+            RequestReset(*roaming);
+            EXPECT_EQ(roaming->Number("SELECT SyncState FROM Company"), 5);
+        } else {
+            EXPECT_THROW(RequestReset(*roaming), Failure) << state;
+            EXPECT_EQ(roaming->Number("SELECT SyncState FROM Company"), state);
+        }
+    }
+}
+
+TEST_F(CompanyTools, OptionsFallBackOnTheDefaultProfile) {
+    const auto company = Made("main");
+    EXPECT_EQ(GetCompanyOption(*company, "Sync", "ResetSyncDate"), std::nullopt);
+    SetCompanyOption(*company, "Sync", "ResetSyncDate", "1");
+    SetCompanyOption(*company, "sync", "RESETSYNCDATE", "o'clock");
+    SetCompanyOption(*company, "Sync", "ResetSyncDate", "3", "Night");
+    EXPECT_EQ(GetCompanyOption(*company, "SYNC", "ResetSyncDate"), "o'clock");
+    EXPECT_EQ(GetCompanyOption(*company, "Sync", "ResetSyncDate", "night"), "3");
+    EXPECT_EQ(GetCompanyOption(*company, "Sync", "ResetSyncDate", "Day"), "o'clock");
+    SetCompanyOption(*company, "Sync", "ResetSyncDate", "", "Night");
+    EXPECT_EQ(GetCompanyOption(*company, "Sync", "ResetSyncDate", "Night"), "o'clock");
+}
+
+} // namespace
+} // namespace qndr::suite
