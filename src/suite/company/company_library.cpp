@@ -2,6 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/company/connection_string.h"
+#include "suite/company/provisioning.h"
 #include "suite/database/sqlite_database.h"
 
 namespace qndr::suite {
@@ -9,7 +10,6 @@ namespace {
 
 using services::CurrentUserHive;
 
-constexpr const char* kDefaultProfile = "Default";
 constexpr const char* kRoleName = "RoamingWorkstation";
 constexpr const char* kLocationPrefix = "UFL:";
 
@@ -19,11 +19,11 @@ std::string ProfileKey(const std::string& profile) {
 
 class LibraryProfiles : public services::Profiles {
   public:
-    void SetProfile(const std::string& name) override { current_ = name.empty() ? kDefaultProfile : name; }
+    void SetProfile(const std::string& name) override { current_ = name.empty() ? DefaultProfile : name; }
     const std::string& Current() const { return current_; }
 
   private:
-    std::string current_ = kDefaultProfile;
+    std::string current_ = DefaultProfile;
 };
 
 class LibrarySecurity : public services::Security {
@@ -33,7 +33,7 @@ class LibrarySecurity : public services::Security {
 
     bool IsRoamingWorkstation() const override {
         try {
-            return Role(profiles_.Current(), Role(kDefaultProfile, 0)) != 0;
+            return Role(profiles_.Current(), Role(DefaultProfile, 0)) != 0;
         } catch (const services::Failure&) {
             return false;
         }
@@ -56,19 +56,13 @@ class LibraryOptions : public services::Options {
     Variant GetCompanyOption(const std::string& section, const std::string& key,
                              const Variant& fallback) override {
         // An empty value counts as missing, so it hides nothing of the default profile either.
-        SqliteStatement statement = database_.Connection().Prepare(
-            "SELECT Value FROM CompanyOptions WHERE Profile IN (?1, ?2) AND Section = ?3 AND "
-            "OptionKey = ?4 AND Value <> '' ORDER BY Profile = ?1 DESC LIMIT 1");
-        statement.Bind(1, profiles_.Current());
-        statement.Bind(2, kDefaultProfile);
-        statement.Bind(3, section);
-        statement.Bind(4, key);
-        return FirstValue(statement, fallback);
+        const auto value = suite::GetCompanyOption(database_.Connection(), section, key, profiles_.Current());
+        return value ? Variant(*value) : fallback;
     }
 
     std::string UserFileLocation(const std::string& name) override {
         const std::string ofProfile = Location(profiles_.Current(), name);
-        return ofProfile.empty() ? Location(kDefaultProfile, name) : ofProfile;
+        return ofProfile.empty() ? Location(DefaultProfile, name) : ofProfile;
     }
 
   private:

@@ -2,6 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/company/utf8_path.h"
+#include "suite/files/ascii_case.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -20,13 +21,6 @@ std::string_view Trimmed(std::string_view text) {
         return {};
     }
     return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
-
-std::string Lower(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return result;
 }
 
 /// Takes one value and the semicolon behind it from the front of the text.
@@ -66,7 +60,7 @@ std::optional<std::string> FindSqliteFile(std::string_view text) {
             text.remove_prefix(end + 1);
             continue;
         }
-        const std::string key = Lower(Trimmed(text.substr(0, end)));
+        const std::string key = ToLowerCase(Trimmed(text.substr(0, end)));
         text.remove_prefix(end + 1);
         const std::string value = TakeValue(text);
         if (key == "provider") {
@@ -75,18 +69,10 @@ std::optional<std::string> FindSqliteFile(std::string_view text) {
             dataSource = value;
         }
     }
-    if (Lower(provider) != "sqlite" || dataSource.empty()) {
+    if (!EqualsWithoutCase(provider, "sqlite") || dataSource.empty()) {
         return std::nullopt;
     }
     return dataSource;
-}
-
-std::string Quoted(const std::string& value) {
-    std::string result = "\"";
-    for (const char c : value) {
-        result.append(c == '"' ? 2 : 1, c);
-    }
-    return result + '"';
 }
 
 } // namespace
@@ -106,9 +92,19 @@ std::string ResolveConnectionString(const std::string& connectionString, const s
     if (!file) {
         return connectionString;
     }
-    const std::string path = FromPath((ToPath(folder) / ToPath(*file)).lexically_normal());
-    const bool plain = path.find_first_of(";\"'") == std::string::npos && Trimmed(path) == path;
-    return "Provider=SQLite;Data Source=" + (plain ? path : Quoted(path));
+    return SqliteConnectionString(FromPath(ToPath(folder) / ToPath(*file)));
+}
+
+std::string SqliteConnectionString(const std::string& file) {
+    std::string value = file;
+    if (file.find_first_of(";\"'") != std::string::npos || Trimmed(file) != file) {
+        value = "\"";
+        for (const char c : file) {
+            value.append(c == '"' ? 2 : 1, c);
+        }
+        value += '"';
+    }
+    return "Provider=SQLite;Data Source=" + value;
 }
 
 } // namespace qndr::suite

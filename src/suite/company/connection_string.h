@@ -9,6 +9,9 @@ namespace qndr::suite {
 /// value that holds a semicolon must. Raises services::Failure for every other connection string.
 std::string SqliteFileOf(const std::string& connectionString);
 
+/// The connection string that names this file, quoted where it must be.
+std::string SqliteConnectionString(const std::string& file);
+
 /// The same database named by an absolute path: a relative one is taken from `folder`. A connection string of
 /// another kind comes back as it is.
 std::string ResolveConnectionString(const std::string& connectionString, const std::string& folder);

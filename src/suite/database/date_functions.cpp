@@ -1,6 +1,7 @@
 #include "suite/database/date_functions.h"
 
 #include "services/failure.h"
+#include "suite/files/ascii_case.h"
 
 #include <algorithm>
 #include <array>
@@ -41,9 +42,7 @@ constexpr std::array<DatePart, 10> kDateParts{{
 }};
 
 const DatePart& FindDatePart(std::string_view name) {
-    std::string lower(name);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    const std::string lower = ToLowerCase(name);
     for (const DatePart& part : kDateParts) {
         if (std::find(part.names.begin(), part.names.end(), lower) != part.names.end()) {
             return part;

@@ -1,6 +1,7 @@
 #include "suite/database/dialect.h"
 
-#include <algorithm>
+#include "suite/files/ascii_case.h"
+
 #include <cstddef>
 
 namespace qndr::suite {
@@ -67,12 +68,6 @@ std::size_t SkipWord(std::string_view sql, std::size_t at) {
     return at;
 }
 
-bool IsDateAdd(std::string_view word) {
-    constexpr std::string_view name = "DATEADD";
-    return std::equal(word.begin(), word.end(), name.begin(), name.end(),
-                      [](char left, char right) { return IsLetter(left) && (left & ~0x20) == right; });
-}
-
 struct Range {
     std::size_t begin = 0;
     std::size_t end = 0;
@@ -114,7 +109,7 @@ std::string ToSqliteDialect(std::string_view sql) {
             ++at;
             continue;
         }
-        const bool call = IsDateAdd(sql.substr(at, end - at));
+        const bool call = EqualsWithoutCase(sql.substr(at, end - at), "DATEADD");
         at = end;
         if (!call) {
             continue;

@@ -30,8 +30,7 @@ std::unique_ptr<RecordTable> ReadAll(SqliteStatement& statement) {
     return table;
 }
 
-} // namespace
-
+/// Numbers as numbers, all else as text.
 Variant FirstValue(SqliteStatement& statement, const Variant& fallback) {
     if (!statement.Step() || statement.ColumnCount() == 0) {
         return fallback;
@@ -47,6 +46,8 @@ Variant FirstValue(SqliteStatement& statement, const Variant& fallback) {
         return statement.Text(0).empty() ? fallback : Variant(statement.Text(0));
     }
 }
+
+} // namespace
 
 void SqliteDatabase::Use(const std::string& path) {
     Close();

@@ -9,10 +9,6 @@
 
 namespace qndr::suite {
 
-/// The first column of the next row of the statement, numbers as numbers and all else as text; `fallback` for no
-/// row, a NULL and an empty text. Raises services::Failure with the database's words.
-Variant FirstValue(SqliteStatement& statement, const Variant& fallback);
-
 /// A company's database in an SQLite file. The file is opened by the first use, never made; a file that cannot be
 /// opened is a database error of each statement. Without a file every operation raises services::Failure.
 class SqliteDatabase : public services::Database {

@@ -1,0 +1,36 @@
+#include "suite/suite_objects.h"
+
+#include "suite/company/company_library.h"
+#include "suite/company/company_manager.h"
+#include "suite/company/file_manager.h"
+#include "suite/company/upgrader.h"
+#include "suite/engine/engine.h"
+#include "suite/files/zip_archive.h"
+
+namespace qndr::suite {
+
+std::unique_ptr<services::SharedCodeLibrary> SuiteObjects::CreateSharedCodeLibrary() {
+    return std::make_unique<CompanyLibrary>(registry_, clock_);
+}
+
+std::unique_ptr<services::Engine> SuiteObjects::CreateEngine() {
+    return std::make_unique<ImportExportEngine>();
+}
+
+std::unique_ptr<services::CompanyManager> SuiteObjects::CreateCompanyManager() {
+    return std::make_unique<CompanyManager>(iniTools_, clock_);
+}
+
+std::unique_ptr<services::FileManager> SuiteObjects::CreateFileManager() {
+    return std::make_unique<FileManager>(computer_);
+}
+
+std::unique_ptr<services::Upgrader> SuiteObjects::CreateUpgrader() {
+    return std::make_unique<Upgrader>();
+}
+
+std::unique_ptr<services::ZipArchive> SuiteObjects::CreateZipArchive() {
+    return std::make_unique<LibZipArchive>();
+}
+
+} // namespace qndr::suite

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "services/ini_tools.h"
+#include "services/object_factory.h"
+#include "services/platform.h"
+#include "services/registry_tools.h"
+#include "suite/computer/computer.h"
+
+namespace qndr::suite {
+
+/// Creates the suite's objects for one computer. What it is given must outlive it and the objects that it creates.
+class SuiteObjects : public services::ObjectFactory {
+  public:
+    SuiteObjects(const Computer& computer, services::RegistryTools& registry, services::IniTools& iniTools,
+                 const services::Clock& clock)
+        : computer_(computer), registry_(registry), iniTools_(iniTools), clock_(clock) {}
+
+    std::unique_ptr<services::SharedCodeLibrary> CreateSharedCodeLibrary() override;
+    std::unique_ptr<services::Engine> CreateEngine() override;
+    std::unique_ptr<services::CompanyManager> CreateCompanyManager() override;
+    std::unique_ptr<services::FileManager> CreateFileManager() override;
+    std::unique_ptr<services::Upgrader> CreateUpgrader() override;
+    std::unique_ptr<services::ZipArchive> CreateZipArchive() override;
+
+  private:
+    const Computer& computer_;
+    services::RegistryTools& registry_;
+    services::IniTools& iniTools_;
+    const services::Clock& clock_;
+};
+
+} // namespace qndr::suite

@@ -1,0 +1,209 @@
+#include "services/failure.h"
+#include "suite/company/company_creation.h"
+#include "suite/company/company_library.h"
+#include "suite/company/company_manager.h"
+#include "suite/company/connection_string.h"
+#include "suite/company/file_manager.h"
+#include "suite/company/provisioning.h"
+#include "suite/company_fixture.h"
+#include "suite/computer/registry_store.h"
+#include "suite/computer/system_facts.h"
+#include "suite/files/ini_files.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace qndr::suite {
+namespace {
+
+using services::CurrentUserHive;
+using services::Failure;
+
+/// One company with its .psd file and its database beside it.
+class CompanyServicesTest : public testing::Test {
+  protected:
+    CompanyServicesTest() {
+        CreateCompany({.psdFile = psd_, .name = "Dealer", .type = MainCompanyType, .connectionString = ""},
+                      iniTools_, systemTools_, clock_);
+    }
+
+    void Open() {
+        ASSERT_TRUE(manager_.PSD().Load(psd_));
+        library_.SetConnectionString(manager_.PSD().ConnectionString());
+        library_.SetPSDFile(psd_);
+    }
+    void SetOption(const std::string& profile, const std::string& key, const std::string& value) {
+        SetCompanyOption(library_.Connection(), "Roaming Workstations", key, value, profile);
+    }
+    std::string Option(const std::string& key) {
+        return library_.Options().GetCompanyOption("roaming workstations", key, "default").ToText();
+    }
+    static std::string Key(const std::string& profile) {
+        return R"(Software\Velmoran\Ordergrove Suite\5.0\Settings ()" + profile + ")";
+    }
+    std::string WritePsd(const std::string& connectionString) {
+        const std::string path = folder_.Path("other.psd");
+        WriteFile(path, "[Company]\nName=Other\nCONNECTIONSTRING=" + connectionString + "\n");
+        return path;
+    }
+
+    TestFolder folder_;
+    StandingClock clock_;
+    std::string psd_ = folder_.Path("Déaler.psd");
+    Computer computer_ = Computer::InFolder(folder_.Path("computer"), "main");
+    DiskIniTools iniTools_;
+    ComputerSystemTools systemTools_{computer_};
+    RegistryStore registry_{computer_.registryFile, clock_};
+    CompanyManager manager_{iniTools_, clock_};
+    CompanyLibrary library_{registry_, clock_};
+};
+
+TEST_F(CompanyServicesTest, OpensACompanyAndNothingElse) {
+    EXPECT_TRUE(manager_.CanOpenCompany(psd_));
+    EXPECT_EQ(manager_.PSD().ConnectionString(), "") << "only Load fills it";
+    EXPECT_TRUE(manager_.PSD().Load(psd_));
+    EXPECT_FALSE(manager_.PSD().Load(folder_.Path("absent.psd")));
+    EXPECT_EQ(manager_.PSD().ConnectionString(), "");
+
+    WriteFile(folder_.Path("noise.psd"), std::string("\0\xFF[COMPANY", 10));
+    EXPECT_FALSE(manager_.PSD().Load(folder_.Path("noise.psd")));
+    EXPECT_FALSE(manager_.CanOpenCompany(folder_.Path("noise.psd")));
+    WriteFile(folder_.Path("unnamed.psd"), "[COMPANY]\nName=Other\n");
+    EXPECT_FALSE(manager_.PSD().Load(folder_.Path("unnamed.psd")));
+    EXPECT_FALSE(manager_.CanOpenCompany(folder_.Path("unnamed.psd")));
+
+    const std::string other = WritePsd("Provider=SQLite;Data Source=absent.db");
+    EXPECT_TRUE(manager_.PSD().Load(other));
+    EXPECT_FALSE(manager_.CanOpenCompany(other));
+    EXPECT_FALSE(std::filesystem::exists(folder_.Path("absent.db")));
+    WriteFile(folder_.Path("text.db"), std::string(5000, 'x'));
+    EXPECT_FALSE(manager_.CanOpenCompany(WritePsd("Provider=SQLite;Data Source=text.db")));
+    EXPECT_FALSE(manager_.CanOpenCompany(WritePsd("Driver=PostgreSQL;Database=dealer")));
+}
+
+TEST_F(CompanyServicesTest, TakesADatabaseForACompanyByItsOneRow) {
+    const std::string psd = WritePsd(" data source = sub/../any.db ; PROVIDER = sqlite;");
+    std::filesystem::create_directory(folder_.Path("sub"));
+    const SqliteConnection any(folder_.Path("any.db"), clock_, SqliteConnection::Missing::Create);
+    EXPECT_FALSE(manager_.CanOpenCompany(psd));
+    any.Execute("CREATE TABLE Company (CompanyType INTEGER, UniqueID TEXT)");
+    EXPECT_FALSE(manager_.CanOpenCompany(psd));
+    any.Execute("INSERT INTO Company VALUES (NULL, 'A')");
+    EXPECT_FALSE(manager_.CanOpenCompany(psd));
+    any.Execute("UPDATE Company SET CompanyType = 2, UniqueID = ''");
+    EXPECT_FALSE(manager_.CanOpenCompany(psd));
+    any.Execute("UPDATE Company SET UniqueID = 'A'");
+    EXPECT_TRUE(manager_.CanOpenCompany(psd));
+    any.Execute("INSERT INTO Company VALUES (2, 'B')");
+    EXPECT_FALSE(manager_.CanOpenCompany(psd));
+}
+
+TEST(ConnectionString, NamesAnSqliteFileOrIsRefused) {
+    EXPECT_EQ(SqliteFileOf("Data Source=/a b/c=d.db;Version=3;;provider=SQLITE"), "/a b/c=d.db");
+    EXPECT_EQ(SqliteFileOf("Provider=SQLite;Data Source='/a;''b''.db' ; "), "/a;'b'.db");
+    EXPECT_EQ(ResolveConnectionString("Provider=SQLite;Data Source=b.db", "/a"),
+              "Provider=SQLite;Data Source=/a/b.db");
+    EXPECT_EQ(ResolveConnectionString("Provider=SQLite;Data Source=/x/b.db", "/a"),
+              "Provider=SQLite;Data Source=/x/b.db");
+    for (const char* file : {"/a;b.db", "/it's \"here\".db", "\"\"\"", " blanks ", "/plain"}) {
+        EXPECT_EQ(SqliteFileOf(SqliteConnectionString(file)), file);
+    }
+    for (const char* other : {"", "Provider=SQLite", "Provider=SQLite;Data Source=", "Data Source=/a.db",
+                              "Provider=MSDASQL;Data Source=/a.db", "no connection string", "Provider=\"SQLite"}) {
+        EXPECT_EQ(ResolveConnectionString(other, "/a"), other);
+        EXPECT_THROW(SqliteFileOf(other), Failure) << other;
+    }
+}
+
+TEST_F(CompanyServicesTest, ServesTheDatabaseOnlyBetweenConnectionStringAndPreTerminate) {
+    const auto expectNoDatabase = [&] {
+        EXPECT_THROW(library_.Database().ExecuteScaler("SELECT 1", "", ""), Failure);
+        EXPECT_THROW(library_.Options().GetCompanyOption("a", "b", "c"), Failure);
+        EXPECT_THROW(library_.RecordEvent("text", 2), Failure);
+        EXPECT_EQ(library_.QNDRSQL(), nullptr);
+    };
+    expectNoDatabase();
+    Open();
+    EXPECT_EQ(library_.Database().ExecuteScaler("SELECT CompanyType FROM Company", "", "0").ToInteger(), 1);
+    services::SqlConnection* sql = library_.QNDRSQL();
+    ASSERT_NE(sql, nullptr);
+    EXPECT_EQ(sql->ExecuteNonQuery("UPDATE Company SET SyncState = 0"), 1);
+    sql->PreTerminate();
+    EXPECT_EQ(library_.Database().ExecuteNonQuery("UPDATE Company SET SyncState = 0"), 1);
+
+    EXPECT_THROW(library_.SetConnectionString("Driver=PostgreSQL"), Failure);
+    expectNoDatabase();
+    Open();
+    library_.PreTerminate();
+    expectNoDatabase();
+}
+
+TEST_F(CompanyServicesTest, RecordsEventsInUtc) {
+    Open();
+    library_.RecordEvent("It's here", std::nullopt);
+    library_.RecordEvent("A reset", 2);
+    const auto events = library_.Database().ExecuteRead("SELECT * FROM CompanyEvents ORDER BY ID");
+    const auto rows = events->selectNodes("//Records/Record");
+    ASSERT_EQ(rows->length(), 2);
+    EXPECT_EQ(rows->item(0)->text(), "120261122 19:08:52It's here");
+    EXPECT_EQ(rows->item(1)->text(), "220261122 19:08:52A reset2");
+}
+
+TEST_F(CompanyServicesTest, FallsBackOnTheDefaultProfile) {
+    Open();
+    EXPECT_EQ(Option("EnableSync"), "default");
+    SetOption("Default", "EnableSync", "1");
+    SetOption("Default", "SyncComputerName", "main");
+    SetOption("North", "SyncComputerName", "");
+    SetOption("North", "EnableSync", "0");
+    EXPECT_EQ(Option("EnableSync"), "1");
+    library_.Profiles().SetProfile("north");
+    EXPECT_EQ(Option("EnableSync"), "0");
+    EXPECT_EQ(Option("SyncComputerName"), "main") << "an empty value counts as missing";
+    library_.Profiles().SetProfile("");
+    EXPECT_EQ(Option("enablesync"), "1");
+    EXPECT_TRUE(library_.Options().GetCompanyOption("Roaming Workstations", "ResetSyncDate", {}).IsEmpty());
+}
+
+TEST_F(CompanyServicesTest, ReadsRoleAndLocationsOfTheProfileWithoutACompany) {
+    EXPECT_FALSE(library_.Security().IsRoamingWorkstation());
+    EXPECT_EQ(library_.Options().UserFileLocation("Sync"), "");
+    registry_.SetLong(CurrentUserHive, Key("Default"), "RoamingWorkstation", 1);
+    registry_.SetString(CurrentUserHive, Key("Default"), "UFL:Sync", "/default");
+    registry_.SetString(CurrentUserHive, Key("North"), "UFL:Companies", "/north");
+    EXPECT_TRUE(library_.Security().IsRoamingWorkstation());
+    library_.Profiles().SetProfile("North");
+    EXPECT_TRUE(library_.Security().IsRoamingWorkstation());
+    EXPECT_EQ(library_.Options().UserFileLocation("Sync"), "/default");
+    EXPECT_EQ(library_.Options().UserFileLocation("Companies"), "/north");
+    registry_.SetLong(CurrentUserHive, Key("North"), "RoamingWorkstation", 0);
+    EXPECT_FALSE(library_.Security().IsRoamingWorkstation());
+    registry_.SetString(CurrentUserHive, Key("North"), "RoamingWorkstation", "perhaps");
+    EXPECT_FALSE(library_.Security().IsRoamingWorkstation());
+}
+
+TEST_F(CompanyServicesTest, GivesEachCompanyALocalFolder) {
+    bool flag = false;
+    FileManager files(computer_);
+    EXPECT_EQ(files.GetRootFolderPath(flag), "") << "no library yet";
+    library_.SetPSDFile(psd_);
+    services::SharedCodeLibraryWrapper wrapped(std::make_unique<CompanyLibrary>(registry_, clock_), nullptr);
+    wrapped.SetPSDFile(folder_.Path("wrapped.psd"));
+    files.Initialize(wrapped);
+    EXPECT_EQ(files.GetRootFolderPath(flag), computer_.localRoot + "/wrapped");
+    files.Initialize(library_);
+    EXPECT_EQ(files.GetRootFolderPath(flag), computer_.localRoot + "/Déaler");
+    EXPECT_TRUE(std::filesystem::is_directory(computer_.localRoot + "/Déaler"));
+
+    library_.SetPSDFile(folder_.Path("...psd"));
+    files.Initialize(library_);
+    EXPECT_EQ(files.GetRootFolderPath(flag), "");
+    WriteFile(computer_.localRoot + "/taken", "a file");
+    library_.SetPSDFile(folder_.Path("taken.psd"));
+    files.Initialize(library_);
+    EXPECT_EQ(files.GetRootFolderPath(flag), "");
+}
+
+} // namespace
+} // namespace qndr::suite
