@@ -41,6 +41,9 @@ class Sections {
     Sections(ProgramFile& file, std::uint64_t table, std::uint32_t count) {
         for (std::uint32_t i = 0; i < count; ++i) {
             const std::uint64_t entry = table + 40ULL * i;
+            if (!file.Number(entry + 20, 4)) {
+                return;
+            }
             all_.push_back({file.Double(entry + 12), file.Double(entry + 16), file.Double(entry + 20)});
         }
     }
@@ -67,8 +70,9 @@ std::optional<std::uint32_t> ResourceEntry(ProgramFile& file, std::uint64_t fold
     const std::uint32_t count = file.Word(folder + 12) + file.Word(folder + 14);
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::uint64_t entry = folder + 16 + 8ULL * i;
-        if (!number || file.Double(entry) == *number) {
-            return file.Number(entry + 4, 4);
+        const auto target = file.Number(entry + 4, 4);
+        if (!target || !number || file.Double(entry) == *number) {
+            return target;
         }
     }
     return std::nullopt;

@@ -1,0 +1,220 @@
+#include "services/failure.h"
+#include "suite/computer/file_calls.h"
+#include "suite/files/arrays.h"
+#include "suite/files/disk_files.h"
+#include "suite/files/text_files.h"
+#include "suite/full_disk.h"
+#include "suite/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace qndr::suite {
+namespace {
+
+using test::FullDisk;
+using test::TemporaryFolder;
+using Names = std::vector<std::string>;
+namespace fs = std::filesystem;
+
+TEST(DiskFiles, TellOnlyOfFiles) {
+    const TemporaryFolder folder;
+    DiskFileTools files(folder / "Temp");
+    const std::string path = folder.Write("a.b.zip", "12345");
+    EXPECT_TRUE(files.FileExists(path) && files.FileIsPresent(path));
+    EXPECT_EQ(files.GetFileSize(path), 5);
+    for (const std::string& none : {folder.Path(), folder / "absent", std::string()}) {
+        EXPECT_FALSE(files.FileExists(none));
+        EXPECT_THROW(files.GetFileSize(none), services::Failure);
+        EXPECT_THROW(files.GetFileDate(none), services::Failure);
+        EXPECT_FALSE(files.DeleteFile(none));
+    }
+    EXPECT_TRUE(fs::is_directory(folder.Path()));
+    EXPECT_EQ(files.GetFileName("/x/y\\z.tar.gz"), "y\\z.tar.gz");
+    EXPECT_EQ(files.GetFileBaseName("/x.y/z.tar.gz"), "z.tar");
+    EXPECT_EQ(files.GetFileBaseName("/x.y/z"), "z");
+    EXPECT_EQ(files.ToFileToken("{A~B:C}\\/*?\"<>|\n"), "{A-B-C}---------");
+    fs::create_directory(folder / ".hidden");
+    EXPECT_TRUE(files.FileHasAttribute(folder / ".hidden/", 2));
+    EXPECT_FALSE(files.FileHasAttribute(folder / ".hidden", 4));
+    EXPECT_FALSE(files.FileHasAttribute(folder / ".absent", 2));
+    EXPECT_FALSE(files.FileHasAttribute(path, 2));
+}
+
+TEST(DiskFiles, DatesAreLocalTimeOfTheFilesOwnSeason) {
+    const TemporaryFolder folder;
+    DiskFileTools files("");
+    const std::string path = folder.Write("a", "");
+    const std::string before = getenv("TZ") == nullptr ? "" : getenv("TZ");
+    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    const auto dateOf = [&](std::int64_t moment) {
+        const timespec times[2] = {{moment, 0}, {moment, 999'000'000}};
+        utimensat(AT_FDCWD, path.c_str(), times, 0);
+        return FormatGeneralDate(files.GetFileDate(path));
+    };
+    EXPECT_EQ(dateOf(1'795'370'932), "2026-11-22 19:08:52");
+    EXPECT_EQ(dateOf(1'783'101'600), "2026-07-03 20:00:00");
+    before.empty() ? unsetenv("TZ") : setenv("TZ", before.c_str(), 1);
+    tzset();
+}
+
+TEST(DiskFiles, TemporaryFilesArePrivateAndNew) {
+    const TemporaryFolder folder;
+    DiskFileTools files(folder / "deep/Temp");
+    const std::string first = files.CreateTemporaryFile("", "suz", ".zip");
+    EXPECT_TRUE(first.starts_with(folder / "deep/Temp/suz")) << first;
+    EXPECT_TRUE(first.ends_with(".zip"));
+    EXPECT_NE(first, files.CreateTemporaryFile("", "suz", ".zip"));
+    EXPECT_EQ(fs::status(first).permissions(), fs::perms(0600));
+    EXPECT_EQ(fs::status(folder / "deep/Temp").permissions(), fs::perms(0700));
+
+    fs::remove_all(folder / "deep/Temp");
+    EXPECT_NE(files.CreateTemporaryFile("", "suz", ".zip"), "");
+    EXPECT_EQ(files.CreateTemporaryFile(folder / "absent", "suz", ".zip"), "");
+
+    fs::create_directory_symlink(folder / "deep", folder / "link");
+    EXPECT_EQ(DiskFileTools(folder / "link").CreateTemporaryFile("", "suz", ".zip"), "");
+    fs::create_directory(folder / "foreign");
+    if (chown((folder / "foreign").c_str(), 65534, 65534) == 0) {
+        EXPECT_EQ(DiskFileTools(folder / "foreign").CreateTemporaryFile("", "suz", ".zip"), "");
+    }
+}
+
+TEST(DiskFiles, ACopyIsWholeOrNotThere) {
+    const TemporaryFolder folder;
+    DiskFileTools files(folder / "Temp");
+    const std::string content = std::string(300'000, 'x') + "end";
+    const std::string source = folder.Write("source", content);
+    fs::create_directory(folder / "Sync");
+
+    EXPECT_TRUE(files.CopyFile(source, folder / "Sync/a~b.zip", false));
+    EXPECT_EQ(folder.Read("Sync/a~b.zip"), content);
+    folder.Write("source", "new");
+    EXPECT_FALSE(files.CopyFile(source, folder / "Sync/a~b.zip", false));
+    EXPECT_EQ(folder.Read("Sync/a~b.zip"), content);
+    EXPECT_TRUE(files.CopyFile(source, folder / "Sync/a~b.zip", true));
+    EXPECT_EQ(folder.Read("Sync/a~b.zip"), "new");
+
+    for (const char c : std::string("\\:*?\"<>|")) {
+        EXPECT_FALSE(files.CopyFile(source, folder / ("Sync/a" + std::string(1, c) + ".zip"), false)) << c;
+    }
+    fs::create_directory(folder / "Sync/folder");
+    mkfifo((folder / "pipe").c_str(), 0600);
+    EXPECT_FALSE(files.CopyFile(source, folder / "Sync/", false));
+    EXPECT_FALSE(files.CopyFile(source, folder / "Sync/folder", true));
+    EXPECT_FALSE(files.CopyFile(source, folder / "absent/a.zip", false));
+    EXPECT_FALSE(files.CopyFile(folder / "absent", folder / "Sync/c.zip", false));
+    EXPECT_FALSE(files.CopyFile(folder.Path(), folder / "Sync/c.zip", false));
+    EXPECT_FALSE(files.CopyFile(folder / "pipe", folder / "Sync/c.zip", false));
+    folder.Write("source", content);
+    {
+        const FullDisk full(100'000);
+        EXPECT_FALSE(files.CopyFile(source, folder / "Sync/d.zip", false));
+        EXPECT_FALSE(files.CopyFile(source, folder / "Sync/a~b.zip", true));
+    }
+    EXPECT_EQ(folder.Read("Sync/a~b.zip"), "new");
+    EXPECT_EQ(folder.Names("Sync"), (Names{"a~b.zip", "folder"}));
+}
+
+TEST(DiskFiles, AReaderNeverMeetsAPartOfACopy) {
+    const TemporaryFolder folder;
+    DiskFileTools files(folder / "Temp");
+    const std::string content(50'000'000, 'x');
+    const std::string source = folder.Write("source", content);
+    fs::create_directory(folder / "Sync");
+    std::jthread copy([&] { EXPECT_TRUE(files.CopyFile(source, folder / "Sync/big.zip", false)); });
+    bool arrived = false;
+    while (!arrived) {
+        for (const auto& entry : fs::directory_iterator(folder / "Sync")) {
+            if (entry.path().extension() == ".zip") {
+                EXPECT_EQ(entry.file_size(), content.size());
+                arrived = true;
+            }
+        }
+    }
+}
+
+TEST(DiskFiles, MovingKeepsTheSourceUnlessItSucceeds) {
+    const TemporaryFolder folder;
+    DiskFileTools files(folder / "Temp");
+    const std::string source = folder.Write("source", "moved");
+    folder.Write("taken", "old");
+    EXPECT_FALSE(files.MoveFile(source, folder / "taken", false));
+    EXPECT_FALSE(files.MoveFile(source, folder / "absent/x", false));
+    EXPECT_FALSE(files.MoveFile(folder / "absent", folder / "taken", true));
+    EXPECT_EQ(folder.Read("source") + folder.Read("taken"), "movedold");
+    EXPECT_TRUE(files.MoveFile(source, folder / "taken", true));
+    EXPECT_EQ(folder.Names(), Names{"taken"});
+    EXPECT_EQ(folder.Read("taken"), "moved");
+
+    struct stat here {};
+    struct stat memory {};
+    stat(folder.Path().c_str(), &here);
+    if (stat("/dev/shm", &memory) != 0 || here.st_dev == memory.st_dev) {
+        GTEST_SKIP() << "no second file system";
+    }
+    const std::string far = "/dev/shm/qndr-test-" + std::to_string(getpid());
+    {
+        const FullDisk full(2);
+        EXPECT_FALSE(files.MoveFile(folder / "taken", far, false));
+    }
+    EXPECT_EQ(folder.Names(), Names{"taken"});
+    EXPECT_TRUE(files.MoveFile(folder / "taken", far, false));
+    EXPECT_TRUE(folder.Names().empty());
+    EXPECT_EQ(fs::file_size(far), 5U);
+    fs::remove(far);
+}
+
+TEST(TextFiles, AreWrittenWholeAndAppended) {
+    const TemporaryFolder folder;
+    DiskTextFileTools files;
+    EXPECT_EQ(files.WriteTextFile(folder / "a", "data.xml\r\nä", "UTF-8", 0), 1);
+    EXPECT_EQ(folder.Read("a"), "data.xml\r\nä");
+    EXPECT_NE(files.WriteTextFile(folder / "a", "b", "utf-16", 0), 1);
+    EXPECT_NE(files.WriteTextFile(folder / "absent/a", "b", "utf-8", 0), 1);
+    {
+        const FullDisk full(10);
+        EXPECT_NE(files.WriteTextFile(folder / "a", std::string(100, 'x'), "utf-8", 0), 1);
+    }
+    EXPECT_EQ(folder.Read("a"), "data.xml\r\nä");
+
+    DiskTextAppender log;
+    log.Append(folder / "log", "one\r\n");
+    log.Append(folder / "log", "two\r\n");
+    EXPECT_EQ(folder.Read("log"), "one\r\ntwo\r\n");
+    EXPECT_THROW(log.Append(folder / "absent/log", "x"), services::Failure);
+    EXPECT_THROW(log.Append("/dev/full", "x"), services::Failure);
+    EXPECT_THROW(log.Append("", "x"), services::Failure);
+    EXPECT_EQ(folder.Names(), (Names{"a", "log"}));
+}
+
+TEST(Arrays, SearchAndGrow) {
+    PlainStringArrayTools texts;
+    Names list{""};
+    texts.AddString("History", list, false);
+    texts.AddString("Orders", list, false);
+    texts.AddString("Orders", list, true);
+    texts.AddString("orders", list, true);
+    EXPECT_EQ(list, (Names{"History", "Orders", "orders"}));
+    EXPECT_EQ(texts.FindString("ORDERS", list, false, false), 1);
+    EXPECT_EQ(texts.FindString("orders", list, true, false), 2);
+    EXPECT_EQ(texts.FindString("STOR", list, false, true), 0);
+    EXPECT_LT(texts.FindString("order", list, false, false), 0);
+
+    PlainArrayTools numbers;
+    std::vector<std::int32_t> ids;
+    numbers.AddLong(7, ids, true);
+    numbers.AddLong(0, ids, false);
+    numbers.AddLong(7, ids, true);
+    numbers.AddLong(7, ids, false);
+    EXPECT_EQ(ids, (std::vector<std::int32_t>{7, 0, 7}));
+    EXPECT_EQ(numbers.FindLong(0, ids), 1);
+    EXPECT_LT(numbers.FindLong(8, ids), 0);
+}
+
+} // namespace
+} // namespace qndr::suite
