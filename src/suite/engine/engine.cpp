@@ -1,0 +1,112 @@
+#include "suite/engine/engine.h"
+
+#include "services/failure.h"
+#include "suite/company/company_library.h"
+#include "suite/engine/import.h"
+
+#include <exception>
+#include <utility>
+
+namespace qndr::suite {
+
+void ImportExportEngine::Initialize(services::SharedCodeLibrary& library) {
+    library_ = dynamic_cast<CompanyLibrary*>(&library.Implementation());
+    if (library_ == nullptr) {
+        throw services::Failure("the engine cannot work with a library of another make");
+    }
+}
+
+void ImportExportEngine::AddToExport(const std::string& table, const std::string& statement, bool deletion) {
+    pending_.push_back({table, statement, deletion});
+}
+
+bool ImportExportEngine::DoExport(const std::string& path) {
+    return Export(std::exchange(pending_, {}), ExportOrigin::Tell, path);
+}
+
+bool ImportExportEngine::ExportOrder(std::int32_t id, const std::string& path) {
+    const std::string number = std::to_string(id);
+    try {
+        if (library_ == nullptr ||
+            library_->Connection().Number("SELECT COUNT(*) FROM Orders WHERE ID = " + number) == 0) {
+            return false;
+        }
+    } catch (const services::Failure&) {
+        return false;
+    }
+    return Export({{"Orders", "SELECT * FROM vwExporting_Orders WHERE ID = " + number},
+                   {"OrderItems", "SELECT * FROM vwExporting_OrderItems WHERE OrderUniqueID = "
+                                  "(SELECT UniqueID FROM Orders WHERE ID = " +
+                                      number + ")"}},
+                  ExportOrigin::Withhold, path);
+}
+
+bool ImportExportEngine::Export(const std::vector<ExportEntry>& entries, ExportOrigin origin,
+                                const std::string& path) {
+    if (library_ == nullptr) {
+        return false;
+    }
+    std::vector<std::string> events;
+    try {
+        ExportFile file(path);
+        const SqliteConnection& connection = library_->Connection();
+        {
+            SqliteTransaction transaction(connection, SqliteTransaction::Kind::Read);
+            ExportWriter writer(connection, file, origin);
+            writer.WriteAll(entries);
+            events = writer.PassedOver();
+            if (verbose_) {
+                events.push_back(std::to_string(writer.RecordCount()) + " records were exported.");
+            }
+        }
+        file.Finish();
+    } catch (const std::exception& failure) {
+        Tell(std::string("An export failed: ") + failure.what());
+        return false;
+    }
+    for (const std::string& event : events) {
+        Tell(event);
+    }
+    return true;
+}
+
+bool ImportExportEngine::ImportFile(const std::string& path) {
+    if (library_ == nullptr) {
+        return false;
+    }
+    try {
+        const auto unknownTables =
+            ignoreUnknownTables_ ? ImportReader::UnknownTables::PassOver : ImportReader::UnknownTables::Refuse;
+        const ImportResult result = Import(library_->Connection(), path, unknownTables);
+        if (result.problems > 0) {
+            Tell(std::to_string(result.problems) + " records could not be imported and were put aside.");
+        }
+        if (result.conflicts > 0) {
+            Tell(std::to_string(result.conflicts) +
+                 " records were changed on both sides; the versions that lost were kept.");
+        }
+        if (verbose_) {
+            Tell(std::to_string(result.records) + " records were imported.");
+        }
+        return true;
+    } catch (const std::exception& failure) {
+        Tell(std::string("A file could not be imported: ") + failure.what());
+        return false;
+    }
+}
+
+void ImportExportEngine::PreTerminate() {
+    library_ = nullptr;
+    pending_.clear();
+}
+
+void ImportExportEngine::Tell(const std::string& text) {
+    try {
+        library_->RecordEvent(text, std::nullopt);
+    } catch (const services::Failure&) {
+        // The work is done or given up by now, and its result says so; a full or locked event list changes
+        // nothing.
+    }
+}
+
+} // namespace qndr::suite

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "suite/database/sqlite_connection.h"
+#include "suite/engine/export_file.h"
+#include "suite/engine/xml_text.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace qndr::suite {
+
+/// One pending entry of an export.
+struct ExportEntry {
+    std::string table;
+    std::string statement;
+    bool deletion = false;
+};
+
+/// Whether the records that an audit row names tell whose version they are. A copy to be kept (an order backup)
+/// does not: it is to be taken back like any other version, however old it is.
+enum class ExportOrigin { Tell, Withhold };
+
+/// Writes entries as one exchange file. The caller holds a read transaction, so that all of them show one state.
+class ExportWriter {
+  public:
+    ExportWriter(const SqliteConnection& connection, ExportFile& file, ExportOrigin origin);
+
+    /// Raises services::Failure for every trouble but an entry that this database cannot understand (its view is
+    /// missing): that one is passed over, for it would otherwise stop the exchange at every try.
+    void WriteAll(const std::vector<ExportEntry>& entries);
+
+    std::int64_t RecordCount() const { return records_; }
+    /// One line an entry that was passed over.
+    const std::vector<std::string>& PassedOver() const { return passedOver_; }
+
+  private:
+    /// A statement that serves all entries that differ in nothing but the ID of their row.
+    struct Source {
+        explicit Source(SqliteStatement prepared) : statement(std::move(prepared)) {}
+        SqliteStatement statement;
+        std::vector<int> columns; ///< those that travel: all but the local key
+        std::vector<XmlColumn> elements;
+        int uniqueID = -1;
+        int auditID = -1;
+        int origin = -1;
+        int originID = -1;
+    };
+
+    void Write(const ExportEntry& entry);
+    Source* SourceFor(const ExportEntry& entry, const std::string& shape);
+    void OpenTable(const ExportEntry& entry);
+    void CloseTable();
+    void WriteRecord(const Source& source, const ExportEntry& entry, bool single);
+    void AppendOrigin(std::string_view origin, std::int64_t id);
+    void AppendNewestOrigin(const std::string& table, std::string_view uniqueID);
+    void FlushBeyond(std::size_t size);
+
+    const SqliteConnection& connection_;
+    ExportFile& file_;
+    ExportOrigin origin_;
+    std::string own_;
+    SqliteStatement newestAudit_;
+    std::unordered_map<std::string, Source> sources_;
+    std::string text_;
+    std::string openTable_;
+    bool openDeletion_ = false;
+    bool tableIsOpen_ = false;
+    std::int64_t records_ = 0;
+    std::vector<std::string> passedOver_;
+};
+
+} // namespace qndr::suite

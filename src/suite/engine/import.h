@@ -1,0 +1,22 @@
+#pragma once
+
+#include "suite/database/sqlite_connection.h"
+#include "suite/engine/import_reader.h"
+
+#include <cstdint>
+#include <string>
+
+namespace qndr::suite {
+
+struct ImportResult {
+    std::int64_t records = 0;   ///< those of tables that are known here
+    std::int64_t problems = 0;  ///< records that were put aside
+    std::int64_t conflicts = 0; ///< versions that lost and were kept
+};
+
+/// Takes a whole exchange file into a company database. Durable when it returns; raises services::Failure, with
+/// nothing changed, when the file as a whole cannot be taken.
+ImportResult Import(const SqliteConnection& connection, const std::string& path,
+                    ImportReader::UnknownTables unknownTables);
+
+} // namespace qndr::suite

@@ -1,0 +1,123 @@
+#include "suite/engine/import_applier.h"
+
+namespace qndr::suite {
+
+ImportApplier::ImportApplier(const SqliteConnection& connection, const std::string& sender)
+    : connection_(connection), transaction_(connection, SqliteTransaction::Kind::Write),
+      rules_(connection, sender), audits_(connection, rules_.IsMain()), ledger_(connection) {
+    SqliteStatement insert =
+        connection_.Prepare("INSERT INTO ImportMark (Audited, Origin, OriginID) VALUES (?1, NULL, NULL)");
+    insert.Bind(1, std::int64_t{rules_.IsMain() ? 1 : 0});
+    insert.Step();
+}
+
+void ImportApplier::Apply(const ImportBatch& batch) {
+    for (const ImportRecord& record : batch.records) {
+        Apply(batch, record);
+    }
+    records_ += static_cast<std::int64_t>(batch.records.size());
+}
+
+void ImportApplier::Commit() {
+    connection_.Execute("DELETE FROM ImportMark");
+    transaction_.Commit();
+}
+
+void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) {
+    ImportTable& table = TableOf(record);
+    if (!table.Exists()) {
+        return;
+    }
+    if (!record.problem.empty()) {
+        ledger_.AddProblem(batch, record, record.problem);
+        return;
+    }
+    OriginRules::Decision decision = rules_.Decide(record.table->name, batch.Text(record, record.uniqueID),
+                                                   batch.Text(record, record.origin), record.originID);
+    if (rules_.IsMain()) {
+        MarkOrigin(batch, record);
+    }
+    switch (decision.verdict) {
+    case OriginRules::Verdict::Take:
+        PutAside(batch, record, table.Apply(batch, record));
+        return;
+    case OriginRules::Verdict::TakeAndKeepLoser:
+        TakeAndKeepLoser(batch, record, table, decision);
+        return;
+    case OriginRules::Verdict::KeepOwn:
+        KeepOwn(batch, record, table, decision);
+        return;
+    case OriginRules::Verdict::PassOver:
+        return;
+    }
+}
+
+bool ImportApplier::PutAside(const ImportBatch& batch, const ImportRecord& record,
+                             const ImportTable::Outcome& outcome) {
+    if (outcome.refusal.empty()) {
+        return false;
+    }
+    ledger_.AddProblem(batch, record, outcome.refusal);
+    return true;
+}
+
+void ImportApplier::TakeAndKeepLoser(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
+                                     OriginRules::Decision& decision) {
+    const std::string_view uniqueID = batch.Text(record, record.uniqueID);
+    std::optional<std::string> losing = table.RowJson(uniqueID);
+    const ImportTable::Outcome outcome = table.Apply(batch, record);
+    if (!PutAside(batch, record, outcome) && outcome.changed) {
+        ledger_.AddConflict({record.table->name, uniqueID, std::move(decision.losingOrigin),
+                             std::move(decision.winningOrigin), std::move(losing)});
+    }
+}
+
+void ImportApplier::KeepOwn(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
+                            OriginRules::Decision& decision) {
+    const std::string_view uniqueID = batch.Text(record, record.uniqueID);
+    // Taken and undone: only the database can tell whether the versions differ, and what the row would be.
+    connection_.Execute("SAVEPOINT arriving");
+    const ImportTable::Outcome outcome = table.Apply(batch, record);
+    std::optional<std::string> losing = outcome.changed ? table.RowJson(uniqueID) : std::nullopt;
+    connection_.Execute("ROLLBACK TO arriving");
+    connection_.Execute("RELEASE arriving");
+    if (!PutAside(batch, record, outcome) && outcome.changed) {
+        ledger_.AddConflict({record.table->name, uniqueID, std::move(decision.losingOrigin),
+                             std::move(decision.winningOrigin), std::move(losing)});
+    }
+}
+
+ImportTable& ImportApplier::TableOf(const ImportRecord& record) {
+    if (record.table != lastTable_) {
+        const auto [entry, added] = tables_.try_emplace(record.table, connection_, *record.table);
+        if (added) {
+            audits_.Prepare(record.table->name);
+        }
+        lastTable_ = record.table;
+        lastImportTable_ = &entry->second;
+    }
+    return *lastImportTable_;
+}
+
+void ImportApplier::MarkOrigin(const ImportBatch& batch, const ImportRecord& record) {
+    const std::string_view origin = batch.Text(record, record.origin);
+    if (origin == markedOrigin_ && record.originID == markedOriginID_) {
+        return;
+    }
+    if (!mark_) {
+        mark_.emplace(connection_.Prepare("UPDATE ImportMark SET Origin = ?1, OriginID = ?2"));
+    }
+    if (origin.empty()) {
+        mark_->BindNull(1);
+        mark_->BindNull(2);
+    } else {
+        mark_->Bind(1, origin);
+        mark_->Bind(2, record.originID);
+    }
+    mark_->Step();
+    mark_->Reset();
+    markedOrigin_ = origin;
+    markedOriginID_ = record.originID;
+}
+
+} // namespace qndr::suite

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "suite/database/sqlite_connection.h"
+#include "suite/engine/audit_switch.h"
+#include "suite/engine/import.h"
+#include "suite/engine/import_batch.h"
+#include "suite/engine/import_ledger.h"
+#include "suite/engine/import_table.h"
+#include "suite/engine/origin_rules.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+namespace qndr::suite {
+
+/// Takes the records of one file into a company database, as one transaction. Every operation raises
+/// services::Failure when the database as a whole does not work; nothing is changed unless Commit comes to its
+/// end.
+class ImportApplier {
+  public:
+    /// Waits for the right to write, and marks what follows as an import: a main company audits it as a change of
+    /// the record's origin, a workstation does not audit it.
+    ImportApplier(const SqliteConnection& connection, const std::string& sender);
+
+    void Apply(const ImportBatch& batch);
+    /// Durable when it returns.
+    void Commit();
+
+    ImportResult Result() const { return {records_, ledger_.Problems(), ledger_.Conflicts()}; }
+
+  private:
+    void Apply(const ImportBatch& batch, const ImportRecord& record);
+    /// True when the database refused the record and it was put aside.
+    bool PutAside(const ImportBatch& batch, const ImportRecord& record, const ImportTable::Outcome& outcome);
+    void TakeAndKeepLoser(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
+                          OriginRules::Decision& decision);
+    void KeepOwn(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
+                 OriginRules::Decision& decision);
+    ImportTable& TableOf(const ImportRecord& record);
+    void MarkOrigin(const ImportBatch& batch, const ImportRecord& record);
+
+    const SqliteConnection& connection_;
+    SqliteTransaction transaction_;
+    OriginRules rules_;
+    AuditSwitch audits_;
+    ImportLedger ledger_;
+    std::int64_t records_ = 0;
+    std::optional<SqliteStatement> mark_;
+    std::string markedOrigin_;
+    std::int64_t markedOriginID_ = 0;
+    std::unordered_map<const Table*, ImportTable> tables_;
+    const Table* lastTable_ = nullptr;
+    ImportTable* lastImportTable_ = nullptr;
+};
+
+} // namespace qndr::suite

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "suite/database/sqlite_connection.h"
+#include "suite/engine/import_batch.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qndr::suite {
+
+/// Keeps, inside the import's transaction, what an import could not take or had to overwrite, so that a person can
+/// get at it. What stands there already is not entered again: a file may be imported twice.
+class ImportLedger {
+  public:
+    explicit ImportLedger(const SqliteConnection& connection);
+
+    /// A record that was put aside.
+    void AddProblem(const ImportBatch& batch, const ImportRecord& record, const std::string& reason);
+
+    struct Conflict {
+        std::string_view table;
+        std::string_view uniqueID;
+        std::string losingOrigin;
+        std::string winningOrigin;
+        std::optional<std::string> losingValues; ///< nothing when the losing version is a deletion
+    };
+    void AddConflict(const Conflict& conflict);
+
+    std::int64_t Problems() const { return problems_; }
+    std::int64_t Conflicts() const { return conflicts_; }
+
+  private:
+    SqliteStatement problem_;
+    SqliteStatement conflict_;
+    std::int64_t problems_ = 0;
+    std::int64_t conflicts_ = 0;
+};
+
+} // namespace qndr::suite
