@@ -177,6 +177,10 @@ TEST_F(CompanyTools, SampleDataIsRepeatableAndWhole) {
         EXPECT_GT(left->Number(std::string("SELECT COUNT(*) FROM ") + present), 0) << present;
     }
 
+    EXPECT_EQ(left->Number("SELECT COUNT(*) FROM Orders WHERE UniqueID NOT IN"
+                           " (SELECT OrderUniqueID FROM OrderItems WHERE LineNumber = 1)"),
+              0);
+
     EXPECT_THROW(FillWithSampleData(*left, 3000, 7), Failure);
     EXPECT_EQ(Differences(*left, *right, Scope::All), "");
     FillWithSampleData(*left, 1, 8);

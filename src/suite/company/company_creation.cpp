@@ -70,18 +70,6 @@ void CheckTexts(const NewCompany& company) {
     }
 }
 
-/// Quoted where it must be, as SqliteFileOf reads it.
-std::string ConnectionStringFor(const std::string& file) {
-    if (file.find_first_of(";\"' ") == std::string::npos) {
-        return "Provider=SQLite;Data Source=" + file;
-    }
-    std::string quoted;
-    for (const char c : file) {
-        quoted += c == '"' ? "\"\"" : std::string(1, c);
-    }
-    return "Provider=SQLite;Data Source=\"" + quoted + "\"";
-}
-
 void MakeDatabase(const std::filesystem::path& path, const NewCompany& company, const std::string& uniqueID,
                   const services::Clock& clock) {
     const SqliteConnection connection(FromPath(path), clock, SqliteConnection::Missing::Create);
@@ -105,7 +93,7 @@ void CreateCompany(const NewCompany& company, services::IniTools& iniTools, serv
     const std::filesystem::path psd = ToPath(company.psdFile);
     const std::string connectionString =
         company.connectionString.empty()
-            ? ConnectionStringFor(FromPath(psd.filename().replace_extension(ToPath(".db"))))
+            ? SqliteConnectionString(FromPath(psd.filename().replace_extension(ToPath(".db"))))
             : company.connectionString;
     const std::filesystem::path database = psd.parent_path() / ToPath(SqliteFileOf(connectionString));
 
