@@ -1,0 +1,135 @@
+#include "agent/agent_test.h"
+#include "agent/scheduler.h"
+#include "agent/stop_request.h"
+
+namespace qndr::testing {
+namespace {
+
+/// Notes what the scheduler asks of its window.
+class NotingView : public AgentView {
+  public:
+    void FillLabels() override { asked.emplace_back("labels"); }
+    void ShowFrequency(std::int32_t minutes) override { asked.push_back("frequency " + std::to_string(minutes)); }
+    void ShowActivity(const std::string& text) override { shown = text; }
+    void RefreshStatus() override { asked.emplace_back("refresh"); }
+    void StopTimers() override { asked.emplace_back("stop timers"); }
+    void Unload() override { asked.emplace_back("unload"); }
+    Lines Take() { return std::exchange(asked, {}); }
+
+    Lines asked;
+    std::string shown;
+};
+
+class SchedulerTest : public AgentTest {
+  protected:
+    std::string Now(std::int64_t minutes = 0) { return FormatGeneralDate(time.Now().AddMinutes(minutes)); }
+
+    NotingView view;
+    AgentScheduler scheduler{context, view, activity};
+};
+
+constexpr const char* kTitle = "QNDR 5.0 Roaming Workstation Sync";
+
+TEST_F(SchedulerTest, LoadTakesUpTheScheduleAndClearsTheSignals) {
+    SetNumber(settings::StopSync, 1);
+    SetNumber(settings::SyncHeartbeat, 2);
+    scheduler.Load();
+    EXPECT_EQ(view.Take(), (Lines{"labels", "frequency 5", "refresh"}));
+    EXPECT_EQ(activity.Text(), kTitle);
+    EXPECT_EQ(ReadNumber(settings::StopSync), 0);
+    EXPECT_EQ(ReadNumber(settings::SyncHeartbeat), 0);
+    EXPECT_EQ(ReadSetting(settings::NextSync), Now(1));
+
+    SetText(settings::RootKey, settings::NextSync, "soon");
+    SetNumber(settings::SyncFrequency, 12);
+    context.Profile = "Field";
+    scheduler.Load();
+    EXPECT_EQ(view.Take(), (Lines{"labels", "frequency 12", "refresh"}));
+    EXPECT_EQ(activity.Text(), std::string(kTitle) + " - Field");
+    EXPECT_EQ(ReadSetting(settings::NextSync), Now(1));
+
+    // A real date stands, also one that has passed: the first tick then runs a pass.
+    const std::string past = Now(-600);
+    SetText(settings::RootKey, settings::NextSync, past);
+    scheduler.Load();
+    EXPECT_EQ(ReadSetting(settings::NextSync), past);
+    scheduler.TickSync();
+    EXPECT_EQ(TakeLog().size(), 2U);
+}
+
+TEST_F(SchedulerTest, NextPassIsCountedFromTheEndOfThisOne) {
+    scheduler.Load();
+    scheduler.TickSync();
+    EXPECT_EQ(TakeLog(), Lines{});
+    time.Advance(60000);
+    gate.Before("PathTools.FindFiles", [this] { time.Advance(9 * 60000); });
+    view.Take();
+    activity.texts = {kTitle};
+    scheduler.TickSync();
+    EXPECT_EQ(TakeLog(), (Lines{"Starting Sync", "Stopping Sync"}));
+    EXPECT_EQ(activity.texts, (Lines{kTitle, "Starting sync", "Stopping sync", kTitle}));
+    EXPECT_EQ(ReadSetting(settings::LastSync), Now());
+    EXPECT_EQ(ReadSetting(settings::NextSync), Now(5));
+    EXPECT_EQ(view.Take(), Lines{"refresh"});
+
+    time.Advance(4 * 60000);
+    scheduler.TickSync();
+    EXPECT_EQ(TakeLog(), Lines{});
+    scheduler.SyncNow();
+    EXPECT_EQ(ReadSetting(settings::NextSync), Now());
+    scheduler.TickSync();
+    EXPECT_EQ(TakeLog().size(), 2U);
+}
+
+TEST_F(SchedulerTest, TicksInsideAPassLeaveThePassAndTheExitAlone) {
+    scheduler.Load();
+    time.Advance(60000);
+    view.Take();
+    gate.Before("PathTools.FindFiles", [this] {
+        RequestStopSync(context);
+        scheduler.TickSync();
+        scheduler.TickExit();
+        EXPECT_FALSE(scheduler.MayClose());
+    });
+    scheduler.TickSync();
+    EXPECT_EQ(gate.Count("PathTools.FindFiles"), 1);
+    EXPECT_EQ(view.shown, "Starting sync");
+    EXPECT_EQ(view.Take(), (Lines{"refresh", "refresh"}));
+    EXPECT_TRUE(scheduler.MayClose());
+
+    SetNumber(settings::DebugSyncAgent, 0);
+    TakeLog();
+    scheduler.TickExit();
+    EXPECT_EQ(view.shown, "Idle");
+    EXPECT_EQ(view.Take(), (Lines{"stop timers", "unload"}));
+    EXPECT_EQ(TakeLog(), Lines{"StopSync found. Application will exit."});
+}
+
+TEST_F(SchedulerTest, ExitTickInsideAnExitTickEndsTheAgentOnce) {
+    scheduler.Load();
+    RequestStopSync(context);
+    view.Take();
+    bool nested = false;
+    gate.Before("MessagePump.ProcessMessages", [&] {
+        if (!std::exchange(nested, true)) {
+            scheduler.TickExit();
+        }
+    });
+    scheduler.TickExit();
+    EXPECT_EQ(view.Take(), (Lines{"stop timers", "unload"}));
+    EXPECT_EQ(TakeLog(), Lines{"StopSync found. Application will exit."});
+}
+
+TEST_F(SchedulerTest, UnreadableSignalsDoNotEndTheAgent) {
+    scheduler.Load();
+    view.Take();
+    activity.SetText("Copying");
+    gate.Refuse("RegistryTools.GetLong", 1);
+    gate.Refuse("MessagePump.ProcessMessages", 1);
+    scheduler.TickExit();
+    EXPECT_EQ(view.shown, "Copying");
+    EXPECT_EQ(view.Take(), Lines{});
+}
+
+} // namespace
+} // namespace qndr::testing

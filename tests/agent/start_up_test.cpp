@@ -1,0 +1,84 @@
+#include "agent/agent_test.h"
+#include "agent/start_up.h"
+
+namespace qndr::testing {
+namespace {
+
+/// Agents that know the switches of the start-up, each like a process of its own.
+class StartUpTest : public AgentTest {
+  protected:
+    const std::vector<std::string> switches{"AllowMany", "Profile", "Companies", "DVLP"};
+    ComputerServices firstOutside{computer, {time, time, time}, "qndr5rwsync", switches, &gate};
+    ComputerServices otherOutside{computer, {time, time, time}, "qndr5rwsync", switches};
+    AgentContext first{Replacing(firstOutside.Services(), log, firstOutside.Services().timers)};
+    AgentContext other{Replacing(otherOutside.Services(), log, otherOutside.Services().timers)};
+};
+
+TEST_F(StartUpTest, SwitchesFillProfileAndCompaniesFolder) {
+    SetText(settings::DefaultProfileKey, settings::CompaniesLocation, "/registered");
+    EXPECT_EQ(StartAgent(first, ""), StartUp::LoadAgent);
+    EXPECT_EQ(first.Profile, "");
+    EXPECT_EQ(first.CompaniesFolder, "/registered");
+
+    // The folder of the switch counts, whether it exists or not.
+    EXPECT_EQ(StartAgent(first, R"(/profile "Field 2" --companies=/no/such)"), StartUp::LoadAgent);
+    EXPECT_EQ(first.Profile, "Field 2");
+    EXPECT_EQ(first.CompaniesFolder, "/no/such");
+
+    SetText(settings::DefaultProfileKey, settings::CompaniesLocation, "");
+    EXPECT_EQ(StartAgent(first, ""), StartUp::LoadAgent);
+    EXPECT_EQ(first.CompaniesFolder, "");
+}
+
+TEST_F(StartUpTest, SecondCopyEndsUnlessManyAreAllowed) {
+    EXPECT_EQ(StartAgent(first, "/AllowMany"), StartUp::LoadAgent);
+    // The first copy counts although it asked for many.
+    EXPECT_EQ(StartAgent(other, "/Companies /x"), StartUp::AnotherCopyRuns);
+    EXPECT_EQ(other.CompaniesFolder, "");
+    EXPECT_EQ(StartAgent(other, "/AllowMany"), StartUp::LoadAgent);
+    EXPECT_EQ(TakeLog(), Lines{});
+}
+
+TEST_F(StartUpTest, DeveloperRunWorksThroughItsTwoCompanies) {
+    const std::string main = AddCompany("a", 1);
+    const std::string roaming = AddCompany("b", 2);
+    SetText(settings::DeveloperKey, "MainProfile", "One");
+    SetText(settings::DeveloperKey, "MainCompany", Path(main));
+    SetText(settings::DeveloperKey, "RoamingProfile", "Two");
+    SetText(settings::DeveloperKey, "RoamingCompany", Path(roaming));
+    EXPECT_EQ(StartAgent(first, "/DVLP /Companies /x"), StartUp::DeveloperRunDone);
+    EXPECT_NE(first.MainUniqueID, "");
+    EXPECT_NE(first.RoamingUniqueID, "");
+    EXPECT_EQ(first.Profile, "Two");
+    EXPECT_EQ(first.CompaniesFolder + first.SyncFolder, "");
+    EXPECT_EQ(first.OperatingMode, 0);
+    EXPECT_EQ(gate.Count("SharedCodeLibrary.SetOperatingMode"), 2);
+    EXPECT_EQ(gate.CallsOf({"Engine.PreTerminate", "SharedCodeLibrary.PreTerminate"}),
+              (Lines{"Engine.PreTerminate", "SharedCodeLibrary.PreTerminate", "Engine.PreTerminate",
+                     "SharedCodeLibrary.PreTerminate"}));
+    // The steps report, the run itself does not.
+    const Lines whole = TakeLog();
+    EXPECT_TRUE(std::ranges::find(whole, "Start receiveing initial sync requests.") != whole.end());
+    for (const char* line :
+         {"Starting Sync", "OperatingMode set to 1", "Begin syncing as main", "Stopping Sync"}) {
+        EXPECT_TRUE(std::ranges::find(whole, line) == whole.end()) << line;
+    }
+}
+
+TEST_F(StartUpTest, DeveloperSyncReleasesWhatItOpened) {
+    const std::string path = Path(AddMain("a"));
+    gate.Refuse("ObjectFactory.CreateEngine", 1);
+    RunDeveloperSync(first, path, 1);
+    EXPECT_EQ(first.Library, nullptr);
+    EXPECT_EQ(gate.Count("SharedCodeLibrary.PreTerminate"), 1);
+    EXPECT_EQ(gate.Count("SharedCodeLibrary.SetOperatingMode"), 1);
+
+    RunDeveloperSync(first, path + "x", 1);
+    EXPECT_EQ(first.Library, nullptr);
+    EXPECT_EQ(gate.Count("SharedCodeLibrary.PreTerminate"), 2);
+    EXPECT_EQ(gate.Count("SharedCodeLibrary.SetOperatingMode"), 1);
+    EXPECT_EQ(TakeLog(), Lines{"Error: The .psd file 'Companies/a.psdx' cannot be loaded."});
+}
+
+} // namespace
+} // namespace qndr::testing
