@@ -1,0 +1,177 @@
+#include "programs/qndr5ctl/commands.h"
+#include "programs/qndr5ctl/opened_company.h"
+#include "programs/qndr5ctl/output.h"
+#include "programs/qndr5ctl/sync_words.h"
+#include "services/failure.h"
+#include "suite/company/company_compare.h"
+#include "suite/company/company_creation.h"
+#include "suite/company/provisioning.h"
+#include "suite/company/sample_data.h"
+
+namespace qndr::control {
+
+namespace {
+
+constexpr const char* RoamingSection = "Roaming Workstations";
+
+struct CreateArguments {
+    std::string file;
+    std::string type;
+    std::string name;
+    std::string database;
+    std::int64_t sampleRows = 0;
+    std::uint32_t seed = 1;
+};
+
+struct ShowArguments {
+    std::string file;
+    bool json = false;
+};
+
+struct CompareArguments {
+    std::string left;
+    std::string right;
+    bool all = false;
+    bool json = false;
+};
+
+void Create(const ControlContext& context, const CreateArguments& arguments) {
+    suite::NewCompany company;
+    company.psdFile = arguments.file;
+    company.name = arguments.name;
+    company.type = arguments.type == "main" ? suite::MainCompanyType : suite::RoamingCompanyType;
+    company.connectionString = arguments.database;
+    if (company.type == suite::RoamingCompanyType && arguments.sampleRows > 0) {
+        throw services::Failure(
+            "a workstation gets its rows from its main company: --sample is for a main company");
+    }
+    suite::CreateCompany(company, context.services.iniTools, context.services.systemTools, context.services.clock);
+    const OpenedCompany created(context, arguments.file);
+    if (arguments.sampleRows > 0) {
+        suite::FillWithSampleData(created.Database(), arguments.sampleRows, arguments.seed);
+    }
+    context.out << "Created the " << WordsForCompanyType(company.type) << " '" << arguments.name << "', unique id "
+                << created.Text("UniqueID") << ".\n";
+}
+
+void AddState(Facts& facts, std::int64_t state, const std::string& words) {
+    facts.Add("State", "", NumberInWords(state, words));
+    facts.Add("", "state", state);
+    facts.Add("", "stateText", words);
+}
+
+void AddMainFacts(const OpenedCompany& company, const ControlContext& context, Facts& facts) {
+    const auto option = [&](const char* key) -> Json {
+        const auto value = suite::GetCompanyOption(company.Database(), RoamingSection, key);
+        return value ? Json(*value) : Json();
+    };
+    facts.Add("Workstations", "workstations",
+              company.Database().Number("SELECT COUNT(*) FROM RoamingWorkstations"));
+    facts.Add("Newest change", "newestAuditID", company.Database().Number("SELECT MAX(ID) FROM AuditLog"));
+    facts.Add("EnableSync", "enableSync", option("EnableSync"));
+    facts.Add("SyncComputerName", "syncComputerName", option("SyncComputerName"));
+    facts.Add("This computer", "thisComputer", context.services.systemTools.GetComputerName());
+}
+
+void AddRoamingFacts(const OpenedCompany& company, Facts& facts) {
+    const std::int64_t lastAuditID = company.Number("LastAuditID");
+    const std::string mainUniqueID = company.Text("MainUniqueID");
+    facts.Add("Main company's id", "mainUniqueID", mainUniqueID.empty() ? Json() : Json(mainUniqueID));
+    facts.Add("Reference code", "referenceCode", company.Number("ReferenceCode"));
+    facts.Add("Next sequence to main", "nextSequenceToMain", company.Number("NextSequenceToMain"));
+    facts.Add("Next sequence from main", "nextSequenceFromMain", company.Number("NextSequenceFromMain"));
+    facts.Add("Last change sent", "lastAuditID", lastAuditID);
+    facts.Add(
+        "Waiting changes", "waitingChanges",
+        company.Database().Number("SELECT COUNT(*) FROM AuditLog WHERE ID > " + std::to_string(lastAuditID)));
+}
+
+void Show(const ControlContext& context, const ShowArguments& arguments) {
+    const OpenedCompany company(context, arguments.file);
+    const std::int64_t type = company.Number("CompanyType");
+    const std::int64_t state = company.Number("SyncState");
+    Facts facts;
+    facts.Add("Company", "name", company.Text("Name"));
+    facts.Add("Role", "", NumberInWords(type, WordsForCompanyType(type)));
+    facts.Add("", "companyType", type);
+    facts.Add("", "role", WordsForCompanyType(type));
+    facts.Add("Unique id", "uniqueID", company.Text("UniqueID"));
+    AddState(facts, state, WordsForCompanyState(state));
+    if (company.IsMain()) {
+        AddMainFacts(company, context, facts);
+    } else {
+        AddRoamingFacts(company, facts);
+    }
+    facts.Add("Database", "database", company.Database().Path());
+    facts.Add("Database version", "databaseVersion", company.Text("DatabaseVersion"));
+    if (arguments.json) {
+        context.out << facts.ToJson().ToText() << '\n';
+    } else {
+        facts.Print(context.out);
+    }
+}
+
+void Compare(const ControlContext& context, const CompareArguments& arguments) {
+    const OpenedCompany left(context, arguments.left);
+    const OpenedCompany right(context, arguments.right);
+    const auto tables = suite::CompareCompanies(left.Database(), right.Database(),
+                                                arguments.all ? suite::Scope::All : suite::Scope::Exchanged);
+    Listing listing({{"Table", "table"},
+                     {"Same", "same"},
+                     {"Differing", "differing"},
+                     {"Missing in B", "onlyLeft"},
+                     {"Missing in A", "onlyRight"}});
+    int unlike = 0;
+    for (const auto& table : tables) {
+        listing.Add({table.table, table.same, table.differing, table.onlyLeft, table.onlyRight});
+        unlike += table.Alike() ? 0 : 1;
+    }
+    if (arguments.json) {
+        Json result = Json::Object();
+        result.Set("alike", unlike == 0).Set("tables", listing.ToJson());
+        context.out << result.ToText() << '\n';
+    } else {
+        listing.PrintTable(context.out, "There are no tables to compare.");
+    }
+    if (unlike > 0) {
+        throw services::Failure("the companies differ in " + std::to_string(unlike) +
+                                (unlike == 1 ? " table" : " tables"));
+    }
+}
+
+} // namespace
+
+void AddCompanyCommands(CLI::App& program, const ControlContext& context) {
+    CLI::App& group = AddGroup(program, "company", "Make companies, look at them, compare them");
+
+    const auto create = AddCommand<CreateArguments>(group, context, "create", "Make an empty company", Create);
+    create.app.add_option("FILE", create.arguments.file, "The .psd file to be written")->required();
+    create.app.add_option("--type", create.arguments.type, "What the company is")
+        ->required()
+        ->check(CLI::IsMember({"main", "roaming"}));
+    create.app.add_option("--name", create.arguments.name, "The company's name")->required();
+    create.app.add_option("--database", create.arguments.database,
+                          "The connection string \"Provider=SQLite;Data Source=PATH\"; a database beside FILE "
+                          "when it is not given");
+    CLI::Option* sample = create.app.add_option("--sample", create.arguments.sampleRows,
+                                                "Fill a main company with this many rows of sample data");
+    sample->check(CLI::Range(std::int64_t{1}, std::int64_t{100'000'000}));
+    create.app.add_option("--seed", create.arguments.seed, "The same seed gives the same sample data")
+        ->capture_default_str()
+        ->needs(sample);
+
+    const auto show =
+        AddCommand<ShowArguments>(group, context, "show", "How far a company's exchange has come", Show);
+    show.app.add_option("FILE", show.arguments.file, "The company's .psd file")->required();
+    AddJsonFlag(show.app, show.arguments.json);
+
+    const auto compare = AddCommand<CompareArguments>(
+        group, context, "compare", "Compare the rows of two companies; exit status 1 when they differ", Compare);
+    compare.app.add_option("A", compare.arguments.left, "A .psd file")->required();
+    compare.app.add_option("B", compare.arguments.right, "Another .psd file")->required();
+    compare.app.add_flag("--all", compare.arguments.all,
+                         "Every audited table and row, not only those that a full exchange carries");
+    AddJsonFlag(compare.app, compare.arguments.json);
+}
+
+} // namespace qndr::control

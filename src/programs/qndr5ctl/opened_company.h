@@ -1,0 +1,41 @@
+#pragma once
+
+#include "programs/qndr5ctl/control_context.h"
+#include "suite/database/sqlite_connection.h"
+
+#include <memory>
+#include <string>
+
+namespace qndr::control {
+
+/// A company opened the agent's way: through the Company Manager, which never makes a database.
+class OpenedCompany {
+  public:
+    /// Raises services::Failure when the file is no company file, names no database, or that cannot be opened.
+    OpenedCompany(const ControlContext& context, const std::string& psdFile);
+    ~OpenedCompany();
+    OpenedCompany(const OpenedCompany&) = delete;
+    OpenedCompany& operator=(const OpenedCompany&) = delete;
+
+    const std::string& File() const { return psdFile_; }
+    const suite::SqliteConnection& Database() const { return *connection_; }
+
+    /// A value of the one Company row; empty for NULL.
+    std::string Text(const std::string& column) const;
+    std::int64_t Number(const std::string& column) const;
+    bool IsMain() const;
+    bool IsRoaming() const;
+    /// Raise services::Failure when the company is of another type.
+    void DemandMain() const;
+    void DemandRoaming() const;
+
+  private:
+    std::string psdFile_;
+    std::unique_ptr<services::SharedCodeLibrary> library_;
+    suite::SqliteConnection* connection_ = nullptr;
+};
+
+/// A stored date as the general date format, in UTC as it is stored; any other text as it stands.
+std::string StoredDateText(const std::string& stored);
+
+} // namespace qndr::control

@@ -1,0 +1,87 @@
+#include "programs/qndr5ctl/commands.h"
+#include "programs/qndr5ctl/opened_company.h"
+#include "programs/qndr5ctl/output.h"
+#include "programs/qndr5ctl/sync_words.h"
+#include "suite/company/provisioning.h"
+
+#include <optional>
+
+namespace qndr::control {
+
+namespace {
+
+struct AddArguments {
+    std::string main;
+    std::string roaming;
+    std::optional<int> referenceCode;
+};
+
+struct ListArguments {
+    std::string main;
+    bool json = false;
+};
+
+void Add(const ControlContext& context, const AddArguments& arguments) {
+    const OpenedCompany main(context, arguments.main);
+    const OpenedCompany roaming(context, arguments.roaming);
+    const int code = suite::AddWorkstation(main.Database(), roaming.Database(), arguments.referenceCode);
+    context.out << "Registered the workstation '" << roaming.Text("Name") << "' with the reference code " << code
+                << "; it asks for its initial sync at its next pass.\n";
+}
+
+Json DateCell(const suite::SqliteStatement& row, int column) {
+    return row.IsNull(column) ? Json() : Json(StoredDateText(std::string(row.Text(column))));
+}
+
+void List(const ControlContext& context, const ListArguments& arguments) {
+    const OpenedCompany main(context, arguments.main);
+    main.DemandMain();
+    auto row = main.Database().Prepare(
+        "SELECT Name, SyncState, NextSequenceToRoaming, NextSequenceFromRoaming, LastSentTo, LastReceivedFrom,"
+        " (SELECT COUNT(*) FROM AuditLog WHERE AuditLog.ID > RoamingWorkstations.LastAuditID),"
+        " ReferenceCode, UniqueID FROM RoamingWorkstations ORDER BY Name, ID");
+    Listing listing({{"Name", "name"},
+                     {"State", ""},
+                     {"", "state"},
+                     {"", "stateText"},
+                     {"Next to", "nextSequenceToRoaming"},
+                     {"Next from", "nextSequenceFromRoaming"},
+                     {"Last sent (UTC)", "lastSentTo"},
+                     {"Last received (UTC)", "lastReceivedFrom"},
+                     {"Waiting", "waitingChanges"},
+                     {"Code", "referenceCode"},
+                     {"Unique id", "uniqueID"}});
+    while (row.Step()) {
+        const std::int64_t state = row.Integer(1);
+        const std::string words = WordsForWorkstationState(state);
+        listing.Add({row.Text(0), NumberInWords(state, words), state, words, row.Integer(2), row.Integer(3),
+                     DateCell(row, 4), DateCell(row, 5), row.Integer(6), row.Integer(7), row.Text(8)});
+    }
+    if (arguments.json) {
+        context.out << listing.ToJson().ToText() << '\n';
+    } else {
+        listing.PrintTable(context.out, "This company has no workstations.");
+    }
+}
+
+} // namespace
+
+void AddWorkstationCommands(CLI::App& program, const ControlContext& context) {
+    CLI::App& group = AddGroup(program, "workstation", "The workstations that a main company knows");
+
+    const auto add = AddCommand<AddArguments>(group, context, "add",
+                                              "Register a workstation and let it ask for its initial sync", Add);
+    add.app.add_option("MAIN", add.arguments.main, "The main company's .psd file")->required();
+    add.app.add_option("ROAMING", add.arguments.roaming, "The workstation company's .psd file")->required();
+    add.app
+        .add_option("--reference-code", add.arguments.referenceCode,
+                    "The workstation's number; the lowest free one when it is not given")
+        ->check(CLI::Range(1, 255));
+
+    const auto list =
+        AddCommand<ListArguments>(group, context, "list", "All workstations and how far each is", List);
+    list.app.add_option("MAIN", list.arguments.main, "The main company's .psd file")->required();
+    AddJsonFlag(list.app, list.arguments.json);
+}
+
+} // namespace qndr::control
