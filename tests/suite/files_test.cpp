@@ -182,6 +182,10 @@ TEST(TextFiles, AreWrittenWholeAndAppended) {
     }
     EXPECT_EQ(folder.Read("a"), "data.xml\r\nä");
 
+    chmod((folder / "a").c_str(), 0600);
+    EXPECT_EQ(files.WriteTextFile(folder / "a", "private", "utf-8", 0), 1);
+    EXPECT_EQ(fs::status(folder / "a").permissions(), fs::perms(0600));
+
     DiskTextAppender log;
     log.Append(folder / "log", "one\r\n");
     log.Append(folder / "log", "two\r\n");

@@ -151,6 +151,13 @@ TEST(LoopTable, MissedTicksComeAsOneAndKeepTheirTimes) {
 }
 
 TEST(SystemTicks, TurnSignalsIntoOneRequest) {
+    std::signal(SIGINT, SIG_IGN);
+    {
+        SystemTicks ignoring;
+        std::raise(SIGINT);
+        EXPECT_FALSE(ignoring.TakeEndRequest());
+    }
+    std::signal(SIGINT, SIG_DFL);
     SystemTicks ticks;
     HeadlessLoop loop(ticks);
     EXPECT_FALSE(ticks.TakeEndRequest());

@@ -14,7 +14,8 @@ namespace qndr::suite {
 
 /// What a path names, links followed.
 struct FileFacts {
-    bool file = false; ///< an ordinary file; folders, pipes and devices are none
+    bool file = false;        ///< an ordinary file; folders, pipes and devices are none
+    bool ownersAlone = false; ///< no other user may touch it
     std::int64_t size = 0;
     std::int64_t modified = 0; ///< seconds since 1 January 1970 UTC
     std::uint64_t device = 0;  ///< with `number` the same for one and the same file only

@@ -53,9 +53,11 @@ void HeadlessLoop::RemoveTick(const std::string& name) {
 }
 
 std::optional<std::int64_t> HeadlessLoop::NextTick() const {
-    const auto first =
-        std::min_element(table_.begin(), table_.end(), [](const Tick& a, const Tick& b) { return a.due < b.due; });
-    return first == table_.end() ? std::nullopt : std::optional(first->due);
+    std::optional<std::int64_t> next;
+    for (const Tick& tick : table_) {
+        next = std::min(tick.due, next.value_or(tick.due));
+    }
+    return next;
 }
 
 HeadlessLoop::Tick* HeadlessLoop::MostOverdue(std::int64_t now) {
@@ -75,7 +77,7 @@ void HeadlessLoop::Run() {
 }
 
 void HeadlessLoop::ProcessMessages() {
-    if (MessageIsPending() && endRequested_) {
+    if (EndIsRequested()) {
         endRequested_ = false;
         if (const Handler handler = endHandler_) {
             handler();
@@ -93,10 +95,14 @@ void HeadlessLoop::ProcessMessages() {
     }
 }
 
-bool HeadlessLoop::MessageIsPending() {
+bool HeadlessLoop::EndIsRequested() {
     endRequested_ = ticks_.TakeEndRequest() || endRequested_;
+    return endRequested_;
+}
+
+bool HeadlessLoop::MessageIsPending() {
     const std::optional<std::int64_t> next = NextTick();
-    return endRequested_ || (next && *next <= ticks_.Now());
+    return EndIsRequested() || (next && *next <= ticks_.Now());
 }
 
 bool HeadlessLoop::WaitForTimer(const TimerState& timer) {

@@ -54,6 +54,7 @@ class HeadlessLoop : public services::MessagePump, public services::WaitableTime
         Handler handler;
     };
     Tick* MostOverdue(std::int64_t now);
+    bool EndIsRequested();
     bool MessageIsPending();
     bool WaitForTimer(const TimerState& timer);
 

@@ -21,8 +21,8 @@ class Ticks {
     virtual bool TakeEndRequest() = 0;
 };
 
-/// The computer's own. From its construction on, SIGTERM, SIGINT and SIGHUP no longer end the process but wait
-/// here, until the destructor. To be made before any second thread. One implementation for each platform.
+/// The computer's own. From its construction on to its destruction, those of SIGTERM, SIGINT and SIGHUP that would
+/// end the process wait here instead. To be made before any second thread. One implementation for each platform.
 class SystemTicks : public Ticks {
   public:
     /// Raises services::Failure when the system cannot redirect the signals.

@@ -50,7 +50,9 @@ std::optional<FileFacts> ReadFileFacts(const std::string& path) {
     if (HoldsNul(path) || stat(path.c_str(), &facts) != 0) {
         return std::nullopt;
     }
-    return FileFacts{S_ISREG(facts.st_mode), facts.st_size, facts.st_mtim.tv_sec, facts.st_dev, facts.st_ino};
+    return FileFacts{S_ISREG(facts.st_mode), (facts.st_mode & 0077U) == 0,
+                     facts.st_size,          facts.st_mtim.tv_sec,
+                     facts.st_dev,           facts.st_ino};
 }
 
 bool NameIsTaken(const std::string& path) {

@@ -23,7 +23,12 @@ SystemTicks::SystemTicks() : signals_(std::make_unique<Signals>()) {
     sigset_t ends;
     sigemptyset(&ends);
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        sigaddset(&ends, signal);
+        // Whoever started the program may have had it ignore one, as nohup does; blocked it would arrive all the
+        // same.
+        struct sigaction present {};
+        if (sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN) {
+            sigaddset(&ends, signal);
+        }
     }
     signals_->handle = signalfd(-1, &ends, SFD_NONBLOCK | SFD_CLOEXEC);
     if (signals_->handle < 0 || pthread_sigmask(SIG_BLOCK, &ends, &signals_->before) != 0) {
