@@ -139,7 +139,7 @@ std::string Paths2::MakeTemporaryFolder(const std::string& folder, const std::st
         if (!FolderExists(candidate)) {
             return "";
         }
-        // Another agent made it in between: it is his.
+        // Another agent made it in between, and it is that agent's.
     }
     if (!makeUnique) {
         return candidate;
