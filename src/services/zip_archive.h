@@ -63,7 +63,7 @@ class ZipArchive {
     virtual void CloseZip() = 0;
 };
 
-/// Forwards every call of a ZipArchive that `gate` admits. A null gate admits all.
+/// Forwards every call of a ZipArchive that `gate` admits, those of its entries included. A null gate admits all.
 class ZipArchiveWrapper : public ZipArchive, private Gated {
   public:
     ZipArchiveWrapper(std::unique_ptr<ZipArchive> target, CallGate* gate)
@@ -101,7 +101,11 @@ class ZipArchiveWrapper : public ZipArchive, private Gated {
         if (!Admits("ZipArchive.GetEntryByName")) {
             return nullptr;
         }
-        return target_->GetEntryByName(name);
+        auto entry = target_->GetEntryByName(name);
+        if (entry == nullptr) {
+            return nullptr;
+        }
+        return std::make_unique<ZipEntryWrapper>(std::move(entry), Gate());
     }
     void CloseZip() override {
         if (Admits("ZipArchive.CloseZip")) {
