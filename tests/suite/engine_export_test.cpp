@@ -1,0 +1,165 @@
+#include "services/failure.h"
+#include "suite/engine_fixture.h"
+#include "suite/full_disk.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace qndr::suite {
+namespace {
+
+class EngineExportTest : public testing::Test {
+  protected:
+    /// The file between the root element's tags.
+    std::string Tables() {
+        const std::string text = ReadFile(file_);
+        const std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Exchange Version=\"1\" From=\"" +
+                                 MainID + "\" CreatedOn=\"20261122 19:08:52\">\n";
+        EXPECT_EQ(text.substr(0, head.size()), head);
+        const std::string end = "</Exchange>\n";
+        EXPECT_TRUE(text.ends_with(end));
+        return text.substr(head.size(), text.size() - head.size() - end.size());
+    }
+    std::size_t FilesBeside() {
+        std::size_t count = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(folder_.Path(""))) {
+            count += entry.path().filename().string().find(".db") == std::string::npos ? 1 : 0;
+        }
+        return count;
+    }
+
+    TestFolder folder_;
+    EngineCompany main_{folder_, MainID, 1};
+    std::string file_ = folder_.Path("data.xml");
+    StandingClock clock_;
+    RegistryStore registry_{folder_.Path("registry.db"), clock_};
+};
+
+TEST_F(EngineExportTest, WritesTheDocumentedForm) {
+    main_.Run("INSERT INTO Terms (UniqueID, Name, DueDays, DiscountDays, DiscountPercent) VALUES "
+              "('U1', '<30> & \"more\"' || char(13, 10, 9) || 'é ', 30, NULL, 0.1), "
+              "('U2', 'bell' || char(7), -5, 1, 3.0), ('U3', CAST(x'C3' AS TEXT), 9e999, 0, ''), "
+              "('U4', '', 1, 9223372036854775807, -9e999)");
+    main_.Run("INSERT INTO Attachments (UniqueID, Content) VALUES ('B0', x''), ('B1', x'00'), ('B2', x'00FF')");
+    main_.engine.AddToExport("Terms", "SELECT * FROM vwExporting_Terms", false);
+    main_.engine.AddToExport("PhoneLabels", "SELECT * FROM vwExporting_PhoneLabels", false);
+    main_.engine.AddToExport("Attachments", "SELECT UniqueID, Content FROM vwExporting_Attachments", false);
+    ASSERT_TRUE(main_.engine.DoExport(file_));
+    EXPECT_EQ(
+        Tables(),
+        "<Table Name=\"Terms\">\n"
+        "<Record><UniqueID>U1</UniqueID><Name>&lt;30&gt; &amp; &quot;more&quot;&#13;\n\té </Name>"
+        "<DueDays>30</DueDays><DiscountDays Null=\"1\"/><DiscountPercent>0.1</DiscountPercent></Record>\n"
+        "<Record><UniqueID>U2</UniqueID><Name Encoding=\"base64\">YmVsbAc=</Name><DueDays>-5</DueDays>"
+        "<DiscountDays>1</DiscountDays><DiscountPercent>3</DiscountPercent></Record>\n"
+        "<Record><UniqueID>U3</UniqueID><Name Encoding=\"base64\">ww==</Name><DueDays>9e999</DueDays>"
+        "<DiscountDays>0</DiscountDays><DiscountPercent></DiscountPercent></Record>\n"
+        "<Record><UniqueID>U4</UniqueID><Name></Name><DueDays>1</DueDays>"
+        "<DiscountDays>9223372036854775807</DiscountDays><DiscountPercent>-9e999</DiscountPercent></Record>\n"
+        "</Table>\n<Table Name=\"PhoneLabels\">\n</Table>\n<Table Name=\"Attachments\">\n"
+        "<Record><UniqueID>B0</UniqueID><Content Encoding=\"base64\"></Content></Record>\n"
+        "<Record><UniqueID>B1</UniqueID><Content Encoding=\"base64\">AA==</Content></Record>\n"
+        "<Record><UniqueID>B2</UniqueID><Content Encoding=\"base64\">AP8=</Content></Record>\n</Table>\n");
+}
+
+TEST_F(EngineExportTest, AuditedChangesKeepTheirOrderAndTellTheirOrigin) {
+    main_.Run("INSERT INTO PhoneLabels (UniqueID, Name, SortOrder) VALUES ('U1', 'Home', 1), ('U2', 'Work', 2)");
+    main_.Run("UPDATE AuditLog SET Origin = '" + LaptopID + "', OriginID = 77 WHERE AuditUniqueID = 'U2'");
+    main_.Run("UPDATE PhoneLabels SET Name = 'House' WHERE UniqueID = 'U1'; DELETE FROM PhoneLabels WHERE "
+              "UniqueID = 'U2'; UPDATE AuditLog SET Origin = '" +
+              LaptopID + "', OriginID = 80 WHERE ID = 4");
+    ASSERT_TRUE(main_.ExportAudited(0, file_));
+    const std::string house = "<Record Origin=\"" + MainID +
+                              "\" OriginID=\"3\"><UniqueID>U1</UniqueID>"
+                              "<Name>House</Name><SortOrder>1</SortOrder></Record>\n";
+    EXPECT_EQ(Tables(), "<Table Name=\"PhoneLabels\">\n" + house + house +
+                            "</Table>\n<Table Name=\"PhoneLabels\" Deleted=\"1\">\n<Record Origin=\"" + LaptopID +
+                            "\" OriginID=\"80\"><DeletedOn>20261122 19:08:52</DeletedOn><UniqueID>U2</UniqueID>"
+                            "</Record>\n</Table>\n");
+
+    ASSERT_TRUE(main_.ExportAudited(2, file_));
+    EXPECT_EQ(Tables().find("<Record Origin=\"" + MainID + "\" OriginID=\"3\">"), Tables().find("<Record"));
+}
+
+TEST_F(EngineExportTest, TheListIsEmptyAfterEveryExport) {
+    main_.engine.AddToExport("PhoneLabels", "SELECT * FROM vwExporting_PhoneLabels", false);
+    EXPECT_TRUE(main_.engine.DoExport(file_));
+    EXPECT_TRUE(main_.engine.DoExport(file_));
+    EXPECT_EQ(Tables(), "");
+    main_.engine.AddToExport("PhoneLabels", "SELECT * FROM vwExporting_PhoneLabels", false);
+    EXPECT_FALSE(main_.engine.DoExport(folder_.Path("no such folder/data.xml")));
+    EXPECT_TRUE(main_.engine.DoExport(file_));
+    EXPECT_EQ(Tables(), "");
+    main_.engine.AddToExport("PhoneLabels", "SELECT * FROM vwExporting_PhoneLabels", false);
+    main_.engine.ClearExports();
+    EXPECT_TRUE(main_.engine.DoExport(file_));
+    EXPECT_EQ(Tables(), "");
+}
+
+TEST_F(EngineExportTest, AnEntryThatTheDatabaseDoesNotUnderstandIsPassedOver) {
+    main_.engine.AddToExport("Gone", "SELECT * FROM vwExporting_Gone WHERE ID = 1", false);
+    main_.engine.AddToExport("Odd's", "SELECT * FROM vwExporting_Odd's WHERE ID = 1", false);
+    main_.engine.AddToExport("PhoneLabels", "SELECT * FROM vwExporting_PhoneLabels", false);
+    EXPECT_TRUE(main_.engine.DoExport(file_));
+    EXPECT_EQ(Tables(), "<Table Name=\"PhoneLabels\">\n</Table>\n");
+    EXPECT_EQ(
+        main_.Number("SELECT COUNT(*) FROM CompanyEvents WHERE EventText LIKE '%''Gone''%' OR EventText LIKE "
+                     "'%''Odd''s''%'"),
+        2);
+}
+
+TEST_F(EngineExportTest, AFailureLeavesNoFile) {
+    main_.Run("INSERT INTO Reports (UniqueID, Layout) VALUES ('U1', printf('%.*c', 900000, 'x'))");
+    const std::size_t before = FilesBeside();
+    {
+        const test::FullDisk full(300000);
+        EXPECT_FALSE(main_.ExportTable("Reports", file_));
+    }
+    EXPECT_EQ(FilesBeside(), before);
+    // An error of the database in the middle of an entry.
+    main_.engine.AddToExport(
+        "Reports", "SELECT UniqueID FROM vwExporting_Reports UNION ALL SELECT abs(-9223372036854775808)", false);
+    EXPECT_FALSE(main_.engine.DoExport(file_));
+    EXPECT_EQ(FilesBeside(), before);
+    EXPECT_TRUE(main_.ExportTable("Reports", file_));
+    EXPECT_EQ(FilesBeside(), before + 1);
+}
+
+TEST_F(EngineExportTest, AnOrderGoesWithItsItemsAndWithoutOrigin) {
+    main_.Run("INSERT INTO Orders (UniqueID, OrderNumber) VALUES ('O1', 1001), ('O2', 1002);"
+              "INSERT INTO OrderItems (UniqueID, OrderUniqueID, LineNumber) VALUES ('I1', 'O1', 1), "
+              "('I2', 'O2', 1), ('I3', 'o1', 2)");
+    main_.engine.AddToExport("PhoneLabels", "SELECT * FROM vwExporting_PhoneLabels", false);
+    EXPECT_FALSE(main_.engine.ExportOrder(99, file_));
+    ASSERT_FALSE(std::filesystem::exists(file_));
+    ASSERT_TRUE(main_.engine.ExportOrder(1, file_));
+    const std::string text = Tables();
+    EXPECT_EQ(text.find("Origin"), std::string::npos);
+    for (const char* id : {"O1", "I1", "I3"}) {
+        EXPECT_NE(text.find("<UniqueID>" + std::string(id) + "<"), std::string::npos) << id;
+    }
+    EXPECT_EQ(text.find("<UniqueID>O2<"), std::string::npos);
+    EXPECT_EQ(text.find("<UniqueID>I2<"), std::string::npos);
+    EXPECT_EQ(text.find("SyncState"), std::string::npos);
+    ASSERT_TRUE(main_.engine.DoExport(file_));
+    EXPECT_EQ(Tables(), "<Table Name=\"PhoneLabels\">\n</Table>\n");
+}
+
+TEST_F(EngineExportTest, WorksOnlyBetweenInitializeAndPreTerminate) {
+    ImportExportEngine engine;
+    EXPECT_FALSE(engine.DoExport(file_));
+    EXPECT_FALSE(engine.ImportFile(file_));
+    EXPECT_FALSE(engine.ExportOrder(1, file_));
+    services::SharedCodeLibraryWrapper wrapped(std::make_unique<services::SharedCodeLibraryWrapper>(
+                                                   std::make_unique<CompanyLibrary>(registry_, clock_), nullptr),
+                                               nullptr);
+    engine.Initialize(wrapped);
+    EXPECT_FALSE(engine.DoExport(file_)) << "the library has no company yet";
+    main_.engine.PreTerminate();
+    EXPECT_FALSE(main_.engine.DoExport(file_));
+    EXPECT_FALSE(std::filesystem::exists(file_));
+}
+
+} // namespace
+} // namespace qndr::suite

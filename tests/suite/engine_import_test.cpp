@@ -1,0 +1,255 @@
+#include "suite/engine_fixture.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+
+#include <sqlite3.h>
+
+namespace qndr::suite {
+namespace {
+
+class EngineImportTest : public testing::Test {
+  protected:
+    bool Import(EngineCompany& company, const std::string& text) {
+        WriteFile(file_, text);
+        return company.engine.ImportFile(file_);
+    }
+    /// What the workstation holds in PhoneLabels, as "UniqueID Name SortOrder" a row.
+    std::string Labels() {
+        return laptop_.Value("SELECT group_concat(UniqueID || ' ' || ifnull(Name, '-') || ' ' || "
+                             "ifnull(SortOrder, '-'), ', ') FROM (SELECT * FROM PhoneLabels ORDER BY UniqueID)");
+    }
+    static std::string Label(const std::string& content) {
+        return "<Table Name=\"PhoneLabels\"><Record>" + content + "</Record></Table>";
+    }
+
+    TestFolder folder_;
+    EngineCompany main_{folder_, MainID, 1};
+    EngineCompany laptop_{folder_, LaptopID, 2};
+    std::string file_ = folder_.Path("data.xml");
+};
+
+/// Any value at all in a column.
+void BindAny(SqliteStatement& statement, int parameter) {
+    switch (*rc::gen::inRange(0, 5)) {
+    case 0:
+        statement.BindNull(parameter);
+        break;
+    case 1:
+        statement.Bind(parameter, *rc::gen::arbitrary<std::int64_t>());
+        break;
+    case 2:
+        sqlite3_bind_double(statement.Handle(), parameter, *rc::gen::arbitrary<double>());
+        break;
+    case 3:
+        statement.Bind(parameter, *rc::gen::container<std::string>(rc::gen::elementOf(std::string(
+                                      "aZ<>&\"'=/ \t\r\n\x01\x1F\x7F\xC3\xA9\xE2\x82\xAC\xFF\xED\xA0]-;.0"))));
+        break;
+    default:
+        statement.Bind(parameter, *rc::gen::arbitrary<std::string>());
+        break;
+    }
+}
+
+TEST_F(EngineImportTest, AnyRowArrivesAsItWasAndOnlyOnce) {
+    EXPECT_TRUE(rc::check("rows survive export and import", [&] {
+        const int rows = *rc::gen::inRange(0, 6);
+        for (int i = 0; i < rows; ++i) {
+            SqliteStatement insert =
+                main_.Connection().Prepare("INSERT INTO Customers (UniqueID, LastName, CustomerNumber, "
+                                           "CreditLimit, CreatedOn, Notes, Inactive) "
+                                           "VALUES (hex(randomblob(8)), ?1, ?2, ?3, ?4, ?5, ?6)");
+            for (int parameter = 1; parameter <= 6; ++parameter) {
+                BindAny(insert, parameter);
+            }
+            insert.Step();
+            SqliteStatement attach = main_.Connection().Prepare(
+                "INSERT INTO Attachments (UniqueID, Content) VALUES (hex(randomblob(8)), ?1)");
+            attach.BindBytes(1, *rc::gen::arbitrary<std::string>());
+            attach.Step();
+        }
+        for (const char* table : {"Customers", "Attachments"}) {
+            RC_ASSERT(main_.ExportTable(table, file_));
+            RC_ASSERT(laptop_.engine.ImportFile(file_));
+            RC_ASSERT(laptop_.Rows(table) == main_.Rows(table));
+            const int writes = sqlite3_total_changes(laptop_.Connection().Handle());
+            RC_ASSERT(laptop_.engine.ImportFile(file_));
+            // The mark comes and goes.
+            RC_ASSERT(sqlite3_total_changes(laptop_.Connection().Handle()) == writes + 2);
+            const std::int64_t audited = main_.Number("SELECT MAX(ID) FROM AuditLog");
+            RC_ASSERT(main_.engine.ImportFile(file_));
+            RC_ASSERT(main_.Number("SELECT MAX(ID) FROM AuditLog") == audited);
+        }
+        RC_ASSERT(laptop_.Number("SELECT COUNT(*) FROM ImportProblems") == 0);
+    }));
+}
+
+TEST_F(EngineImportTest, ADamagedFileChangesNothing) {
+    main_.Run("INSERT INTO Customers (UniqueID, LastName, Notes) VALUES ('U1', 'Müller & Sons', 'a' || char(1)), "
+              "('U2', 'Smith', NULL); DELETE FROM Customers WHERE UniqueID = 'U2'");
+    ASSERT_TRUE(main_.ExportAudited(0, file_));
+    const std::string whole = ReadFile(file_);
+    const std::string before = laptop_.Everything();
+    for (std::size_t length = 0; length < whole.rfind('>'); length += 7) {
+        ASSERT_FALSE(Import(laptop_, whole.substr(0, length))) << length;
+        ASSERT_EQ(laptop_.Everything(), before) << length;
+    }
+    for (std::size_t at = 0; at < whole.size(); at += 5) {
+        for (const char garbage : {'<', '&', '\x01', '\xFF'}) {
+            std::string garbled = whole;
+            garbled[at] = garbage;
+            // Behind the last tag and inside a text some bytes do no harm; that file is whole, then.
+            if (!Import(laptop_, garbled)) {
+                ASSERT_EQ(laptop_.Everything(), before) << at;
+            } else {
+                laptop_.Run("DELETE FROM Customers; DELETE FROM AuditLog; DELETE FROM ImportProblems");
+            }
+        }
+    }
+    ASSERT_TRUE(Import(laptop_, whole));
+    EXPECT_EQ(laptop_.Rows("Customers"), main_.Rows("Customers"));
+}
+
+TEST_F(EngineImportTest, RefusesWhatIsNoFileOfItsKind) {
+    const std::string good = Label("<UniqueID>U1</UniqueID><Name>Home</Name>");
+    const std::string before = laptop_.Everything();
+    EXPECT_FALSE(laptop_.engine.ImportFile(folder_.Path("missing.xml")));
+    EXPECT_FALSE(laptop_.engine.ImportFile(folder_.Path("")));
+    for (const std::string& text : {
+             std::string(),
+             std::string("PK\x03\x04"),
+             "<Exchange Version=\"2\" From=\"x\">" + good + "</Exchange>",
+             "<Exchange Version=\"one\" From=\"x\">" + good + "</Exchange>",
+             "<Exchange From=\"x\">" + good + "</Exchange>",
+             "<Records Version=\"1\">" + good + "</Records>",
+             "<!DOCTYPE Exchange [<!ENTITY a \"aaaaaaaa\">]>" + Exchange(good),
+             "<!DOCTYPE Exchange>" + Exchange(good),
+             Exchange(good + "<Record/>"),
+             Exchange(good + "<Table Name=\"Terms\"><Row/></Table>"),
+             Exchange(good + Label("<UniqueID>U2</UniqueID><Name><b>x</b></Name>")),
+             Exchange(good) + Exchange(good),
+             Exchange(good + Label("<Name>&bomb;</Name>")),
+         }) {
+        EXPECT_FALSE(Import(laptop_, text)) << text;
+        EXPECT_EQ(laptop_.Everything(), before) << text;
+    }
+    laptop_.engine.SetIgnoreUnknownTables(false);
+    EXPECT_FALSE(Import(laptop_, Exchange(good + "<Table Name=\"Nowhere\"/>")));
+    EXPECT_EQ(laptop_.Everything(), before);
+    EXPECT_TRUE(Import(laptop_, Exchange(good + "<Table Name=\"company\"/>")))
+        << "no import writes it, but it is known";
+    EXPECT_EQ(Labels(), "U1 Home -");
+}
+
+TEST_F(EngineImportTest, PassesOverWhatItMustNotTake) {
+    const std::string before = laptop_.Value("SELECT group_concat(UniqueID || SyncState) FROM Company");
+    std::string tables = "<Table Name=\"Nowhere\"><Record><UniqueID>X</UniqueID></Record></Table>";
+    for (const char* own : {"Company", "roamingworkstations", "AuditLog", "CompanyOptions", "CompanyEvents",
+                            "ImportMark", "ImportConflicts", "ImportProblems", "sqlite_sequence"}) {
+        tables += "<Table Name=\"" + std::string(own) +
+                  "\"><Record><UniqueID>X</UniqueID><SyncState>5</SyncState>" + "</Record></Table><Table Name=\"" +
+                  own + "\" Deleted=\"1\"><Record><UniqueID>" + LaptopID + "</UniqueID></Record></Table>";
+    }
+    tables += "<Table Name=\"ORDERS\"><Record><ID>55</ID><UniqueID>U1</UniqueID><SyncState>1</SyncState>"
+              "<Imported>0</Imported><Colour>red</Colour><OrderNumber>7</OrderNumber></Record></Table>";
+    ASSERT_TRUE(Import(laptop_, Exchange(tables)));
+    EXPECT_EQ(laptop_.Value("SELECT group_concat(UniqueID || SyncState) FROM Company"), before);
+    EXPECT_EQ(laptop_.Value("SELECT ID || ' ' || OrderNumber || ' ' || SyncState || ' ' || Imported FROM Orders"),
+              "1 7 0 1");
+    EXPECT_EQ(
+        laptop_.Number("SELECT (SELECT COUNT(*) FROM RoamingWorkstations) + (SELECT COUNT(*) FROM AuditLog) + "
+                       "(SELECT COUNT(*) FROM CompanyOptions) + (SELECT COUNT(*) FROM ImportMark)"),
+        0);
+}
+
+TEST_F(EngineImportTest, FindsRowsByUniqueIDAndTakesWhatTheFileSays) {
+    laptop_.Run("INSERT INTO PhoneLabels (UniqueID, Name, SortOrder) VALUES ('AB', 'Home', 1), ('CD', 'Work', 2);"
+                "UPDATE Company SET LastAuditID = 2");
+    ASSERT_TRUE(Import(
+        laptop_,
+        Exchange(Label("<UniqueID>ab</UniqueID><Name>HOME</Name>") +
+                 Label("<Name Null=\"1\"/><UniqueID>cd</UniqueID>") +
+                 "<Table Name=\"PhoneLabels\" Deleted=\"1\"><Record><UniqueID>none</UniqueID></Record>"
+                 "<Record><UniqueID>EF</UniqueID></Record></Table>" +
+                 Label("<UniqueID>EF</UniqueID><SortOrder>3</SortOrder>") + Label("<UniqueID>GH</UniqueID>") +
+                 "<Table Name=\"phonelabels\" Deleted=\"1\"><Record><UniqueID>gh</UniqueID></Record></Table>" +
+                 Label("<UniqueID>GH</UniqueID><Name> x </Name>"))));
+    EXPECT_EQ(Labels(), "AB HOME 1, CD - 2, EF - 3, GH  x  -");
+    EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM ImportProblems"), 0);
+}
+
+TEST_F(EngineImportTest, ARefusedRecordIsPutAsideAndTheRestGoesIn) {
+    laptop_.Run("CREATE TRIGGER guard BEFORE INSERT ON PhoneLabels WHEN NEW.Name = 'bad' BEGIN "
+                "SELECT RAISE(ABORT, 'not wanted'); END");
+    const std::string text = Exchange(
+        Label("<UniqueID>U1</UniqueID><Name>a</Name>") + Label("<UniqueID>U2</UniqueID><Name>bad</Name>") +
+        Label("<Name>nobody &amp; me</Name>") + Label("<UniqueID Null=\"1\"/>") +
+        Label("<UniqueID>U3</UniqueID><Name Encoding=\"base64\">A?==</Name><SortOrder>4</SortOrder>") +
+        Label("<UniqueID>U4</UniqueID><Name>d</Name>"));
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(Import(laptop_, text));
+        EXPECT_EQ(Labels(), "U1 a -, U4 d -");
+        EXPECT_EQ(
+            laptop_.Value("SELECT group_concat(ifnull(RowUniqueID, '-') || ': ' || Reason || ' ' || RecordXml, "
+                          "char(10)) FROM ImportProblems"),
+            "U2: not wanted <Record><UniqueID>U2</UniqueID><Name>bad</Name></Record>\n"
+            "-: The record has no UniqueID. <Record><Name>nobody &amp; me</Name></Record>\n"
+            "-: The record has no UniqueID. <Record></Record>\n"
+            "U3: The value of the column 'Name' is not base64. <Record><UniqueID>U3</UniqueID><Name></Name>"
+            "<SortOrder>4</SortOrder></Record>");
+    }
+    EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM CompanyEvents"), 2);
+}
+
+TEST_F(EngineImportTest, AValueBeyondAllMeasureIsAProblemOfItsRecordAlone) {
+    const std::string huge(97U * 1024 * 1024, 'x');
+    ASSERT_TRUE(Import(laptop_, Exchange(Label("<UniqueID>U1</UniqueID><Name>" + huge + "</Name>") +
+                                         Label("<UniqueID>U2</UniqueID><Name>ok</Name>"))));
+    EXPECT_EQ(Labels(), "U2 ok -");
+    EXPECT_EQ(laptop_.Value("SELECT Reason FROM ImportProblems"), "The value of the column 'Name' is too large.");
+}
+
+TEST_F(EngineImportTest, ALockedDatabaseIsNotHalfImported) {
+    const std::string text = Exchange(Label("<UniqueID>U1</UniqueID><Name>a</Name>"));
+    StandingClock clock;
+    SqliteConnection other(laptop_.Connection().Path(), clock, SqliteConnection::Missing::Refuse);
+    laptop_.Connection().SetBusyTimeout(0);
+    {
+        const SqliteTransaction lock(other, SqliteTransaction::Kind::Write);
+        EXPECT_FALSE(Import(laptop_, text));
+    }
+    EXPECT_EQ(Labels(), "");
+    EXPECT_TRUE(Import(laptop_, text));
+    EXPECT_EQ(other.Value("SELECT Name FROM PhoneLabels"), "a");
+}
+
+TEST_F(EngineImportTest, MainAuditsAnImportAndAWorkstationDoesNot) {
+    const std::string text = Exchange("<Table Name=\"PhoneLabels\"><Record Origin=\"" + LaptopID +
+                                          "\" OriginID=\"9\"><UniqueID>U1</UniqueID><Name>a</Name></Record>"
+                                          "<Record><UniqueID>U2</UniqueID></Record></Table>",
+                                      LaptopID);
+    ASSERT_TRUE(Import(main_, text));
+    ASSERT_TRUE(Import(main_, text));
+    EXPECT_EQ(main_.Value("SELECT group_concat(AuditUniqueID || AuditType || ifnull(Origin, '-') || "
+                          "ifnull(OriginID, '-')) FROM AuditLog"),
+              "U11" + LaptopID + "9,U21--");
+    ASSERT_TRUE(Import(laptop_, Exchange(Label("<UniqueID>U1</UniqueID>"))));
+    EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM AuditLog"), 0);
+    laptop_.Run("UPDATE PhoneLabels SET Name = 'own'");
+    EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM AuditLog"), 1) << "the import has left the audit switched off";
+    EXPECT_EQ(main_.Number("SELECT COUNT(*) FROM ImportMark") + laptop_.Number("SELECT COUNT(*) FROM ImportMark"),
+              0);
+}
+
+TEST_F(EngineImportTest, RecordsThatCrossTheReadersBuffersArriveWhole) {
+    main_.Run(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) INSERT INTO Reports "
+        "(UniqueID, Name, Layout) SELECT printf('%05d', i), 'Report ' || i, printf('%.*c&é', i % 700, 'x') FROM n;"
+        "UPDATE Reports SET Layout = printf('%.*c', 700000, 'y') WHERE UniqueID IN ('00100', '02999')");
+    ASSERT_TRUE(main_.ExportTable("Reports", file_));
+    ASSERT_TRUE(laptop_.engine.ImportFile(file_));
+    EXPECT_TRUE(laptop_.Rows("Reports") == main_.Rows("Reports"));
+}
+
+} // namespace
+} // namespace qndr::suite
