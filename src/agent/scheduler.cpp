@@ -16,11 +16,11 @@ AgentScheduler::AgentScheduler(AgentContext& context, AgentView& view, ActivityT
 void AgentScheduler::Load() {
     services::RegistryTools& registry = context_.services.registryTools;
     Attempt([&] { registry.SetLong(CurrentUserHive, settings::RootKey, settings::SyncHeartbeat, 0); });
-    view_.FillLabels();
+    Attempt([&] { view_.FillLabels(); });
     Attempt([&] {
         syncFrequency_ = registry.GetLong(CurrentUserHive, settings::RootKey, settings::SyncFrequency, 5);
     });
-    view_.ShowFrequency(syncFrequency_);
+    Attempt([&] { view_.ShowFrequency(syncFrequency_); });
 
     std::string stored;
     Attempt([&] { stored = registry.GetString(CurrentUserHive, settings::RootKey, settings::NextSync, ""); });
@@ -34,7 +34,7 @@ void AgentScheduler::Load() {
     if (!context_.Profile.empty()) {
         agentTitle_ += " - " + context_.Profile;
     }
-    view_.RefreshStatus();
+    Attempt([&] { view_.RefreshStatus(); });
     Attempt([&] { tray_.SetText(agentTitle_); });
     Attempt([&] { registry.SetLong(CurrentUserHive, settings::RootKey, settings::StopSync, 0); });
 }
@@ -45,7 +45,7 @@ void AgentScheduler::TickSync() {
         RunDuePass();
         isSyncing_ = false;
     }
-    view_.RefreshStatus();
+    Attempt([&] { view_.RefreshStatus(); });
 }
 
 void AgentScheduler::RunDuePass() {
@@ -63,7 +63,7 @@ void AgentScheduler::RunDuePass() {
 
 void AgentScheduler::TickExit() {
     if (Holds([&] { return tray_.Text() == agentTitle_; })) {
-        view_.ShowActivity("Idle");
+        Attempt([&] { view_.ShowActivity("Idle"); });
     } else {
         Attempt([&] { view_.ShowActivity(tray_.Text()); });
     }
@@ -80,15 +80,15 @@ void AgentScheduler::TickExit() {
     });
     if (stopSync != 0) {
         isUnloaded_ = true;
-        view_.StopTimers();
+        Attempt([&] { view_.StopTimers(); });
         WriteLogEntry(context_, "StopSync found. Application will exit.", 0, "");
-        view_.Unload();
+        Attempt([&] { view_.Unload(); });
     }
 }
 
 void AgentScheduler::SyncNow() {
     SetNextSyncTime(0);
-    view_.RefreshStatus();
+    Attempt([&] { view_.RefreshStatus(); });
 }
 
 void AgentScheduler::SetNextSyncTime(std::int64_t minutesFromNow) {

@@ -7,7 +7,7 @@
 
 namespace qndr {
 
-/// What the scheduler asks of the window, or of whatever stands in its place. None of it raises.
+/// What the scheduler asks of the window, or of whatever stands in its place. What raises is passed over.
 class AgentView {
   public:
     virtual ~AgentView() = default;

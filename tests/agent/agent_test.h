@@ -1,6 +1,5 @@
 #pragma once
 
-#include "agent/open_company.h"
 #include "suite/company/company_creation.h"
 #include "suite/company/provisioning.h"
 #include "suite/computer/system_facts.h"
@@ -19,16 +18,12 @@ class AgentTest : public AgentBench {
         context.CompaniesFolder = Path("Companies");
     }
 
-    /// Makes a company, 1 main or 2 Roaming Workstation or any other type, and gives its path as the log shows it.
+    /// Makes a company, 1 main or 2 Roaming Workstation, and gives its path as the log shows it.
     std::string AddCompany(const std::string& name, int type) {
-        suite::ComputerSystemTools systemTools(computer);
-        suite::CreateCompany({.psdFile = Path("Companies/" + name + ".psd"),
-                              .name = name,
-                              .type = suite::MainCompanyType,
-                              .connectionString = {}},
-                             ini_, systemTools, time);
         const std::string path = "Companies/" + name + ".psd";
-        SetType(path, type);
+        suite::ComputerSystemTools systemTools(computer);
+        suite::CreateCompany({.psdFile = Path(path), .name = name, .type = type, .connectionString = {}}, ini_,
+                             systemTools, time);
         return path;
     }
     void SetType(const std::string& path, int type) {
@@ -72,15 +67,6 @@ class AgentTest : public AgentBench {
             inPipeline = inPipeline || line.starts_with("Begin syncing") || line.starts_with("Start syncing");
         }
         return kept;
-    }
-
-    /// Opens a company as a pass does.
-    void Open(const std::string& path) {
-        ReleaseCompany(context);
-        context.Library = context.services.objects.CreateSharedCodeLibrary();
-        ASSERT_TRUE(qndr::OpenCompany(context, *context.Library, Path(path)));
-        context.Engine = context.services.objects.CreateEngine();
-        context.Engine->Initialize(*context.Library);
     }
 
     std::int32_t ReadNumber(const char* name) {

@@ -1,6 +1,7 @@
 #include "agent/agent_test.h"
 #include "programs/qndr5rwsyncd/headless_agent.h"
 #include "programs/qndr5rwsyncd/options.h"
+#include "suite/files/command_line.h"
 
 #include <sstream>
 
@@ -51,20 +52,10 @@ TEST(HeadlessOptionsTest, WordsAreTakenOrRefused) {
     EXPECT_EQ(passes({"-passes:3", "--Profile=--once"}), 3);
     EXPECT_EQ(ReadOptions({"/Companies", "/srv/our companies"}).commandLine, R"(/Companies "/srv/our companies")");
 
-    const std::vector<Lines> refused = {{"--onec"},
-                                        {"stray"},
-                                        {""},
-                                        {"-"},
-                                        {"--once", "yes"},
-                                        {"--Companies", "--onec"},
-                                        {"--Companies", "/a", "/b"},
-                                        {"--once", "--passes", "2"},
-                                        {"--passes"},
-                                        {"--passes", "0"},
-                                        {"--passes", "1.5"},
-                                        {"--passes", "1e9"}};
-    for (const Lines& words : refused) {
-        EXPECT_THROW(ReadOptions(words), services::Failure) << words.front();
+    std::istringstream refused("--onec|stray|\"\"|-|--once yes|--once=0|--Companies --onec|--Companies /a /b|"
+                               "--passes|--passes 0|--passes 1.5|--passes 1e9|--once --passes 2");
+    for (std::string words; std::getline(refused, words, '|');) {
+        EXPECT_THROW(ReadOptions(suite::SplitCommandLine(words)), services::Failure) << words;
     }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "agent/scripted_gate.h"
 #include "composition/computer_services.h"
 #include "shared/activity.h"
 #include "shared/agent_context.h"
@@ -10,6 +9,7 @@
 #include "suite/computer/registry_store.h"
 #include "suite/computer/virtual_time.h"
 #include "suite/files/zip_archive.h"
+#include "support/scripted_gate.h"
 
 #include <gtest/gtest.h>
 

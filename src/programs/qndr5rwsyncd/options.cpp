@@ -41,7 +41,11 @@ void RefuseUnknownWords(const std::vector<std::string>& words) {
     bool valueMayFollow = false;
     for (const std::string& word : words) {
         if (const Switch* found = FindSwitch(word)) {
-            valueMayFollow = found->hasValue && word.find_first_of(":=") == std::string::npos;
+            const bool bringsValue = word.find_first_of(":=") != std::string::npos;
+            if (bringsValue && !found->hasValue) {
+                throw services::Failure("option '" + word + "' takes no value");
+            }
+            valueMayFollow = found->hasValue && !bringsValue;
         } else if (valueMayFollow && !word.starts_with('-')) {
             valueMayFollow = false;
         } else {
