@@ -46,6 +46,7 @@ class DealerComputer {
 
     const std::string& Name() const { return name_; }
     std::string Companies() const { return folder_ + "/Companies"; }
+    const std::string& UniqueID() const { return uniqueId_; }
     std::string Psd() const { return Companies() + "/dealer.psd"; }
     std::string TemporaryFolder() const { return computer_.temporaryFolder; }
 
@@ -59,6 +60,7 @@ class DealerComputer {
         const std::string key = R"(Software\Velmoran\Ordergrove Suite\5.0\Settings (Default))";
         all.registryTools.SetString(services::CurrentUserHive, key, "UFL:Sync", syncFolder);
         all.registryTools.SetLong(services::CurrentUserHive, key, "RoamingWorkstation", type == 2 ? 1 : 0);
+        uniqueId_ = Value("SELECT UniqueID FROM Company");
         if (type == 1) {
             suite::SetCompanyOption(*Open(), "Roaming Workstations", "EnableSync", "1");
             suite::SetCompanyOption(*Open(), "Roaming Workstations", "SyncComputerName", name_);
@@ -86,6 +88,7 @@ class DealerComputer {
     std::string name_;
     std::string folder_;
     suite::Computer computer_;
+    std::string uniqueId_;
     suite::VirtualTime& time_;
 };
 
@@ -130,8 +133,8 @@ class Dealer {
 
     /// State of a laptop's row on main.
     std::int64_t RowState(const DealerComputer& laptop) const {
-        return main_.Number("SELECT SyncState FROM RoamingWorkstations WHERE UniqueID = '" +
-                            laptop.Value("SELECT UniqueID FROM Company") + "'");
+        return main_.Number("SELECT SyncState FROM RoamingWorkstations WHERE UniqueID = '" + laptop.UniqueID() +
+                            "'");
     }
 
     /// Names of the exchanged tables in which a laptop differs from main.
