@@ -175,6 +175,12 @@ TEST_F(EngineImportTest, FindsRowsByUniqueIDAndTakesWhatTheFileSays) {
                  "<Table Name=\"phonelabels\" Deleted=\"1\"><Record><UniqueID>gh</UniqueID></Record></Table>" +
                  Label("<UniqueID>GH</UniqueID><Name> x </Name>"))));
     EXPECT_EQ(Labels(), "AB HOME 1, CD - 2, EF - 3, GH  x  -");
+    for (const char* reference : {"aa", "AA"}) {
+        ASSERT_TRUE(Import(laptop_, Exchange("<Table Name=\"ProductTags\"><Record><UniqueID>T</UniqueID>"
+                                             "<ProductUniqueID>" +
+                                             std::string(reference) + "</ProductUniqueID></Record></Table>")));
+        EXPECT_EQ(laptop_.Value("SELECT ProductUniqueID FROM ProductTags"), reference);
+    }
     EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM ImportProblems"), 0);
 }
 

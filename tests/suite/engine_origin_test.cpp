@@ -121,6 +121,25 @@ TEST_P(EngineOriginTest, TheRightVersionStaysAndTheLoserIsKept) {
 INSTANTIATE_TEST_SUITE_P(Engine, EngineOriginTest, testing::ValuesIn(Cases),
                          [](const auto& test) { return test.param.name; });
 
+TEST(EngineConfirmationTest, MainSendsAnUnchangedRowOutAgainWhenItsSenderWaitsForIt) {
+    const TestFolder folder;
+    EngineCompany main(folder, MainID, 1);
+    const std::string file = folder.Path("data.xml");
+    const auto arrive = [&](const std::string& table, const std::string& id) {
+        WriteFile(file, Exchange("<Table Name=\"PhoneLabels\"" + table + "><Record Origin=\"" + LaptopID +
+                                     "\" OriginID=\"" + id + "\"><UniqueID>U1</UniqueID></Record></Table>",
+                                 LaptopID));
+        EXPECT_TRUE(main.engine.ImportFile(file));
+        return main.Value("SELECT group_concat(AuditType || ':' || OriginID) FROM AuditLog");
+    };
+    EXPECT_EQ(arrive("", "3"), "1:3");
+    EXPECT_EQ(arrive("", "5"), "1:3,1:5");
+    EXPECT_EQ(arrive("", "5"), "1:3,1:5");
+    EXPECT_EQ(arrive(" Deleted=\"1\"", "6"), "1:3,1:5,3:6");
+    EXPECT_EQ(arrive(" Deleted=\"1\"", "8"), "1:3,1:5,3:6,3:8");
+    EXPECT_EQ(arrive(" Deleted=\"1\"", "6"), "1:3,1:5,3:6,3:8");
+}
+
 /// Main and two laptops that exchange audited changes through queues of files, as late as they like.
 class Exchanging {
   public:

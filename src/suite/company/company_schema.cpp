@@ -87,6 +87,7 @@ CREATE TABLE ImportConflicts (
   Deleted INTEGER NOT NULL DEFAULT 0,
   State INTEGER NOT NULL DEFAULT 0
 );
+CREATE INDEX ixImportConflicts_Row ON ImportConflicts (RowUniqueID);
 CREATE TABLE ImportProblems (
   ID INTEGER PRIMARY KEY AUTOINCREMENT,
   TableName TEXT NOT NULL,
@@ -95,6 +96,7 @@ CREATE TABLE ImportProblems (
   Reason TEXT,
   RecordXml TEXT
 );
+CREATE INDEX ixImportProblems_Row ON ImportProblems (RowUniqueID);
 -- Worked out from the products at need; a reset empties it.
 CREATE TABLE cacheProductStyles (
   ID INTEGER PRIMARY KEY,

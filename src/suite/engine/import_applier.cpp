@@ -39,7 +39,7 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
     }
     switch (decision.verdict) {
     case OriginRules::Verdict::Take:
-        PutAside(batch, record, table.Apply(batch, record));
+        Take(batch, record, table);
         return;
     case OriginRules::Verdict::TakeAndKeepLoser:
         TakeAndKeepLoser(batch, record, table, decision);
@@ -50,6 +50,28 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
     case OriginRules::Verdict::PassOver:
         return;
     }
+}
+
+void ImportApplier::Take(const ImportBatch& batch, const ImportRecord& record, ImportTable& table) {
+    const ImportTable::Outcome outcome = table.Apply(batch, record);
+    if (PutAside(batch, record, outcome) || outcome.changed || !rules_.IsMain()) {
+        return;
+    }
+    const std::int64_t audit = rules_.VersionToConfirm(record.table->name, batch.Text(record, record.uniqueID),
+                                                       batch.Text(record, record.origin), record.originID);
+    if (audit == 0) {
+        return;
+    }
+    if (!confirm_) {
+        confirm_.emplace(connection_.Prepare(
+            "INSERT INTO AuditLog (TableName, RecordID, AuditType, AddedOn, AuditUniqueID, AuditData, Origin, "
+            "OriginID) SELECT TableName, RecordID, AuditType, GETUTCDATE(), AuditUniqueID, AuditData, Origin, ?2 "
+            "FROM AuditLog WHERE ID = ?1"));
+    }
+    confirm_->Bind(1, audit);
+    confirm_->Bind(2, record.originID);
+    confirm_->Step();
+    confirm_->Reset();
 }
 
 bool ImportApplier::PutAside(const ImportBatch& batch, const ImportRecord& record,

@@ -32,6 +32,7 @@ class ImportApplier {
 
   private:
     void Apply(const ImportBatch& batch, const ImportRecord& record);
+    void Take(const ImportBatch& batch, const ImportRecord& record, ImportTable& table);
     /// True when the database refused the record and it was put aside.
     bool PutAside(const ImportBatch& batch, const ImportRecord& record, const ImportTable::Outcome& outcome);
     void TakeAndKeepLoser(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
@@ -48,6 +49,7 @@ class ImportApplier {
     ImportLedger ledger_;
     std::int64_t records_ = 0;
     std::optional<SqliteStatement> mark_;
+    std::optional<SqliteStatement> confirm_;
     std::string markedOrigin_;
     std::int64_t markedOriginID_ = 0;
     std::unordered_map<const Table*, ImportTable> tables_;

@@ -12,8 +12,9 @@ constexpr std::int64_t RoamingWorkstationType = 2;
 } // namespace
 
 OriginRules::OriginRules(const SqliteConnection& connection, const std::string& sender)
-    : newest_(connection.Prepare("SELECT ID, Origin FROM AuditLog WHERE TableName = ?1 AND AuditUniqueID = ?2 "
-                                 "ORDER BY ID DESC LIMIT 1")),
+    : newest_(connection.Prepare(
+          "SELECT ID, Origin, OriginID FROM AuditLog WHERE TableName = ?1 AND AuditUniqueID = ?2 "
+          "ORDER BY ID DESC LIMIT 1")),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")), sender_(sender),
       isMain_(connection.Number("SELECT CompanyType FROM Company") != RoamingWorkstationType),
       latest_(connection.Number("SELECT MAX(ID) FROM AuditLog")) {
@@ -32,7 +33,7 @@ OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string
     newest_.Bind(2, uniqueID);
     Newest newest;
     if (newest_.Step()) {
-        newest = {newest_.Integer(0), std::string(newest_.Text(1))};
+        newest = {newest_.Integer(0), std::string(newest_.Text(1)), newest_.Integer(2)};
     }
     newest_.Reset();
     return newest;
@@ -62,6 +63,15 @@ OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_vi
         return {};
     }
     return {Verdict::TakeAndKeepLoser, localVersion ? own_ : newest.origin, arriving};
+}
+
+std::int64_t OriginRules::VersionToConfirm(std::string_view table, std::string_view uniqueID,
+                                           std::string_view origin, std::int64_t originID) {
+    if (origin.empty()) {
+        return 0;
+    }
+    const Newest newest = NewestAudit(table, uniqueID);
+    return SameName(newest.origin, origin) && newest.originID < originID ? newest.id : 0;
 }
 
 } // namespace qndr::suite

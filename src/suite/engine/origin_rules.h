@@ -34,11 +34,18 @@ class OriginRules {
 
     bool IsMain() const { return isMain_; }
 
+    /// The audit row whose version main must send out once more, under the number of the arriving one; 0 when
+    /// there is none. To be asked on main when a record has changed nothing. The sender passes over older versions
+    /// of its own for as long as it waits for the newest one to come back, and would wait for ever.
+    std::int64_t VersionToConfirm(std::string_view table, std::string_view uniqueID, std::string_view origin,
+                                  std::int64_t originID);
+
   private:
     /// The newest audit row of a row; the ID is 0 when there is none.
     struct Newest {
         std::int64_t id = 0;
         std::string origin;
+        std::int64_t originID = 0;
     };
     Newest NewestAudit(std::string_view table, std::string_view uniqueID);
 
