@@ -34,17 +34,18 @@ struct SyncFileInfo {
     std::vector<std::string> Files{""}; ///< paths of the data files; "nothing" is one empty element
 };
 
-/// A file found in the Sync folder. FindSyncFiles fills the first group, ReadSyncFile the second from the file's
-/// descriptor, the protocol steps the marks. A list of these starts with one blank element and is never empty.
+/// A file found in the Sync folder. FindSyncFiles fills the first group and `To`, ReadSyncFile the rest of the
+/// second from the file's descriptor, the protocol steps the marks. A list of these starts with one blank element
+/// and is never empty.
 struct FoundSyncFile {
     std::string FilePath;
     Date NameDate;
     Date FileDate;
-    std::string To; ///< through NormalizeUniqueID
 
     FieldBoolean IsMessage = FieldFalse;
     std::int16_t MessageCode = 0;
     std::string From; ///< as the sender's database gives it
+    std::string To;   ///< through NormalizeUniqueID
     std::string FromCompanyVersion;
     std::string FromAppVersion;
     std::int16_t SyncState = 0;
