@@ -13,20 +13,21 @@ class DiscoveryTest : public AgentBench {
         FindSyncFiles(context, list);
         return list;
     }
-    void Retire(const std::string& name, FieldBoolean mark = FieldTrue) {
+    void Retire(FieldBoolean mark) {
         std::vector<FoundSyncFile> list(2);
-        list[1].FilePath = Path("Sync/" + name);
+        list[1].FilePath = Path("Sync/a~b~c.zip");
         list[1].Delete = mark;
         DeleteMarkedSyncFiles(context, list);
     }
+    const std::string marked = "The sync file 'a~b~c.zip' has been marked to delete.";
 };
 
 TEST_F(DiscoveryTest, EveryZipWithThreeTokensIsListed) {
-    EXPECT_EQ(Find().size(), 1U);
     EXPECT_EQ(Find().front().FilePath, "");
-    EXPECT_EQ(TakeLog(),
-              (Lines{"No sync files were found for processing.", "No sync files were found for processing."}));
-    for (const char* name : {"{ab-Cd}~20070315T102233~x.zip", "one~two.zip", "a~b~c~d.zip", "me~x~y.rhb"}) {
+    EXPECT_EQ(TakeLog(), Lines{"No sync files were found for processing."});
+    std::filesystem::create_directory(Path("Sync/sub"));
+    for (const char* name :
+         {"{ab-Cd}~20070315T102233~x.zip", "one~two.zip", "a~b~c~d.zip", "me~x~y.rhb", "sub/a~b~c.zip"}) {
         WriteText(Path("Sync/") + name, "");
     }
     const auto list = Find();
@@ -40,7 +41,6 @@ TEST_F(DiscoveryTest, EveryZipWithThreeTokensIsListed) {
     const std::string ignored = "' is in the sync folder however it is not a valid sync file and will be ignored.";
     EXPECT_EQ(lines, (Lines{"3 sync files were found for processing.", "The file 'Sync/a~b~c~d.zip" + ignored,
                             "The file 'Sync/one~two.zip" + ignored}));
-
     SetSyncFolder("");
     EXPECT_EQ(Find().size(), 1U);
     EXPECT_EQ(TakeLog(), Lines{"Error: No sync files could be found because no sync folder has been identified."});
@@ -50,7 +50,7 @@ TEST_F(DiscoveryTest, MessagesComeThroughAtEveryFifthElement) {
     for (char name = 'a'; name <= 'k'; ++name) {
         WriteText(Path("Sync/") + name + "~b~c.zip", "");
     }
-    auto list = Find();
+    const auto list = Find();
     EXPECT_EQ(list.size(), 11U);
     EXPECT_EQ(gate.Count("MessagePump.ProcessMessages"), 3);
     DeleteMarkedSyncFiles(context, list);
@@ -59,65 +59,55 @@ TEST_F(DiscoveryTest, MessagesComeThroughAtEveryFifthElement) {
 
 TEST_F(DiscoveryTest, EntryWithoutAddresseeIsOverwritten) {
     std::vector<FoundSyncFile> list(1);
-    AddFoundSyncFile("one", "", NoDate, NoDate, list);
-    EXPECT_EQ(list.front().FilePath, "one");
-    AddFoundSyncFile("two", "a", NoDate, NoDate, list);
-    AddFoundSyncFile("three", "{}", NoDate, NoDate, list);
+    for (const char* token : {"", "a", "{}"}) {
+        AddFoundSyncFile(std::string("of ") + token, token, NoDate, NoDate, list);
+    }
     ASSERT_EQ(list.size(), 2U);
-    EXPECT_EQ(list[0].FilePath, "two");
-    EXPECT_EQ(list[1].FilePath, "three");
+    EXPECT_EQ(list[0].FilePath + list[1].FilePath, "of aof {}");
 }
 
-TEST_F(DiscoveryTest, StampsAreReadOrGiveTheDefault) {
-    for (const char* text :
-         {"", "T", "20070315", "20071315T102233", "20070315T1022", "20070315t102233", "0123456789ABCDEF"}) {
+TEST_F(DiscoveryTest, TextThatIsNoStampGivesTheDefault) {
+    for (const char* text : {"", "T", "20070315", "20071315T102233", "20070315T1022", "20070315t102233"}) {
         EXPECT_EQ(ParseFileStamp(text, NoDate), NoDate) << text;
     }
-    EXPECT_EQ(ParseFileStamp("20070315T102233", NoDate), *ParseDate("2007-03-15 10:22:33"));
 }
 
 TEST_F(DiscoveryTest, MarkedFileMovesOverItsNamesakeOfTheMonth) {
-    const std::string kept = "Local/Acme/Sync Local/Deleted/2026/11/a~b~c.zip";
     WriteText(Path("Sync/a~b~c.zip"), "old");
-    Retire("a~b~c.zip", 1);
+    Retire(1);
     EXPECT_EQ(FilesBelow("Sync").size(), 1U) << "1 is not True";
-    Retire("a~b~c.zip");
+    Retire(FieldTrue);
     WriteText(Path("Sync/a~b~c.zip"), "new");
-    Retire("a~b~c.zip");
+    Retire(FieldTrue);
     EXPECT_EQ(FilesBelow("Sync"), Lines{});
-    EXPECT_EQ(ReadText(Path(kept)), "new");
-    Retire("a~b~c.zip");
-    const std::string marked = "The sync file 'a~b~c.zip' has been marked to delete.";
+    EXPECT_EQ(ReadText(Path("Local/Acme/Sync Local/Deleted/2026/11/a~b~c.zip")), "new");
+    Retire(FieldTrue);
     EXPECT_EQ(TakeLog(), (Lines{marked, marked, marked})) << "a file that is gone is passed over in silence";
 }
 
 TEST_F(DiscoveryTest, FileThatCannotBeKeptIsDeleted) {
-    const std::string marked = "The sync file 'a~b~c.zip' has been marked to delete.";
-    const auto retire = [&](const std::string& why, bool gone = true) {
+    const auto retire = [&](const Lines& why) {
         WriteText(Path("Sync/a~b~c.zip"), "");
-        Retire("a~b~c.zip");
-        Lines expected{marked, why};
-        if (!gone) {
-            expected.push_back(
-                "Error: The sync file 'a~b~c.zip' was marked to be deleted but it could not be deleted.");
-        }
+        Retire(FieldTrue);
+        Lines expected{marked};
+        expected.insert(expected.end(), why.begin(), why.end());
         EXPECT_EQ(TakeLog(), expected);
-        EXPECT_EQ(FilesBelow("Sync").empty(), gone);
+        EXPECT_EQ(FilesBelow("Sync").empty(), why.size() == 1);
         EXPECT_EQ(FilesBelow("Local/Acme/Sync Local"), Lines{});
     };
     gate.Refuse("FileTools.MoveFile", 1);
-    retire(
-        "Unable to move the sync file 'Sync/a~b~c.zip' while doing a managed delete. The file will be deleted.");
+    retire({"Unable to move the sync file 'Sync/a~b~c.zip' while doing a managed delete. The file will be "
+            "deleted."});
     std::filesystem::remove_all(Path("Local/Acme/Sync Local"));
     WriteText(Path("Local/Acme/Sync Local"), "no folder");
-    retire("Unable to create the manage delete folder 'Local/Acme/Sync Local/Deleted/2026/11/'. The sync file "
-           "'Sync/a~b~c.zip' will be deleted.");
+    retire({"Unable to create the manage delete folder 'Local/Acme/Sync Local/Deleted/2026/11/'. The sync file "
+            "'Sync/a~b~c.zip' will be deleted."});
     std::filesystem::remove_all(Path("Local"));
     SetNumber(settings::ManageDeleting, 0);
-    retire("Managed deleting is disabled. The sync file 'Sync/a~b~c.zip' will be deleted.");
-    EXPECT_FALSE(std::filesystem::exists(Path("Local"))) << "nothing is made when managed deleting is off";
     gate.Refuse("FileTools.DeleteFile", 1);
-    retire("Managed deleting is disabled. The sync file 'Sync/a~b~c.zip' will be deleted.", false);
+    retire({"Managed deleting is disabled. The sync file 'Sync/a~b~c.zip' will be deleted.",
+            "Error: The sync file 'a~b~c.zip' was marked to be deleted but it could not be deleted."});
+    EXPECT_FALSE(std::filesystem::exists(Path("Local"))) << "nothing is made when managed deleting is off";
 }
 
 } // namespace

@@ -16,28 +16,30 @@ class SyncFileTest : public AgentBench {
         ReadSyncFile(context, entry);
         return entry;
     }
-    /// The log of a call with one of its services refused once; a text of the ZIP component is given as "...".
-    template <typename Call> Lines LogWithout(const std::string& service, Call&& call) {
+    bool Import(const std::string& path) {
+        FoundSyncFile entry;
+        entry.FilePath = path;
+        return ImportSyncFileData(context, entry);
+    }
+    /// Refuses the service once and expects this line, with one of the ZIP component behind it if it says so.
+    template <typename Call> void Expect(const std::string& service, const std::string& line, Call&& call) {
         TakeLog();
         gate.Refuse(service, 1);
         call();
         Lines lines = TakeLog();
-        for (std::size_t i = 1; i < lines.size(); ++i) {
-            if (lines[i - 1].ends_with("to follow.")) {
-                lines[i] = "...";
-            }
+        // Without the component there is no line of its own.
+        if (line.ends_with("to follow.") && service != "ObjectFactory.CreateZipArchive") {
+            EXPECT_EQ(lines.size(), 2U) << service;
+            lines.resize(1);
         }
-        return lines;
+        EXPECT_EQ(lines, line.empty() ? Lines{} : Lines{line}) << service;
     }
-    void ExpectNothingLeft() { EXPECT_EQ(FilesBelow("Temp"), Lines{}); }
+    const std::string follow = "More information to follow.";
 };
 
 TEST_F(SyncFileTest, PackedFolderReadsBack) {
     const std::string working = CreateWorkingFolder(context);
-    EXPECT_EQ(Tidy(working), "Temp/~suz");
-    SyncFileInfo info;
-    info.SyncState = SyncFileInitialSync;
-    WriteIdFile(context, working, info);
+    WriteIdFile(context, working, {.SyncState = SyncFileInitialSync});
     WriteText(working + "/more.txt", "unknown");
     TakeLog();
     const std::string path = CreateSyncFile(context, working);
@@ -47,101 +49,56 @@ TEST_F(SyncFileTest, PackedFolderReadsBack) {
     EXPECT_EQ(entry.From, RoamingID);
     EXPECT_EQ(TakeLog(), Lines{});
     EXPECT_EQ(FilesBelow("Temp"), (Lines{"Temp/suzTOKEN.zip", "Temp/~suz/id.dat", "Temp/~suz/more.txt"}));
-}
 
-TEST_F(SyncFileTest, EachFailureOfPackingIsReported) {
-    const std::string working = CreateWorkingFolder(context);
-    WriteText(working + "/id.dat", "[GENERAL]\r\n");
-    const auto without = [&](const std::string& service) {
-        return LogWithout(service, [&] { EXPECT_EQ(CreateSyncFile(context, working), ""); });
+    const auto expect = [&](const std::string& service, const std::string& why) {
+        Expect(service, "Error: Unable to create a sync file because " + why,
+               [&] { EXPECT_EQ(CreateSyncFile(context, working), ""); });
     };
-    EXPECT_EQ(without("ObjectFactory.CreateZipArchive"),
-              Lines{"Error: Unable to create a sync file because the Zip library could not be accessed. (1)"});
-    EXPECT_EQ(without("FileTools.CreateTemporaryFile"),
-              Lines{"Error: Unable to create a sync file because a temporary file could not be created."});
-    EXPECT_EQ(without("ZipArchive.NewZip"),
-              (Lines{"Error: Unable to create a sync file because a new zip file could not be created. More "
-                     "information to follow.",
-                     "..."}));
-    EXPECT_EQ(
-        without("ZipArchive.AppendFiles"),
-        (Lines{"Error: Unable to create a sync file because the files from the folder 'Temp/~suz' could not be "
-               "added. More information to follow.",
-               "..."}));
-    EXPECT_EQ(without("ZipArchive.WriteZipAndClose"),
-              (Lines{"Error: Unable to create a sync file because the zip file could not be written to. More "
-                     "information to follow.",
-                     "..."}));
+    expect("ObjectFactory.CreateZipArchive", "the Zip library could not be accessed. (1)");
+    expect("FileTools.CreateTemporaryFile", "a temporary file could not be created.");
+    expect("ZipArchive.NewZip", "a new zip file could not be created. " + follow);
+    expect("ZipArchive.AppendFiles", "the files from the folder 'Temp/~suz' could not be added. " + follow);
+    expect("ZipArchive.WriteZipAndClose", "the zip file could not be written to. " + follow);
 }
 
 TEST_F(SyncFileTest, EachFailureOfReadingLeavesTheEntryBlank) {
     const std::string good = DropSyncFile("a~b~c.zip", "From=me\r\nSyncState=4\r\n");
-    const auto without = [&](const std::string& service) {
-        return LogWithout(service, [&] {
-            const FoundSyncFile entry = Read(good);
-            EXPECT_EQ(entry.From + std::to_string(entry.SyncState), "0");
-        });
+    const auto expect = [&](const std::string& service, const std::string& line) {
+        Expect(service, line, [&] { EXPECT_EQ(Read(good).From, ""); });
+        EXPECT_EQ(FilesBelow("Temp"), Lines{}) << service;
     };
     const std::string unable = "Error: Unable to read the sync file 'a~b~c.zip' becuase ";
-    EXPECT_EQ(without("FileTools.FileExists"),
-              Lines{"Error: The sync file 'a~b~c.zip' will not be read because it does not exist."});
-    EXPECT_EQ(without("ZipArchive.OpenZip"),
-              (Lines{unable + "it could not be opened. More information to follow.", "..."}));
-    EXPECT_EQ(without("ObjectFactory.CreateZipArchive"),
-              Lines{unable + "it could not be opened. More information to follow."});
-    EXPECT_EQ(without("ZipArchive.GetEntryByName"), Lines{unable + "its id.dat file could not be found."});
-    EXPECT_EQ(without("PathTools.CreateTemporaryFolder"), Lines{});
-    EXPECT_EQ(without("ZipEntry.Extract"),
-              (Lines{unable + "its id.dat file could not read. More information to follow.", "..."}));
-    ExpectNothingLeft();
-
-    int asked = 0;
-    gate.Before("FileTools.FileExists", [&] {
-        if (++asked == 2) {
-            std::filesystem::remove(Path("Temp/~suz/id.dat"));
-        }
-    });
-    EXPECT_EQ(Read(good).From, "");
-    EXPECT_EQ(TakeLog(), Lines{unable + "its id.dat file could not extracted to 'Temp/~suz/id.dat."});
-    ExpectNothingLeft();
+    expect("FileTools.FileExists", "Error: The sync file 'a~b~c.zip' will not be read because it does not exist.");
+    expect("ZipArchive.OpenZip", unable + "it could not be opened. " + follow);
+    expect("ObjectFactory.CreateZipArchive", unable + "it could not be opened. " + follow);
+    expect("ZipArchive.GetEntryByName", unable + "its id.dat file could not be found.");
+    expect("PathTools.CreateTemporaryFolder", "");
+    expect("ZipEntry.Extract", unable + "its id.dat file could not read. " + follow);
+    gate.Before("FileTools.FileExists", [&] { std::filesystem::remove(Path("Temp/~suz/id.dat")); });
+    expect("none", unable + "its id.dat file could not extracted to 'Temp/~suz/id.dat.");
 }
 
 TEST_F(SyncFileTest, ImportTellsWhetherTheFileIsDone) {
     const std::string path = DropSyncFile("a~b~c.zip", "");
-    FoundSyncFile entry;
-    entry.FilePath = path;
-    const auto without = [&](const std::string& service, bool done) {
-        const Lines lines =
-            LogWithout(service, [&] { EXPECT_EQ(ImportSyncFileData(context, entry), done) << service; });
-        ExpectNothingLeft();
-        return lines;
+    const auto expect = [&](const std::string& service, bool done, const std::string& line) {
+        Expect(service, line, [&] { EXPECT_EQ(Import(path), done) << service; });
+        EXPECT_EQ(FilesBelow("Temp"), Lines{}) << service;
     };
     const std::string unable = "Error: Unable to process the sync file 'a~b~c.zip' because ";
-    EXPECT_EQ(without("none", true), Lines{"The sync file 'a~b~c.zip' was processed."});
+    expect("none", true, "The sync file 'a~b~c.zip' was processed.");
     EXPECT_EQ(engine->imports, Lines{"data of a~b~c.zip"});
-    EXPECT_EQ(
-        without("Engine.ImportFile", true),
-        Lines{"Warning: Unable to process the sync file 'Sync/a~b~c.zip' because its extracted data.xml file, "
-              "'Temp/~suz/data.xml' could not be imported. This will not prevent future imports."});
-    EXPECT_EQ(without("ZipArchive.OpenZip", true),
-              (Lines{unable + "it could not be opened. More information to follow.", "..."}));
-    EXPECT_EQ(without("ZipArchive.GetEntryByName", true), Lines{unable + "its data.xml file could not be found."});
-    EXPECT_EQ(without("FileTools.FileExists", false),
-              Lines{"The sync file 'a~b~c.zip' will not be processed becuase it does not exist."});
-    EXPECT_EQ(without("PathTools.CreateTemporaryFolder", false),
-              Lines{unable + "a temporary folder could not be created."});
-    EXPECT_EQ(
-        without("ZipEntry.Extract", false),
-        (Lines{unable + "its data.xml file could not be extracted to 'Temp/~suz'. More informtion to follow.",
-               "..."}));
-    int asked = 0;
-    gate.Before("FileTools.FileExists", [&] {
-        if (++asked == 2) {
-            std::filesystem::remove(Path("Temp/~suz/data.xml"));
-        }
-    });
-    EXPECT_EQ(without("none", false),
-              Lines{unable + "its extracted data.xml file, 'Temp/~suz/data.xml' could not be found."});
+    expect("Engine.ImportFile", true,
+           "Warning: Unable to process the sync file 'Sync/a~b~c.zip' because its extracted data.xml file, "
+           "'Temp/~suz/data.xml' could not be imported. This will not prevent future imports.");
+    expect("ZipArchive.OpenZip", true, unable + "it could not be opened. " + follow);
+    expect("ZipArchive.GetEntryByName", true, unable + "its data.xml file could not be found.");
+    expect("FileTools.FileExists", false,
+           "The sync file 'a~b~c.zip' will not be processed becuase it does not exist.");
+    expect("PathTools.CreateTemporaryFolder", false, unable + "a temporary folder could not be created.");
+    expect("ZipEntry.Extract", false,
+           unable + "its data.xml file could not be extracted to 'Temp/~suz'. More informtion to follow.");
+    gate.Before("FileTools.FileExists", [&] { std::filesystem::remove(Path("Temp/~suz/data.xml")); });
+    expect("none", false, unable + "its extracted data.xml file, 'Temp/~suz/data.xml' could not be found.");
     EXPECT_EQ(engine->imports.size(), 1U);
 }
 

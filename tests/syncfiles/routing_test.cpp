@@ -1,5 +1,4 @@
 #include "support/agent_bench.h"
-#include "syncfiles/discovery.h"
 #include "syncfiles/query_rows.h"
 #include "syncfiles/routing.h"
 #include "syncfiles/wait.h"
@@ -12,6 +11,7 @@ class RoutingTest : public AgentBench {
     RoutingTest() {
         OpenCompany(2);
         WriteText(source, "archive");
+        AddWorkstation("{Lap}", 4);
     }
 
     bool CopyToRoaming() {
@@ -20,13 +20,14 @@ class RoutingTest : public AgentBench {
     }
 
     const std::string source = Path("suz.zip");
+    std::string heartbeatFile = "before";
 };
 
 TEST_F(RoutingTest, NamesTellTheAddresseeAndTheMomentAfterThePause) {
     Sql("UPDATE Company SET MainUniqueID = '{main}'");
-    AddWorkstation("{Lap}", 4);
     EXPECT_TRUE(CopySyncFileToMain(context, source));
     EXPECT_TRUE(CopyToRoaming());
+    gate.Before("SystemTools.GetIdentifierText", Break);
     Sql("UPDATE Company SET MainUniqueID = NULL");
     EXPECT_TRUE(CopySyncFileToMain(context, source));
     EXPECT_EQ(TakeLog(), (Lines{"The sync file 'suz.zip' was copied for the main system as "
@@ -34,13 +35,12 @@ TEST_F(RoutingTest, NamesTellTheAddresseeAndTheMomentAfterThePause) {
                                 "The sync file 'suz.zip' for the Roaming Workstation '{Lap}' was copied to "
                                 "'Sync/{Lap}~TOKEN~20261122T190858.zip'.",
                                 "The sync file 'suz.zip' was copied for the main system as "
-                                "'Sync/MAIN~TOKEN~20261122T190901.zip'."}));
+                                "'Sync/MAIN~~20261122T190901.zip'."}));
     EXPECT_EQ(FilesBelow("Sync").size(), 3U);
     EXPECT_EQ(FilesBelow("Local"), Lines{}) << "nothing is kept unless the setting asks for it";
 }
 
 TEST_F(RoutingTest, FailedCopyIsReportedAndItsHistoryCopyStays) {
-    AddWorkstation(RoamingID, 4);
     SetNumber(settings::KeepSyncFiles, 1);
     gate.Before("FileTools.CopyFile",
                 [&] { gate.Refuse("FileTools.CopyFile", gate.Count("FileTools.CopyFile") % 2 == 0); });
@@ -49,65 +49,46 @@ TEST_F(RoutingTest, FailedCopyIsReportedAndItsHistoryCopyStays) {
     EXPECT_FALSE(CopyToRoaming());
     EXPECT_EQ(TakeLog(), (Lines{"Error: Unable to copy a sync file 'suz.zip' for the main system as "
                                 "'Sync/MAIN~TOKEN~20261122T190855.zip'.",
-                                "Error: Unable to copy a sync file 'suz.zip' for the Roaming Workstation '" +
-                                    RoamingID + "' to 'Sync/" + RoamingID + "~TOKEN~20270101T045903.zip'."}));
+                                "Error: Unable to copy a sync file 'suz.zip' for the Roaming Workstation '{Lap}' "
+                                "to 'Sync/{Lap}~TOKEN~20270101T045903.zip'."}));
     // The folder is that of the local month, the name that of the UTC moment.
-    EXPECT_EQ(FilesBelow("Local"),
-              (Lines{"Local/Acme/Sync Local/History/2026/11/MAIN~TOKEN~20261122T190855.zip",
-                     "Local/Acme/Sync Local/History/2026/12/" + RoamingID + "~TOKEN~20270101T045903.zip"}));
+    const Lines kept{"Local/Acme/Sync Local/History/2026/11/MAIN~TOKEN~20261122T190855.zip",
+                     "Local/Acme/Sync Local/History/2026/12/{Lap}~TOKEN~20270101T045903.zip"};
+    EXPECT_EQ(FilesBelow("Local"), kept);
 
     gate.Before("FileTools.CopyFile", [] {});
     gate.Refuse("FileTools.CopyFile", 0);
-    time.SetNow(*ParseDate("2027-01-31 12:00:00"));
-    WriteText(Path("Local/Acme/Sync Local/History/2027"), "no folder");
+    gate.Refuse("PathTools.CreateNestedFolder", 1);
     EXPECT_TRUE(CopyToRoaming()) << "a History folder that cannot be made is passed over";
-    EXPECT_EQ(FilesBelow("Local").size(), 3U);
+    EXPECT_EQ(FilesBelow("Local"), kept);
 }
 
-TEST_F(RoutingTest, WithoutASyncFolderNothingIsCopied) {
-    AddWorkstation(RoamingID, 4);
+TEST_F(RoutingTest, HeartbeatFileBearsItsSenderAndNothingGoesWithoutASyncFolder) {
+    SetNumber(settings::KeepSyncFiles, 1);
+    context.SyncFolder = Path("Sync");
+    context.RoamingUniqueID = RoamingID;
+    gate.Refuse("FileTools.CopyFile", 1);
+    EXPECT_FALSE(CopyHeartbeatFileToMain(context, source, heartbeatFile));
+    EXPECT_EQ(heartbeatFile, "before");
+    EXPECT_TRUE(CopyHeartbeatFileToMain(context, source, heartbeatFile));
+    const std::string target = "Sync/" + RoamingID + "~TOKEN~20261122T190852.rhb";
+    EXPECT_EQ(Tidy(heartbeatFile), target);
+    EXPECT_EQ(FilesBelow("Sync"), Lines{target});
+    EXPECT_EQ(FilesBelow("Local"), Lines{});
+    const std::string about = "roaming workstation heartbeat file 'suz.zip' ";
+    EXPECT_EQ(TakeLog(), (Lines{"Error: Unable to copy a " + about + "for the main system as '" + target + "'.",
+                                "The " + about + "was copied for the main system as '" + target + "'."}));
+
+    context.SyncFolder = "";
     SetSyncFolder("");
-    std::string heartbeatFile = "before";
     EXPECT_FALSE(CopySyncFileToMain(context, source));
     EXPECT_FALSE(CopyToRoaming());
     EXPECT_FALSE(CopyHeartbeatFileToMain(context, source, heartbeatFile));
     const std::string why = "because the 'SYNC' folder could not be identified.";
     EXPECT_EQ(TakeLog(),
               (Lines{"Error: Unable to copy a sync file 'suz.zip' for the main system " + why,
-                     "Error: Unable to copy a sync file 'suz.zip' for the Roaming Workstation '" + RoamingID +
-                         "' " + why,
-                     "Error: Unable to copy a roaming workstation heartbeat file 'suz.zip' for the main "
-                     "system " +
-                         why}));
-    EXPECT_EQ(heartbeatFile, "before");
-}
-
-TEST_F(RoutingTest, HeartbeatFileBearsItsSenderAndDoesNotWait) {
-    SetNumber(settings::KeepSyncFiles, 1);
-    context.SyncFolder = Path("Sync");
-    context.RoamingUniqueID = RoamingID;
-    std::string heartbeatFile;
-    EXPECT_TRUE(CopyHeartbeatFileToMain(context, source, heartbeatFile));
-    const std::string target = "Sync/" + RoamingID + "~TOKEN~20261122T190852.rhb";
-    EXPECT_EQ(Tidy(heartbeatFile), target);
-    EXPECT_EQ(FilesBelow("Sync"), Lines{target});
-    EXPECT_EQ(FilesBelow("Local"), Lines{});
-    gate.Refuse("FileTools.CopyFile");
-    heartbeatFile = "before";
-    EXPECT_FALSE(CopyHeartbeatFileToMain(context, source, heartbeatFile));
-    EXPECT_EQ(heartbeatFile, "before");
-    EXPECT_EQ(TakeLog(),
-              (Lines{"The roaming workstation heartbeat file 'suz.zip' was copied for the main system as '" +
-                         target + "'.",
-                     "Error: Unable to copy a roaming workstation heartbeat file 'suz.zip' for the main "
-                     "system as '" +
-                         target + "'."}));
-}
-
-TEST_F(RoutingTest, EmptyTokenGivesTwoSeparatorsInARow) {
-    gate.Before("SystemTools.GetIdentifierText", Break);
-    EXPECT_TRUE(CopySyncFileToMain(context, source));
-    EXPECT_EQ(FilesBelow("Sync"), Lines{"Sync/MAIN~~20261122T190855.zip"});
+                     "Error: Unable to copy a sync file 'suz.zip' for the Roaming Workstation '{Lap}' " + why,
+                     "Error: Unable to copy a " + about + "for the main system " + why}));
 }
 
 /// Notes how it is armed, is due at the third look.
@@ -120,12 +101,11 @@ struct NotingTimers : services::WaitableTimers {
         NotingTimers& notes;
     };
     std::unique_ptr<services::WaitableTimer> Create(const std::string& wanted) override {
-        name = wanted;
+        EXPECT_EQ(wanted, "qndr5rwsyncTimer");
         return std::make_unique<Timer>(*this);
     }
     bool exists = false;
     int looks = 0;
-    std::string name;
     std::vector<std::pair<std::int32_t, std::int32_t>> armed;
 };
 
@@ -133,14 +113,12 @@ TEST_F(RoutingTest, WaitArmsTheTimerAndLetsMessagesThrough) {
     NotingTimers noting;
     AgentContext waiting{Replacing(context.services, log, noting)};
     Wait(waiting, 3);
-    EXPECT_EQ(noting.name, "qndr5rwsyncTimer");
     EXPECT_EQ(gate.Count("MessagePump.ProcessMessages"), 3);
     noting.exists = true;
     Wait(waiting, 214);
     Wait(waiting, 215);
     EXPECT_EQ(noting.armed,
               (decltype(noting.armed){{-1, -1}, {-30000000, -1}, {-2140000000, -1}, {2144967296, -2}}));
-
     gate.Before("WaitableTimers.Create", Break);
     Wait(context, 3);
     EXPECT_EQ(gate.Count("MessagePump.ProcessMessages"), 9) << "without a timer there is no pause";
