@@ -99,6 +99,7 @@ TEST_F(EngineExportTest, TheListIsEmptyAfterEveryExport) {
 
 TEST_F(EngineExportTest, AnEntryThatTheDatabaseDoesNotUnderstandIsPassedOver) {
     main_.engine.AddToExport("Gone", "SELECT * FROM vwExporting_Gone WHERE ID = 1", false);
+    main_.engine.AddToExport("Gone", "SELECT * FROM vwExporting_Gone WHERE ID = 2", false);
     main_.engine.AddToExport("Odd's", "SELECT * FROM vwExporting_Odd's WHERE ID = 1", false);
     main_.engine.AddToExport("PhoneLabels", "SELECT * FROM vwExporting_PhoneLabels", false);
     EXPECT_TRUE(main_.engine.DoExport(file_));

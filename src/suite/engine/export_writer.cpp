@@ -4,7 +4,6 @@
 #include "suite/engine/name_compare.h"
 
 #include <charconv>
-#include <optional>
 
 namespace qndr::suite {
 
@@ -86,11 +85,11 @@ void ExportWriter::Write(const ExportEntry& entry) {
 }
 
 ExportWriter::Source* ExportWriter::SourceFor(const ExportEntry& entry, const std::string& shape) {
-    const auto known = sources_.find(shape);
-    if (known != sources_.end()) {
-        return &known->second;
+    const auto [place, added] = sources_.try_emplace(shape);
+    std::optional<Source>& source = place->second;
+    if (!added) {
+        return source ? &*source : nullptr;
     }
-    std::optional<Source> source;
     try {
         source.emplace(connection_.Prepare(shape == DeletionShape ? DeletionWithOrigin : shape));
     } catch (const services::Failure& failure) {
@@ -115,7 +114,7 @@ ExportWriter::Source* ExportWriter::SourceFor(const ExportEntry& entry, const st
             source->elements.emplace_back(name);
         }
     }
-    return &sources_.emplace(shape, std::move(*source)).first->second;
+    return &*source;
 }
 
 void ExportWriter::OpenTable(const ExportEntry& entry) {

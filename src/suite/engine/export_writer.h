@@ -5,6 +5,7 @@
 #include "suite/engine/xml_text.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -33,7 +34,7 @@ class ExportWriter {
     void WriteAll(const std::vector<ExportEntry>& entries);
 
     std::int64_t RecordCount() const { return records_; }
-    /// One line an entry that was passed over.
+    /// One line for each kind of statement that was passed over.
     const std::vector<std::string>& PassedOver() const { return passedOver_; }
 
   private:
@@ -63,7 +64,7 @@ class ExportWriter {
     ExportOrigin origin_;
     std::string own_;
     SqliteStatement newestAudit_;
-    std::unordered_map<std::string, Source> sources_;
+    std::unordered_map<std::string, std::optional<Source>> sources_; ///< nothing: not understood
     std::string text_;
     std::string openTable_;
     bool openDeletion_ = false;

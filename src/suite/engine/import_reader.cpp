@@ -4,6 +4,7 @@
 #include "suite/engine/base64.h"
 #include "suite/engine/name_compare.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
