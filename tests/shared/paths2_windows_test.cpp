@@ -50,7 +50,7 @@ TEST_F(Paths2WindowsTest, SplitsPaths) {
 TEST_F(Paths2WindowsTest, RootsAndSharesAreJudgedByTheirFirstEntry) {
     directories.AddFile("E:\\file.txt");
     directories.AddFolder("E:\\folder");
-    directories.folders["F:"];
+    directories.AddFolder("F:");
     directories.AddFolder("\\\\srv\\share\\folder");
     directories.AddFile("\\\\srv\\files\\a.txt");
     EXPECT_TRUE(paths.FolderExists("C:\\"));
@@ -88,7 +88,7 @@ TEST_F(Paths2WindowsTest, DrivesStandForTheirSharesAlsoWhenOnlyRemembered) {
     EXPECT_EQ(directories.made, (Paths{"\\\\srv\\share\\folder\\x", "\\\\srv\\share\\folder\\x\\y"}));
     EXPECT_EQ(paths.CreateTemporaryFolder("S:\\folder", "~suz", true), "\\\\srv\\share\\folder\\~suz");
     EXPECT_TRUE(paths.DeleteFolder("S:\\folder\\x", true));
-    EXPECT_FALSE(directories.folders.contains("\\\\srv\\share\\folder\\x"));
+    EXPECT_FALSE(directories.Has("\\\\srv\\share\\folder\\x"));
 }
 
 /// One tree with every kind of leading dot.
@@ -172,7 +172,7 @@ TEST_F(Paths2TreeTest, ProgressShowsEachFolderBeforeGoingIntoIt) {
 TEST_F(Paths2TreeTest, SubfolderWithALeadingDotKeepsTheTree) {
     EXPECT_FALSE(paths.DeleteFolder("C:\\t", true));
     EXPECT_EQ(paths.FindFiles("C:\\t", "*.*", true), (Paths{""}));
-    EXPECT_TRUE(directories.folders.contains("C:\\t\\.hidden\\deep"));
+    EXPECT_TRUE(directories.Has("C:\\t\\.hidden\\deep"));
     EXPECT_FALSE(paths.DeleteFolder("C:\\t", false));
 
     EXPECT_TRUE(paths.DeleteFolder("C:\\t\\.hidden", true)) << "asked for by itself";

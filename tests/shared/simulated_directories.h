@@ -14,74 +14,58 @@
 namespace qndr::testing {
 
 /// Drives and shares in memory. A folder is known by its path without a separator at the end; its listing begins
-/// with
-/// "." and "..", but for roots, as the operating system gives it.
+/// with "." and "..", but for roots, as the operating system gives it.
 struct SimulatedDirectories : services::DirectoryCalls {
-    class Listing : public services::DirectoryListing {
-      public:
-        explicit Listing(std::vector<services::DirectoryEntry> entries) : entries_(std::move(entries)) {}
+    struct Listing : services::DirectoryListing {
         std::optional<services::DirectoryEntry> Next() override {
-            if (next_ == entries_.size()) {
-                return std::nullopt;
-            }
-            return entries_[next_++];
+            return next == entries.size() ? std::nullopt : std::optional(entries[next++]);
         }
-
-      private:
-        std::vector<services::DirectoryEntry> entries_;
-        std::size_t next_ = 0;
+        std::vector<services::DirectoryEntry> entries;
+        std::size_t next = 0;
     };
 
     /// Makes the folder with all its parents.
     void AddFolder(const std::string& path) {
-        if (folders.contains(path)) {
+        if (Place(path) != all.end()) {
             return;
         }
-        folders[path];
-        if (const std::string parent = Parent(path); !parent.empty() && !IsRoot(path)) {
-            AddFolder(parent);
-            folders[parent].push_back({Name(path), services::DirectoryAttribute, 0});
+        if (!IsRoot(path)) {
+            AddFolder(Parent(path));
         }
+        all.push_back({path, {Name(path), services::DirectoryAttribute, 0}});
     }
     void AddFile(const std::string& path, std::uint32_t size = 1, std::uint32_t attributes = 0) {
         AddFolder(Parent(path));
-        folders[Parent(path)].push_back({Name(path), attributes, size});
+        all.push_back({path, {Name(path), attributes, size}});
     }
+    bool Has(const std::string& path) { return Place(path) != all.end(); }
     bool Remove(const std::string& path) {
-        const auto parent = folders.find(Parent(path));
-        return parent != folders.end() &&
-               std::erase_if(parent->second, [&](const auto& entry) { return entry.name == Name(path); }) == 1;
+        return std::erase_if(all, [&](const auto& each) { return each.first == path; }) == 1;
     }
 
     char Separator() const override { return '\\'; }
     std::size_t MaximumPathLength() const override { return 260; }
     std::unique_ptr<services::DirectoryListing> List(const std::string& folder,
                                                      const std::string& pattern) override {
-        const std::string path = Plain(folder);
-        const auto found = folders.find(path);
-        if (found == folders.end()) {
+        const auto place = Place(Plain(folder));
+        if (place == all.end() || !place->second.IsDirectory()) {
             return nullptr;
         }
-        std::vector<services::DirectoryEntry> entries;
-        if (!IsRoot(path)) {
-            entries = {{std::string(".\0padding", 9), services::DirectoryAttribute, 0},
-                       {"..", services::DirectoryAttribute, 0}};
+        auto listing = std::make_unique<Listing>();
+        if (!IsRoot(place->first)) {
+            listing->entries = {{std::string(".\0padding", 9), services::DirectoryAttribute, 0},
+                                {"..", services::DirectoryAttribute, 0}};
         }
-        std::ranges::copy_if(found->second, std::back_inserter(entries),
-                             [&](const auto& entry) { return suite::MatchesWildcard(entry.name, pattern); });
-        return std::make_unique<Listing>(std::move(entries));
-    }
-    std::optional<services::DirectoryEntry> Find(const std::string& path) override {
-        const auto parent = folders.find(Parent(path));
-        if (parent == folders.end()) {
-            return std::nullopt;
-        }
-        for (const auto& entry : parent->second) {
-            if (entry.name == Name(path)) {
-                return entry;
+        for (const auto& [path, entry] : all) {
+            if (Parent(path) == place->first && suite::MatchesWildcard(entry.name, pattern)) {
+                listing->entries.push_back(entry);
             }
         }
-        return std::nullopt;
+        return listing;
+    }
+    std::optional<services::DirectoryEntry> Find(const std::string& path) override {
+        const auto place = Place(path);
+        return place == all.end() || IsRoot(path) ? std::nullopt : std::optional(place->second);
     }
     bool MakeDirectory(const std::string& path) override {
         made.push_back(path);
@@ -89,7 +73,8 @@ struct SimulatedDirectories : services::DirectoryCalls {
         if (takenByAnother.erase(plain) == 1) {
             AddFolder(plain);
         }
-        if (!folders.contains(Parent(plain)) || Find(plain)) {
+        const auto parent = Place(Parent(plain));
+        if (parent == all.end() || !parent->second.IsDirectory() || Has(plain)) {
             return false;
         }
         AddFolder(plain);
@@ -97,12 +82,8 @@ struct SimulatedDirectories : services::DirectoryCalls {
     }
     bool RemoveEmptyDirectory(const std::string& path) override {
         const std::string plain = Plain(path);
-        const auto found = folders.find(plain);
-        if (found == folders.end() || !found->second.empty()) {
-            return false;
-        }
-        folders.erase(found);
-        return Remove(plain);
+        return std::ranges::none_of(all, [&](const auto& each) { return Parent(each.first) == plain; }) &&
+               Remove(plain);
     }
     std::string TemporaryPath() override {
         if (temporaryPath.empty()) {
@@ -137,7 +118,12 @@ struct SimulatedDirectories : services::DirectoryCalls {
         return path.ends_with(':') || (path.starts_with("\\\\") && std::ranges::count(path, '\\') == 3);
     }
 
-    std::map<std::string, std::vector<services::DirectoryEntry>> folders;
+    using Entries = std::vector<std::pair<std::string, services::DirectoryEntry>>;
+    Entries::iterator Place(const std::string& path) {
+        return std::ranges::find(all, path, &Entries::value_type::first);
+    }
+
+    Entries all; ///< by their paths, in the order in which listings show them
     std::map<std::string, services::NetworkConnection> connections;
     std::string temporaryPath = "C:\\Temp";
     /// Folders that another process makes right in front of this one's attempt.

@@ -12,7 +12,6 @@
 namespace qndr::testing {
 
 /// Settings in memory: all values as text, addressed by key and name exactly as they are given.
-/// needs.
 struct MemoryRegistry : services::RegistryTools {
     std::string GetString(std::int32_t, const std::string& key, const std::string& name,
                           const std::string& fallback) override {
