@@ -111,8 +111,9 @@ SqliteConnection::SqliteConnection(const std::string& path, const services::Cloc
     const auto fail = [&](const std::string& words) {
         throw Failure("the database '" + path + "' cannot be opened: " + words);
     };
-    // SQLite makes a temporary database of an empty path.
-    if (path.empty() || path.find('\0') != std::string::npos) {
+    // Of these SQLite makes a temporary database, one in memory, or a URI.
+    if (path.empty() || path.starts_with(':') || path.starts_with("file:") ||
+        path.find('\0') != std::string::npos) {
         fail("this is no path of a file");
     }
     const int flags = SQLITE_OPEN_READWRITE | (missing == Missing::Create ? SQLITE_OPEN_CREATE : 0);
@@ -131,8 +132,8 @@ SqliteConnection::SqliteConnection(const std::string& path, const services::Cloc
         if (Number("PRAGMA page_count") == 0 && missing == Missing::Refuse) {
             throw Failure("the file is empty");
         }
-        if (Value("PRAGMA journal_mode = WAL") != "wal") {
-            throw Failure("it cannot be set to write-ahead logging");
+        if (missing == Missing::Create || IsCompanyWithoutWriteAheadLog()) {
+            UseWriteAheadLog();
         }
     } catch (const Failure& failure) {
         fail(failure.what());
@@ -146,6 +147,18 @@ SqliteConnection::~SqliteConnection() {
 
 void SqliteConnection::SetBusyTimeout(std::int32_t milliseconds) {
     sqlite3_busy_timeout(handle_, milliseconds);
+}
+
+bool SqliteConnection::IsCompanyWithoutWriteAheadLog() const {
+    return Value("PRAGMA journal_mode") != "wal" &&
+           Number("SELECT COUNT(*) FROM pragma_table_info('Company')"
+                  " WHERE name COLLATE NOCASE IN ('CompanyType', 'UniqueID')") == 2;
+}
+
+void SqliteConnection::UseWriteAheadLog() const {
+    if (Value("PRAGMA journal_mode = WAL") != "wal") {
+        throw Failure("it cannot be set to write-ahead logging");
+    }
 }
 
 SqliteStatement SqliteConnection::Prepare(std::string_view sql) const {

@@ -40,7 +40,7 @@ class SqliteStatement {
     std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement_;
 };
 
-/// One connection to an SQLite database file: WAL, full synchronous, foreign keys not enforced, DATEADD and
+/// One connection to an SQLite database file: full synchronous, foreign keys not enforced, DATEADD and
 /// GETUTCDATE given to it (both in "yyyymmdd hh:nn:ss" UTC, after the clock that the connection was opened with,
 /// which must outlive it).
 class SqliteConnection {
@@ -48,7 +48,8 @@ class SqliteConnection {
     enum class Missing { Refuse, Create };
 
     /// `path` is UTF-8. Raises services::Failure when the file cannot be opened, is no database, or is absent and
-    /// not to be made; Missing::Refuse leaves an empty file as it is, too.
+    /// not to be made; Missing::Refuse leaves an empty file as it is, too. A company, and whatever is opened with
+    /// Missing::Create, is switched to write-ahead logging; a database of another program keeps its ways.
     SqliteConnection(const std::string& path, const services::Clock& clock, Missing missing);
     ~SqliteConnection();
     SqliteConnection(const SqliteConnection&) = delete;
@@ -72,6 +73,9 @@ class SqliteConnection {
     std::int64_t Number(std::string_view sql, std::int64_t fallback = 0) const;
 
   private:
+    bool IsCompanyWithoutWriteAheadLog() const;
+    void UseWriteAheadLog() const;
+
     std::string path_;
     sqlite3* handle_ = nullptr;
 };
