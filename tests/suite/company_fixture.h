@@ -1,10 +1,8 @@
 #pragma once
 
 #include "services/platform.h"
+#include "suite/temporary_folder.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -21,21 +19,9 @@ class StandingClock : public services::Clock {
     services::TimeZoneInformation zone{.state = 1, .bias = 300, .standardBias = 0, .daylightBias = -60};
 };
 
-/// A folder of the test's own, with blanks and letters beyond ASCII in its path.
-class TestFolder {
+class TestFolder : public test::TemporaryFolder {
   public:
-    TestFolder() {
-        std::string path = testing::TempDir() + "qndr Prüfung XXXXXX";
-        folder_ = mkdtemp(path.data());
-    }
-    ~TestFolder() { std::filesystem::remove_all(folder_); }
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
-
-    std::string Path(const std::string& name) const { return folder_ + "/" + name; }
-
-  private:
-    std::string folder_;
+    std::string Path(const std::string& name) const { return *this / name; }
 };
 
 inline void WriteFile(const std::string& path, const std::string& content) {

@@ -6,12 +6,12 @@
 #include "suite/company/psd_file.h"
 #include "suite/company/sample_data.h"
 #include "suite/company_fixture.h"
+#include "suite/files/ini_files.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <map>
-#include <set>
 
 namespace qndr::suite {
 namespace {
@@ -27,23 +27,17 @@ class NumberedIDs : public services::SystemTools {
     int last = 0;
 };
 
-/// Holds values in memory and leaves a file behind, as the real one does; fails at the wanted write.
-class MemoryIni : public services::IniTools {
+/// Fails at the wanted write, and leaves a part of the file behind.
+class FailingIni : public DiskIniTools {
   public:
-    std::string GetValue(const std::string& section, const std::string& key, const std::string& fallback,
-                         const std::string& file) override {
-        const auto found = values.find(file + "|" + section + "|" + key);
-        return found == values.end() ? fallback : found->second;
-    }
     void SetValue(const std::string& section, const std::string& key, const std::string& value,
                   const std::string& file) override {
-        WriteFile(file, "[" + section + "]");
         if (--writesLeft < 0) {
+            WriteFile(file, "[" + section + "]");
             throw Failure("no room on the disk");
         }
-        values[file + "|" + section + "|" + key] = value;
+        DiskIniTools::SetValue(section, key, value, file);
     }
-    std::map<std::string, std::string> values;
     int writesLeft = 100;
 };
 
@@ -63,13 +57,6 @@ class CompanyTools : public testing::Test {
         Create(Wanted(name, type));
         return Open(name + ".db");
     }
-    std::set<std::string> Files() const {
-        std::set<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(folder.Path(""))) {
-            names.insert(entry.path().filename().string());
-        }
-        return names;
-    }
     /// The tables that differ, each with its counts.
     static std::string Differences(const SqliteConnection& left, const SqliteConnection& right, Scope scope) {
         std::string text;
@@ -85,13 +72,13 @@ class CompanyTools : public testing::Test {
     TestFolder folder;
     StandingClock clock;
     NumberedIDs ids;
-    MemoryIni ini;
+    FailingIni ini;
 };
 
 TEST_F(CompanyTools, CreationMakesACompanyThatThePsdLeadsTo) {
     NewCompany company = Wanted("lap; top", RoamingCompanyType);
     Create(company);
-    EXPECT_EQ(Files(), (std::set<std::string>{"lap; top.db", "lap; top.psd"}));
+    EXPECT_EQ(folder.Names(), (std::vector<std::string>{"lap; top.db", "lap; top.psd"}));
     EXPECT_EQ(ini.GetValue("COMPANY", "ConnectionString", "", company.psdFile),
               "Provider=SQLite;Data Source=\"lap; top.db\"");
     PsdFile psd(ini);
@@ -113,9 +100,9 @@ TEST_F(CompanyTools, CreationMakesACompanyThatThePsdLeadsTo) {
 
 TEST_F(CompanyTools, CreationTouchesNothingThatExistsAndLeavesNoRest) {
     const auto refused = [&](const NewCompany& company) {
-        const auto before = Files();
+        const auto before = folder.Names();
         EXPECT_THROW(Create(company), Failure);
-        EXPECT_EQ(Files(), before);
+        EXPECT_EQ(folder.Names(), before);
     };
     for (const char* const existing : {"a.psd", "a.db", "a.db-wal"}) {
         WriteFile(folder.Path(existing), "mine");
@@ -296,19 +283,6 @@ TEST_F(CompanyTools, StatesAreAskedForOnlyWhereTheProtocolKnowsThem) {
             EXPECT_EQ(roaming->Number("SELECT SyncState FROM Company"), state);
         }
     }
-}
-
-TEST_F(CompanyTools, OptionsFallBackOnTheDefaultProfile) {
-    const auto company = Made("main");
-    EXPECT_EQ(GetCompanyOption(*company, "Sync", "ResetSyncDate"), std::nullopt);
-    SetCompanyOption(*company, "Sync", "ResetSyncDate", "1");
-    SetCompanyOption(*company, "sync", "RESETSYNCDATE", "o'clock");
-    SetCompanyOption(*company, "Sync", "ResetSyncDate", "3", "Night");
-    EXPECT_EQ(GetCompanyOption(*company, "SYNC", "ResetSyncDate"), "o'clock");
-    EXPECT_EQ(GetCompanyOption(*company, "Sync", "ResetSyncDate", "night"), "3");
-    EXPECT_EQ(GetCompanyOption(*company, "Sync", "ResetSyncDate", "Day"), "o'clock");
-    SetCompanyOption(*company, "Sync", "ResetSyncDate", "", "Night");
-    EXPECT_EQ(GetCompanyOption(*company, "Sync", "ResetSyncDate", "Night"), "o'clock");
 }
 
 } // namespace

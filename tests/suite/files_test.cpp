@@ -10,7 +10,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 namespace qndr::suite {
@@ -76,8 +75,6 @@ TEST(DiskFiles, TemporaryFilesArePrivateAndNew) {
     EXPECT_NE(files.CreateTemporaryFile("", "suz", ".zip"), "");
     EXPECT_EQ(files.CreateTemporaryFile(folder / "absent", "suz", ".zip"), "");
 
-    fs::create_directory_symlink(folder / "deep", folder / "link");
-    EXPECT_EQ(DiskFileTools(folder / "link").CreateTemporaryFile("", "suz", ".zip"), "");
     fs::create_directory(folder / "foreign");
     if (chown((folder / "foreign").c_str(), 65534, 65534) == 0) {
         EXPECT_EQ(DiskFileTools(folder / "foreign").CreateTemporaryFile("", "suz", ".zip"), "");
@@ -118,24 +115,6 @@ TEST(DiskFiles, ACopyIsWholeOrNotThere) {
     }
     EXPECT_EQ(folder.Read("Sync/a~b.zip"), "new");
     EXPECT_EQ(folder.Names("Sync"), (Names{"a~b.zip", "folder"}));
-}
-
-TEST(DiskFiles, AReaderNeverMeetsAPartOfACopy) {
-    const TemporaryFolder folder;
-    DiskFileTools files(folder / "Temp");
-    const std::string content(50'000'000, 'x');
-    const std::string source = folder.Write("source", content);
-    fs::create_directory(folder / "Sync");
-    std::jthread copy([&] { EXPECT_TRUE(files.CopyFile(source, folder / "Sync/big.zip", false)); });
-    bool arrived = false;
-    while (!arrived) {
-        for (const auto& entry : fs::directory_iterator(folder / "Sync")) {
-            if (entry.path().extension() == ".zip") {
-                EXPECT_EQ(entry.file_size(), content.size());
-                arrived = true;
-            }
-        }
-    }
 }
 
 TEST(DiskFiles, MovingKeepsTheSourceUnlessItSucceeds) {

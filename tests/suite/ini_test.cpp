@@ -1,6 +1,5 @@
 #include "services/failure.h"
 #include "suite/files/ini_files.h"
-#include "suite/full_disk.h"
 #include "suite/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -69,10 +68,6 @@ TEST(IniFiles, AreLeftAloneWhenTheyAreNone) {
 
     const std::string path = folder.Write("good", start);
     EXPECT_THROW(ini.SetValue("G", "A", "2\r\nSequence=9", path), services::Failure);
-    {
-        const test::FullDisk full(4);
-        EXPECT_THROW(ini.SetValue("G", "A", "2", path), services::Failure);
-    }
     EXPECT_EQ(folder.Read("good"), start);
     EXPECT_EQ(folder.Names(), (std::vector<std::string>{"allowed", "good", "none"}));
 }

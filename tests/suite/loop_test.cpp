@@ -99,17 +99,6 @@ TEST_F(Loop, RunEndsByQuitOrByARequestFromOutside) {
     EXPECT_THROW(time.Loop().Run(), services::Failure);
 }
 
-TEST_F(Loop, AClockThatIsSetMovesNoTick) {
-    time.Loop().AddTick("tick", 10'000, [&] { Note("tick"); });
-    time.Advance(4'500);
-    time.SetNow(kStart.AddDays(-1));
-    EXPECT_EQ(time.Now(), kStart.AddDays(-1));
-    time.Advance(5'500);
-    EXPECT_EQ(events.size(), 1U);
-    time.SetTimeZone({2, 300, 0, -60});
-    EXPECT_EQ(time.GetTimeZoneInformation().daylightBias, -60);
-}
-
 /// A time that passes only by the test's hand.
 struct HandTicks : Ticks {
     std::int64_t Now() const override { return now; }

@@ -33,17 +33,22 @@ class Registry : public testing::Test {
     std::string file = folder / "config/suite/registry.db";
 };
 
-/// Runs `work` in a process of its own; true when it succeeded there.
-template <typename Work> bool InAnotherProcess(Work work) {
+/// Runs `work` in a process of its own, which ends with 0 when it succeeds there.
+template <typename Work> pid_t StartProcess(Work work) {
     const pid_t child = fork();
     if (child == 0) {
         int result = 1;
         try {
             result = work() ? 0 : 1;
-        } catch (...) {
+        } catch (const std::exception& error) {
+            fprintf(stderr, "%s\n", error.what());
         }
         _exit(result);
     }
+    return child;
+}
+
+bool Succeeded(pid_t child) {
     int status = 1;
     return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
@@ -82,11 +87,11 @@ TEST_F(Registry, KeepsValuesByHiveKeyAndNameWithoutCase) {
 TEST_F(Registry, IsSharedWithOtherProcessesAndSurvivesItsFile) {
     RegistryStore store(file, clock);
     const auto writeElsewhere = [&](std::int32_t value) {
-        return InAnotherProcess([&] {
+        return Succeeded(StartProcess([&] {
             RegistryStore other(file, clock);
             other.SetLong(CurrentUserHive, kKey, "StopSync", value);
             return Long(other, "StopSync") == value;
-        });
+        }));
     };
     EXPECT_EQ(Long(store, "StopSync"), -7);
     ASSERT_TRUE(writeElsewhere(1));
@@ -107,26 +112,16 @@ TEST_F(Registry, LosesNothingWhenManyWriteAtOnceFromTheStart) {
     constexpr int kValues = 20;
     std::vector<pid_t> children;
     for (int writer = 0; writer < kWriters; ++writer) {
-        const pid_t child = fork();
-        if (child == 0) {
-            int result = 0;
-            try {
-                RegistryStore store(file, clock);
-                for (int i = 0; i < kValues; ++i) {
-                    store.SetLong(CurrentUserHive, kKey, std::to_string(writer * kValues + i), i);
-                }
-            } catch (const std::exception& error) {
-                fprintf(stderr, "%s\n", error.what());
-                result = 1;
+        children.push_back(StartProcess([&] {
+            RegistryStore store(file, clock);
+            for (int i = 0; i < kValues; ++i) {
+                store.SetLong(CurrentUserHive, kKey, std::to_string(writer * kValues + i), i);
             }
-            _exit(result);
-        }
-        children.push_back(child);
+            return true;
+        }));
     }
     for (const pid_t child : children) {
-        int status = 1;
-        waitpid(child, &status, 0);
-        EXPECT_EQ(status, 0);
+        EXPECT_TRUE(Succeeded(child));
     }
     EXPECT_EQ(RegistryStore(file, clock).List(kKey).size(), static_cast<std::size_t>(kWriters * kValues));
 }
@@ -158,7 +153,7 @@ TEST_F(Registry, OnlyOneCopyOfAProgramRuns) {
     EXPECT_EQ(computer.registryFile, folder / "computer/registry.db");
     EXPECT_EQ(computer.temporaryFolder, folder / "computer/Temp");
     const auto othersSee = [&](const std::string& name) {
-        return InAnotherProcess([&] { return RunningProgram(computer, name).AnotherCopyIsRunning(); });
+        return Succeeded(StartProcess([&] { return RunningProgram(computer, name).AnotherCopyIsRunning(); }));
     };
     {
         RunningProgram agent(computer, "qndr5rwsync");

@@ -11,11 +11,11 @@
 
 namespace qndr::test {
 
-/// A folder of one test, deleted at its end.
+/// A folder of one test, with a blank and a letter beyond ASCII in its path, deleted at its end.
 class TemporaryFolder {
   public:
     TemporaryFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "qndr-test-XXXXXX").string();
+        std::string pattern = (std::filesystem::temp_directory_path() / "qndr prüfung XXXXXX").string();
         if (mkdtemp(pattern.data()) == nullptr) {
             throw std::runtime_error("no temporary folder");
         }
