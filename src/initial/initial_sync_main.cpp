@@ -111,7 +111,7 @@ std::string PackInitialSync(AgentContext& context, const std::string& folder, Sy
         WriteLog(context, "Error: The sequence file was not added to '" + folder + "'.");
         return "";
     }
-    const std::string path = CreateSyncFile(context, folder);
+    std::string path = CreateSyncFile(context, folder);
     if (path.empty()) {
         WriteLog(context, "Error: The data file was not added to '" + folder + "'.");
     } else {

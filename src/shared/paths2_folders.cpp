@@ -58,7 +58,7 @@ bool Paths2::CreateNestedFolder(const std::string& path) {
         rest = path.substr(end);
     }
     for (const std::string& piece : Split(rest, separator_)) {
-        soFar = FixPath(soFar, true) + piece;
+        soFar = FixPath(soFar, true).append(piece);
         if (!hasDrives_ && soFar.empty()) {
             soFar = separator_; // the root, in front of a rooted path's first separator
             continue;

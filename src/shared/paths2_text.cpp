@@ -21,7 +21,7 @@ Paths2::Paths2(services::DirectoryCalls& calls, services::FileTools& fileTools, 
 
 bool Paths2::SplitPath(const std::string& path, std::string& folder, std::string& name, std::string& extension) {
     // One of the outputs may be the path itself.
-    const std::string whole = path;
+    const std::string whole = path; // NOLINT(performance-unnecessary-copy-initialization)
     folder.clear();
     name.clear();
     extension.clear();

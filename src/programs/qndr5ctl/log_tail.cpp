@@ -54,6 +54,7 @@ std::vector<fs::path> LogTail::Files() const {
                                         : one.second.native().size() < other.second.native().size();
     });
     std::vector<fs::path> files;
+    files.reserve(found.size());
     for (auto& [time, path] : found) {
         files.push_back(std::move(path));
     }

@@ -18,6 +18,7 @@ namespace qndr::control {
 class TableCounter {
   public:
     TableCounter();
+    ~TableCounter() = default;
     TableCounter(const TableCounter&) = delete;
     TableCounter& operator=(const TableCounter&) = delete;
 

@@ -9,11 +9,13 @@ namespace qndr {
 
 /// The agent without a window: the scheduler on a headless loop. There are no labels and no controls to fill; what
 /// the tray would show goes to a terminal, if there is one.
-class HeadlessAgent : public AgentView, public ActivityTarget {
+class HeadlessAgent final : public AgentView, public ActivityTarget {
   public:
     /// All of them must outlive the agent. `terminal` may be null.
     HeadlessAgent(AgentContext& context, suite::HeadlessLoop& loop, std::ostream* terminal);
     ~HeadlessAgent() override;
+    HeadlessAgent(const HeadlessAgent&) = delete;
+    HeadlessAgent& operator=(const HeadlessAgent&) = delete;
 
     /// Runs until it is asked to stop.
     void Run();

@@ -3,6 +3,7 @@
 #include "programs/qndr5rwsyncd/headless_agent.h"
 #include "programs/qndr5rwsyncd/options.h"
 #include "services/failure.h"
+#include "shared/settings.h"
 #include "suite/computer/system_clock.h"
 #include "suite/computer/system_facts.h"
 #include "suite/computer/ticks.h"
@@ -31,6 +32,10 @@ void RunAgent(const qndr::Options& options) {
     if (qndr::StartAgent(context, options.commandLine) != qndr::StartUp::LoadAgent) {
         return;
     }
+    // An agent that can keep no setting could neither keep its schedule nor be asked to stop: this write raises
+    // then.
+    context.services.registryTools.SetLong(qndr::services::CurrentUserHive, qndr::settings::RootKey,
+                                           qndr::settings::StopSync, 0);
     qndr::HeadlessAgent agent(context, loop, isatty(STDOUT_FILENO) != 0 ? &std::cout : nullptr);
     if (options.passes) {
         agent.RunPasses(*options.passes);

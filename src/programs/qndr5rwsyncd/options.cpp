@@ -66,6 +66,7 @@ int ReadPasses(const std::string& text) {
 
 std::vector<std::string> SwitchNames() {
     std::vector<std::string> names;
+    names.reserve(kSwitches.size());
     for (const Switch& known : kSwitches) {
         names.emplace_back(known.name);
     }

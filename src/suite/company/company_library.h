@@ -15,6 +15,8 @@ class CompanyLibrary : public services::SharedCodeLibrary {
   public:
     CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock);
     ~CompanyLibrary() override;
+    CompanyLibrary(const CompanyLibrary&) = delete;
+    CompanyLibrary& operator=(const CompanyLibrary&) = delete;
 
     void SetConnectionString(const std::string& text) override;
     void SetPSDFile(const std::string& path) override;

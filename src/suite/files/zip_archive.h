@@ -11,7 +11,7 @@ namespace qndr::suite {
 
 /// ZIP archives by way of libzip. Memory does not grow with the archive's files. What comes in is not trusted: a
 /// stored size that does not match, a wrong checksum and a ratio over 1,000 to 1 beyond 64 MiB are failures.
-class LibZipArchive : public services::ZipArchive {
+class LibZipArchive final : public services::ZipArchive {
   public:
     LibZipArchive() = default;
     /// Throws away what was not written.
