@@ -193,11 +193,11 @@ TEST_F(CompanyServicesTest, GivesEachCompanyALocalFolder) {
 
     library_.SetPSDFile(folder_.Path("...psd"));
     files.Initialize(library_);
-    EXPECT_EQ(files.GetRootFolderPath(flag), "");
+    EXPECT_EQ(files.GetRootFolderPath(flag), computer_.localRoot + "/...psd");
     WriteFile(computer_.localRoot + "/taken", "a file");
     library_.SetPSDFile(folder_.Path("taken.psd"));
     files.Initialize(library_);
-    EXPECT_EQ(files.GetRootFolderPath(flag), "");
+    EXPECT_EQ(files.GetRootFolderPath(flag), computer_.localRoot + "/taken") << "an empty one would be relative";
 }
 
 } // namespace

@@ -13,18 +13,24 @@ void FileManager::Initialize(services::SharedCodeLibrary& library) {
     if (company == nullptr) {
         throw services::Failure("the file manager cannot work with this library");
     }
-    baseName_ = FromPath(ToPath(company->PSDFile()).stem());
+    const std::filesystem::path file = ToPath(company->PSDFile());
+    name_ = FromPath(file.stem());
+    // A base name of dots would lead out of the local root.
+    if (name_.find_first_not_of('.') == std::string::npos) {
+        name_ = FromPath(file.filename());
+    }
 }
 
 std::string FileManager::GetRootFolderPath(bool&) {
-    // A base name of dots would lead out of the local root.
-    if (baseName_.find_first_not_of('.') == std::string::npos) {
+    if (name_.empty()) {
         return "";
     }
-    const std::filesystem::path folder = ToPath(computer_.localRoot) / ToPath(baseName_);
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    return error ? "" : FromPath(folder);
+    const std::filesystem::path folder = ToPath(computer_.localRoot) / ToPath(name_);
+    // The answer stands also when the folder cannot be made, and its use then fails. An empty one would be taken
+    // for a folder below the one that the process happens to be in, and old files there would be cleaned up.
+    std::error_code ignored;
+    std::filesystem::create_directories(folder, ignored);
+    return FromPath(folder);
 }
 
 } // namespace qndr::suite

@@ -15,13 +15,13 @@ class FileManager : public services::FileManager {
     /// Raises services::Failure for a library of another make.
     void Initialize(services::SharedCodeLibrary& library) override;
     /// The folder named after the company's .psd file below the computer's local root, made when it is missing.
-    /// Empty when the library knows no .psd file and when the folder cannot be made.
+    /// The path comes back also when the folder cannot be made; empty when the library knows no .psd file.
     std::string GetRootFolderPath(bool& flag) override;
     void PreTerminate() override {}
 
   private:
     const Computer& computer_;
-    std::string baseName_;
+    std::string name_;
 };
 
 } // namespace qndr::suite
