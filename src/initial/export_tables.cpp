@@ -1,14 +1,7 @@
 #include "initial/export_tables.h"
 
 namespace qndr {
-namespace {
-
-// By the clock of the database server, when the engine runs the statement.
-constexpr const char* RecentActivity = " WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())";
-constexpr const char* TravellingAttachments = " WHERE AttachmentType <> 2 AND AttachmentType <> 3";
-
-} // namespace
-
+// Thirty days count by the clock of the database server, when the engine runs the statement.
 const std::array<ExportTable, 53> ExportTables{{
     {"ProductTypes"},
     {"Manufacturers"},
@@ -42,23 +35,27 @@ const std::array<ExportTable, 53> ExportTables{{
     {"PurchaseOrderItemStatusCodes"},
     {"Employees"},
     {"EmployeeAddresses"},
-    {"EmployeeActivity", RecentActivity},
+    {"EmployeeActivity",
+     "SELECT * FROM vwExporting_EmployeeActivity WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
     {"EmployeeSecurityRoles"},
     {"Customers"},
     {"GroupedCustomers"},
-    {"CustomerActivity", RecentActivity},
+    {"CustomerActivity",
+     "SELECT * FROM vwExporting_CustomerActivity WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
     {"CustomerAddresses"},
     {"Vendors"},
-    {"VendorActivity", RecentActivity},
+    {"VendorActivity",
+     "SELECT * FROM vwExporting_VendorActivity WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
     {"Products"},
     {"ProductVendors"},
-    {"ProductActivity", RecentActivity},
+    {"ProductActivity",
+     "SELECT * FROM vwExporting_ProductActivity WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
     {"ProductTags"},
     {"Discounts"},
     {"OptionCallouts"},
     {"OptionDefaults"},
     {"OptionDetailSettings"},
-    {"Attachments", TravellingAttachments},
+    {"Attachments", "SELECT * FROM vwExporting_Attachments WHERE AttachmentType <> 2 AND AttachmentType <> 3"},
     {"CompanyFeatures"},
     {"CompanySetup"},
     {"RequireDepositCriteria"},
@@ -66,7 +63,7 @@ const std::array<ExportTable, 53> ExportTables{{
 }};
 
 std::string ExportStatement(const ExportTable& table) {
-    return std::string("SELECT * FROM vwExporting_") + table.Name + table.Condition;
+    return table.Statement != nullptr ? table.Statement : std::string("SELECT * FROM vwExporting_") + table.Name;
 }
 
 } // namespace qndr

@@ -16,9 +16,6 @@
 namespace qndr {
 namespace {
 
-constexpr const char* WorkingFolderFault =
-    "Unable to perform an initial sync because a working folder cannot be created.";
-
 std::string GetName(AgentContext& context, const FoundSyncFile& entry) {
     std::string name;
     Attempt([&] { name = context.services.fileTools.GetFileName(entry.FilePath); });
@@ -26,12 +23,11 @@ std::string GetName(AgentContext& context, const FoundSyncFile& entry) {
 }
 
 /// Moves the sender's row to the state and marks the file, also when there is no such row.
-void MoveSender(AgentContext& context, FoundSyncFile& entry, SyncState state, const std::string& occasion) {
+void MoveSender(AgentContext& context, FoundSyncFile& entry, SyncState state, const std::string& errorText) {
     const std::string statement =
         FormatString("UPDATE RoamingWorkstations SET SyncState = {0} WHERE UniqueID = '{1}'", state, entry.From);
     if (Holds([&] { return context.Database().ExecuteNonQuery(statement) != 1; })) {
-        WriteLog(context, "Error: There was a problem updating the RoamingWorkstations table when receiving " +
-                              occasion + ". More information to follow.");
+        WriteLog(context, errorText);
         WriteLog(context, statement);
         Attempt([&] { WriteLog(context, context.Database().LastSQLErrorDescription()); });
     }
@@ -52,7 +48,10 @@ void TakeRequest(AgentContext& context, FoundSyncFile& entry) {
                               std::to_string(entry.SyncState) + " is not 'initial sync requested'.");
         return;
     }
-    MoveSender(context, entry, SyncStateInitialSyncRequired, "initial sync request");
+    MoveSender(
+        context, entry, SyncStateInitialSyncRequired,
+        "Error: There was a problem updating the RoamingWorkstations table when receiving initial sync request. "
+        "More information to follow.");
 }
 
 void TakeAcknowledge(AgentContext& context, FoundSyncFile& entry) {
@@ -64,7 +63,9 @@ void TakeAcknowledge(AgentContext& context, FoundSyncFile& entry) {
                               std::to_string(entry.SyncState) + " is not 'ready'.");
         return;
     }
-    MoveSender(context, entry, SyncStateReady, "initial sync acknowledge");
+    MoveSender(context, entry, SyncStateReady,
+               "Error: There was a problem updating the RoamingWorkstations table when receiving initial sync "
+               "acknowledge. More information to follow.");
 }
 
 void TakeAcknowledges(AgentContext& context, const std::string& ownId, std::vector<FoundSyncFile>& files) {
@@ -165,8 +166,11 @@ void SendInitialSync(AgentContext& context, const services::Node* record) {
     Attempt([&] { info.ReferenceCode = Variant(GetNodeLong("ReferenceCode", record, 0)).ToByte(); });
     const std::string folder = CreateWorkingFolder(context);
     if (folder.empty()) {
-        Attempt([&] { context.CurrentLibrary().RecordEvent(WorkingFolderFault); });
-        WriteLog(context, std::string("Error: ") + WorkingFolderFault);
+        Attempt([&] {
+            context.CurrentLibrary().RecordEvent(
+                "Unable to perform an initial sync because a working folder cannot be created.");
+        });
+        WriteLog(context, "Error: Unable to perform an initial sync because a working folder cannot be created.");
         return;
     }
     WriteLog(context, "The working folder '" + folder + "' was created.");

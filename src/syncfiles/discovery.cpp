@@ -135,7 +135,7 @@ bool ManageDeletedSyncFile(AgentContext& context, const std::string& path) {
         return DeleteFile(context, path);
     }
     std::string folder;
-    Attempt([&] { folder = GetDatedSyncLocalFolder(context, "Deleted"); });
+    Attempt([&] { folder = GetDatedFolder(context, R"(Sync Local\Deleted)"); });
     if (Holds([&] { return !context.services.pathTools.CreateNestedFolder(folder); })) {
         WriteLog(context, "Unable to create the manage delete folder '" + folder + "'. The sync file '" + path +
                               "' will be deleted.");

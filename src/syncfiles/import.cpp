@@ -32,13 +32,13 @@ bool ImportDataEntry(AgentContext& context, const ImportTexts& texts, services::
                      services::ZipEntry& dataEntry) {
     const std::string folder = CreateWorkingFolder(context);
     if (folder.empty()) {
-        WriteLog(context, texts.about + "because a temporary folder could not be created.");
+        WriteLog(context, texts.about + "' because a temporary folder could not be created.");
         return false;
     }
     bool failed = false;
     if (Holds([&] { return dataEntry.Extract(folder) != 1; })) {
         failed = true;
-        WriteLog(context, texts.about + "because its data.xml file could not be extracted to '" + folder +
+        WriteLog(context, texts.about + "' because its data.xml file could not be extracted to '" + folder +
                               "'. More informtion to follow.");
         Attempt([&] { WriteLog(context, zip.LastErrorText()); });
     } else {
@@ -46,8 +46,8 @@ bool ImportDataEntry(AgentContext& context, const ImportTexts& texts, services::
         Attempt([&] { dataFile = context.services.pathTools.FixPath(folder, true) + "data.xml"; });
         if (Holds([&] { return !context.services.fileTools.FileExists(dataFile); })) {
             failed = true;
-            WriteLog(context,
-                     texts.about + "because its extracted data.xml file, '" + dataFile + "' could not be found.");
+            WriteLog(context, texts.about + "' because its extracted data.xml file, '" + dataFile +
+                                  "' could not be found.");
         } else {
             ImportDataFile(context, texts, dataFile);
         }
@@ -61,7 +61,7 @@ bool ImportDataEntry(AgentContext& context, const ImportTexts& texts, services::
 bool ImportSyncFileData(AgentContext& context, const FoundSyncFile& entry) {
     std::string name;
     Attempt([&] { name = context.services.fileTools.GetFileName(entry.FilePath); });
-    const ImportTexts texts{name, entry.FilePath, "Error: Unable to process the sync file '" + name + "' "};
+    const ImportTexts texts{name, entry.FilePath, "Error: Unable to process the sync file '" + name};
     if (Holds([&] { return !context.services.fileTools.FileExists(entry.FilePath); })) {
         WriteLog(context, "The sync file '" + name + "' will not be processed becuase it does not exist.");
         return false;
@@ -69,7 +69,7 @@ bool ImportSyncFileData(AgentContext& context, const FoundSyncFile& entry) {
     std::unique_ptr<services::ZipArchive> zip;
     Attempt([&] { zip = context.services.objects.CreateZipArchive(); });
     if (Holds([&] { return Present(zip).OpenZip(entry.FilePath) == 0; })) {
-        WriteLog(context, texts.about + "because it could not be opened. More information to follow.");
+        WriteLog(context, texts.about + "' because it could not be opened. More information to follow.");
         Attempt([&] { WriteLog(context, Present(zip).LastErrorText()); });
         return true;
     }
@@ -77,7 +77,7 @@ bool ImportSyncFileData(AgentContext& context, const FoundSyncFile& entry) {
     std::unique_ptr<services::ZipEntry> dataEntry;
     Attempt([&] { dataEntry = zip->GetEntryByName("data.xml"); });
     if (!dataEntry) {
-        WriteLog(context, texts.about + "because its data.xml file could not be found.");
+        WriteLog(context, texts.about + "' because its data.xml file could not be found.");
     } else {
         done = ImportDataEntry(context, texts, *zip, *dataEntry);
         dataEntry.reset();

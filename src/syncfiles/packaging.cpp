@@ -19,12 +19,12 @@ void ReadIdEntry(AgentContext& context, const std::string& about, const std::uni
     }
     std::string path;
     if (Holds([&] { return idEntry.Extract(folder) != 1; })) {
-        WriteLog(context, about + "becuase its id.dat file could not read. More information to follow.");
+        WriteLog(context, about + "' becuase its id.dat file could not read. More information to follow.");
         LogLastErrorText(context, zip);
     } else {
         Attempt([&] { path = context.services.pathTools.FixPath(folder, true) + "id.dat"; });
         if (Holds([&] { return !context.services.fileTools.FileExists(path); })) {
-            WriteLog(context, about + "becuase its id.dat file could not extracted to '" + path + ".");
+            WriteLog(context, about + "' becuase its id.dat file could not extracted to '" + path + ".");
         } else {
             ReadIdFile(context, path, entry);
             Attempt([&] { context.services.fileTools.DeleteFile(path); });
@@ -85,18 +85,18 @@ void ReadSyncFile(AgentContext& context, FoundSyncFile& entry) {
         WriteLog(context, "Error: The sync file '" + name + "' will not be read because it does not exist.");
         return;
     }
-    const std::string about = "Error: Unable to read the sync file '" + name + "' ";
+    const std::string about = "Error: Unable to read the sync file '" + name;
     std::unique_ptr<services::ZipArchive> zip;
     Attempt([&] { zip = context.services.objects.CreateZipArchive(); });
     if (Holds([&] { return Present(zip).OpenZip(entry.FilePath) == 0; })) {
-        WriteLog(context, about + "becuase it could not be opened. More information to follow.");
+        WriteLog(context, about + "' becuase it could not be opened. More information to follow.");
         LogLastErrorText(context, zip);
         return;
     }
     std::unique_ptr<services::ZipEntry> idEntry;
     Attempt([&] { idEntry = zip->GetEntryByName("id.dat"); });
     if (!idEntry) {
-        WriteLog(context, about + "becuase its id.dat file could not be found.");
+        WriteLog(context, about + "' becuase its id.dat file could not be found.");
     } else {
         ReadIdEntry(context, about, zip, *idEntry, entry);
         idEntry.reset();

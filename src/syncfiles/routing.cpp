@@ -2,6 +2,7 @@
 
 #include "shared/dates.h"
 #include "shared/failure_rule.h"
+#include "shared/formatting.h"
 #include "shared/records.h"
 #include "shared/settings.h"
 #include "shared/sync_log.h"
@@ -47,12 +48,16 @@ std::string GetRootFolderPath(AgentContext& context, bool flag) {
     return path;
 }
 
-std::string GetDatedSyncLocalFolder(AgentContext& context, const std::string& kind) {
-    std::string folder = context.services.pathTools.FixPath(GetRootFolderPath(context, false), true);
+std::string GetDatedFolder(AgentContext& context, const std::string& below) {
+    services::PathTools& pathTools = context.services.pathTools;
+    std::string folder = pathTools.FixPath(GetRootFolderPath(context, false), true);
     const CivilTime today = context.services.clock.Now().Civil();
-    for (const std::string& piece :
-         {std::string("Sync Local"), kind, Digits(today.year, 4), Digits(today.month, 2)}) {
-        folder = context.services.pathTools.FixPath(folder + piece, true);
+    const std::string dated =
+        below + "\\" + FormatString(R"({0}\{1})", Digits(today.year, 4), Digits(today.month, 2));
+    for (std::size_t start = 0; start < dated.size();) {
+        const std::size_t end = std::min(dated.find('\\', start), dated.size());
+        folder = pathTools.FixPath(folder + dated.substr(start, end - start), true);
+        start = end + 1;
     }
     return folder;
 }
@@ -69,11 +74,11 @@ std::string NewFileToken(AgentContext& context) {
 bool CopySyncFileToRoaming(AgentContext& context, const std::string& source, const services::Node* workstation) {
     Wait(context, 3);
     const std::string uniqueId = GetNodeText("UniqueID", workstation, "");
-    const std::string about = "sync file '" + source + "' for the Roaming Workstation '" + uniqueId + "' ";
+    const std::string about = " sync file '" + source + "' for the Roaming Workstation '" + uniqueId;
     const std::string folder = GetSyncFolder(context);
     if (folder.empty()) {
         WriteLog(context,
-                 "Error: Unable to copy a " + about + "because the 'SYNC' folder could not be identified.");
+                 "Error: Unable to copy a" + about + "' because the 'SYNC' folder could not be identified.");
         return false;
     }
     const Date now = PresentMoment(context);
@@ -81,10 +86,10 @@ bool CopySyncFileToRoaming(AgentContext& context, const std::string& source, con
     Attempt([&] { target = BuildTarget(context, folder, uniqueId, now, ".zip"); });
     KeepSyncFile(context, source, target);
     if (Holds([&] { return context.services.fileTools.CopyFile(source, target, false); })) {
-        WriteLog(context, "The " + about + "was copied to '" + target + "'.");
+        WriteLog(context, "The" + about + "' was copied to '" + target + "'.");
         return true;
     }
-    WriteLog(context, "Error: Unable to copy a " + about + "to '" + target + "'.");
+    WriteLog(context, "Error: Unable to copy a" + about + "' to '" + target + "'.");
     return false;
 }
 
@@ -114,10 +119,9 @@ bool CopySyncFileToMain(AgentContext& context, const std::string& source) {
 }
 
 bool CopyHeartbeatFileToMain(AgentContext& context, const std::string& source, std::string& heartbeatFile) {
-    const std::string about = "roaming workstation heartbeat file '" + source + "' ";
     if (context.SyncFolder.empty()) {
-        WriteLog(context, "Error: Unable to copy a " + about +
-                              "for the main system because the 'SYNC' folder could not be identified.");
+        WriteLog(context, "Error: Unable to copy a roaming workstation heartbeat file '" + source +
+                              "' for the main system because the 'SYNC' folder could not be identified.");
         return false;
     }
     const Date now = PresentMoment(context);
@@ -125,10 +129,12 @@ bool CopyHeartbeatFileToMain(AgentContext& context, const std::string& source, s
     Attempt([&] { target = BuildTarget(context, context.SyncFolder, context.RoamingUniqueID, now, ".rhb"); });
     if (Holds([&] { return context.services.fileTools.CopyFile(source, target, false); })) {
         heartbeatFile = target;
-        WriteLog(context, "The " + about + "was copied for the main system as '" + target + "'.");
+        WriteLog(context, "The roaming workstation heartbeat file '" + source +
+                              "' was copied for the main system as '" + target + "'.");
         return true;
     }
-    WriteLog(context, "Error: Unable to copy a " + about + "for the main system as '" + target + "'.");
+    WriteLog(context, "Error: Unable to copy a roaming workstation heartbeat file '" + source +
+                          "' for the main system as '" + target + "'.");
     return false;
 }
 
@@ -142,7 +148,7 @@ void KeepSyncFile(AgentContext& context, const std::string& source, const std::s
         return;
     }
     std::string folder;
-    Attempt([&] { folder = GetDatedSyncLocalFolder(context, "History"); });
+    Attempt([&] { folder = GetDatedFolder(context, R"(Sync Local\History)"); });
     if (Holds([&] { return !context.services.pathTools.CreateNestedFolder(folder); })) {
         return;
     }

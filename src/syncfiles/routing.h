@@ -18,9 +18,9 @@ std::string GetSyncFolder(AgentContext& context);
 /// to the file manager; all callers of this system pass false.
 std::string GetRootFolderPath(AgentContext& context, bool flag);
 
-/// Root folder + "Sync Local", `kind` ("History", "Deleted", "Orders"), year and month of the local date, ending
-/// in a separator. Makes nothing. Raises when a path or the clock cannot be had.
-std::string GetDatedSyncLocalFolder(AgentContext& context, const std::string& kind);
+/// Root folder + `below` (a path with "\" between its folders, whatever the platform's separator) + year and month
+/// of the local date, ending in a separator. Makes nothing. Raises when a path or the clock cannot be had.
+std::string GetDatedFolder(AgentContext& context, const std::string& below);
 
 /// A new text that a file name can carry, without "~". Empty on failure.
 std::string NewFileToken(AgentContext& context);

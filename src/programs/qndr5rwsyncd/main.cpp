@@ -34,8 +34,8 @@ void RunAgent(const qndr::Options& options) {
     }
     // An agent that can keep no setting could neither keep its schedule nor be asked to stop: this write raises
     // then.
-    context.services.registryTools.SetLong(qndr::services::CurrentUserHive, qndr::settings::RootKey,
-                                           qndr::settings::StopSync, 0);
+    qndr::services::RegistryTools& registry = context.services.registryTools;
+    registry.SetLong(qndr::services::CurrentUserHive, qndr::settings::RootKey, qndr::settings::StopSync, 0);
     qndr::HeadlessAgent agent(context, loop, isatty(STDOUT_FILENO) != 0 ? &std::cout : nullptr);
     if (options.passes) {
         agent.RunPasses(*options.passes);

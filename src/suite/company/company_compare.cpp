@@ -2,7 +2,7 @@
 
 #include "suite/company/company_ddl.h"
 #include "suite/company/company_schema.h"
-#include "suite/engine/name_compare.h"
+#include "suite/files/ascii_case.h"
 
 #include <algorithm>
 
@@ -70,7 +70,7 @@ class RowStream {
             return false;
         }
         if (type == ColumnType::Reference) {
-            return SameName(rows_.Text(index), other.rows_.Text(index));
+            return EqualsWithoutCase(rows_.Text(index), other.rows_.Text(index));
         }
         return rows_.Bytes(index) == other.rows_.Bytes(index);
     }

@@ -1,7 +1,7 @@
 #include "suite/company/company_schema.h"
 
 #include "suite/company/company_ddl.h"
-#include "suite/engine/name_compare.h"
+#include "suite/files/ascii_case.h"
 
 #include <algorithm>
 
@@ -109,8 +109,8 @@ CREATE TABLE cacheProductStyles (
 
 const Table* FindAuditedTable(std::string_view name) {
     const auto& tables = AuditedTables();
-    const auto found =
-        std::find_if(tables.begin(), tables.end(), [&](const Table& table) { return SameName(table.name, name); });
+    const auto found = std::find_if(tables.begin(), tables.end(),
+                                    [&](const Table& table) { return EqualsWithoutCase(table.name, name); });
     return found == tables.end() ? nullptr : &*found;
 }
 

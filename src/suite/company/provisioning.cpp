@@ -2,7 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/company/company_creation.h"
-#include "suite/engine/name_compare.h"
+#include "suite/files/ascii_case.h"
 
 namespace qndr::suite {
 
@@ -66,7 +66,7 @@ void RequirePairable(const SqliteConnection& main, const SqliteConnection& roami
             throw Failure("the workstation's audit log is not empty, and all of it would be sent to main; make a "
                           "new company for the workstation");
         }
-    } else if (!SameName(mainUniqueID, CompanyText(main, "UniqueID"))) {
+    } else if (!EqualsWithoutCase(mainUniqueID, CompanyText(main, "UniqueID"))) {
         throw Failure("the workstation belongs to another main company");
     }
 }

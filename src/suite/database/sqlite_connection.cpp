@@ -138,7 +138,7 @@ SqliteConnection::SqliteConnection(const std::string& path, const services::Cloc
     } catch (const Failure& failure) {
         fail(failure.what());
     }
-    owner.release();
+    static_cast<void>(owner.release());
 }
 
 SqliteConnection::~SqliteConnection() {

@@ -16,6 +16,7 @@ namespace {
 std::unique_ptr<RecordTable> ReadAll(SqliteStatement& statement) {
     const int count = statement.ColumnCount();
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(count));
     for (int column = 0; column < count; ++column) {
         names.push_back(statement.ColumnName(column));
     }

@@ -1,7 +1,7 @@
 #include "suite/engine/export_writer.h"
 
 #include "services/failure.h"
-#include "suite/engine/name_compare.h"
+#include "suite/files/ascii_case.h"
 
 #include <charconv>
 
@@ -108,8 +108,8 @@ ExportWriter::Source* ExportWriter::SourceFor(const ExportEntry& entry, const st
             source->origin = i;
         } else if (name == "AuditOriginID") {
             source->originID = i;
-        } else if (!SameName(name, "ID")) {
-            source->uniqueID = SameName(name, "UniqueID") ? i : source->uniqueID;
+        } else if (!EqualsWithoutCase(name, "ID")) {
+            source->uniqueID = EqualsWithoutCase(name, "UniqueID") ? i : source->uniqueID;
             source->columns.push_back(i);
             source->elements.emplace_back(name);
         }

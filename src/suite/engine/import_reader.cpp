@@ -2,7 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/engine/base64.h"
-#include "suite/engine/name_compare.h"
+#include "suite/files/ascii_case.h"
 
 #include <algorithm>
 #include <array>
@@ -175,7 +175,8 @@ void ImportReader::StartTable(std::string_view name, const char** attributes) {
     table_ = FindAuditedTable(table);
     deletion_ = Attribute(attributes, "Deleted") == "1";
     if (table_ == nullptr && unknownTables_ == UnknownTables::Refuse &&
-        std::none_of(OwnTables.begin(), OwnTables.end(), [&](auto own) { return SameName(own, table); })) {
+        std::none_of(OwnTables.begin(), OwnTables.end(),
+                     [&](auto own) { return EqualsWithoutCase(own, table); })) {
         Refuse("the table '" + std::string(table) + "' is unknown");
     }
     if (table_ != nullptr && table_->columns.size() > std::numeric_limits<std::uint64_t>::digits) {
@@ -208,12 +209,12 @@ void ImportReader::StartRecord(std::string_view name, const char** attributes) {
 }
 
 std::size_t ImportReader::FindColumn(std::string_view name) const {
-    if (SameName(name, "UniqueID")) {
+    if (EqualsWithoutCase(name, "UniqueID")) {
         return UniqueIDColumn;
     }
     const std::vector<Column>& columns = table_->columns;
     for (std::size_t i = 0; i < columns.size() && !deletion_; ++i) {
-        if (SameName(name, columns[i].name)) {
+        if (EqualsWithoutCase(name, columns[i].name)) {
             return columns[i].local ? UnknownColumn : i;
         }
     }

@@ -1,8 +1,8 @@
 #include "suite/engine/import_table.h"
 
 #include "services/failure.h"
-#include "suite/engine/name_compare.h"
 #include "suite/engine/row_json.h"
+#include "suite/files/ascii_case.h"
 
 namespace qndr::suite {
 
@@ -49,7 +49,7 @@ ImportTable::ImportTable(const SqliteConnection& connection, const Table& table)
     while (columns.Step()) {
         exists_ = true;
         for (std::size_t i = 0; i < table_.columns.size(); ++i) {
-            if (!table_.columns[i].local && SameName(table_.columns[i].name, columns.Text(0))) {
+            if (!table_.columns[i].local && EqualsWithoutCase(table_.columns[i].name, columns.Text(0))) {
                 known_ |= std::uint64_t{1} << i;
             }
         }
@@ -144,10 +144,10 @@ std::string ImportTable::UpsertSql(std::uint64_t columns) const {
         const std::string name = Quoted(table_.columns[i].name);
         names += ", " + name;
         values += ", ?" + std::to_string(ParameterOf(i));
-        changes += (changes.empty() ? "" : ", ") + name + " = excluded." + name;
+        changes.append(changes.empty() ? "" : ", ").append(name).append(" = excluded.").append(name);
         // A column may be compared without case by default; a version that differs in case alone is a change.
-        differs += (differs.empty() ? "" : " OR ") + Quoted(table_.name) + "." + name +
-                   " COLLATE BINARY IS NOT excluded." + name;
+        differs.append(differs.empty() ? "" : " OR ").append(Quoted(table_.name)).append(".").append(name);
+        differs.append(" COLLATE BINARY IS NOT excluded.").append(name);
     }
     return "INSERT INTO " + Quoted(table_.name) + " (" + names + ") VALUES (" + values +
            ") ON CONFLICT (UniqueID) DO " +

@@ -1,6 +1,6 @@
 #include "suite/engine/origin_rules.h"
 
-#include "suite/engine/name_compare.h"
+#include "suite/files/ascii_case.h"
 
 namespace qndr::suite {
 
@@ -41,7 +41,7 @@ OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string
 
 OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_view uniqueID,
                                           std::string_view origin, std::int64_t originID) {
-    const bool comesBack = !isMain_ && !origin.empty() && SameName(origin, own_);
+    const bool comesBack = !isMain_ && !origin.empty() && EqualsWithoutCase(origin, own_);
     // A full import asks half a million times: nothing is looked up where no local version can matter.
     if (!comesBack && latest_ <= known_) {
         return {};
@@ -59,7 +59,7 @@ OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_vi
     if (!isMain_) {
         return localVersion ? Decision{Verdict::KeepOwn, arriving, own_} : Decision{};
     }
-    if (SameName(newest.origin, sender_)) {
+    if (EqualsWithoutCase(newest.origin, sender_)) {
         return {};
     }
     return {Verdict::TakeAndKeepLoser, localVersion ? own_ : newest.origin, arriving};
@@ -71,7 +71,7 @@ std::int64_t OriginRules::VersionToConfirm(std::string_view table, std::string_v
         return 0;
     }
     const Newest newest = NewestAudit(table, uniqueID);
-    return SameName(newest.origin, origin) && newest.originID < originID ? newest.id : 0;
+    return EqualsWithoutCase(newest.origin, origin) && newest.originID < originID ? newest.id : 0;
 }
 
 } // namespace qndr::suite

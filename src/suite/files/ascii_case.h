@@ -1,9 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
-/// Letter case of ASCII letters; all other characters stand for themselves, whatever the locale.
+/// Letter case of ASCII letters; all other characters stand for themselves, whatever the locale and as in SQLite's
+/// NOCASE.
 namespace qndr::suite {
 
 inline char ToLowerCase(char c) {
@@ -19,7 +21,8 @@ inline std::string ToLowerCase(std::string_view text) {
 }
 
 inline bool EqualsWithoutCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && ToLowerCase(a) == ToLowerCase(b);
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return ToLowerCase(x) == ToLowerCase(y); });
 }
 
 } // namespace qndr::suite

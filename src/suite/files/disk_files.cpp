@@ -111,7 +111,8 @@ std::string DiskFileTools::CreateTemporaryFile(const std::string& folder, const 
     }
     const std::string start = WithSeparator(folder.empty() ? temporaryFolder_ : folder) + prefix;
     for (int i = 0; i < kNameTries; ++i) {
-        const std::string path = start + RandomToken() + extension;
+        std::string path = start;
+        path.append(RandomToken()).append(extension);
         OpenFile file;
         const std::error_code error = file.CreateNew(path, FileAccess::Private);
         if (!error) {
