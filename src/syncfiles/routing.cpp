@@ -56,7 +56,7 @@ std::string GetDatedFolder(AgentContext& context, const std::string& below) {
         below + "\\" + FormatString(R"({0}\{1})", Digits(today.year, 4), Digits(today.month, 2));
     for (std::size_t start = 0; start < dated.size();) {
         const std::size_t end = std::min(dated.find('\\', start), dated.size());
-        folder = pathTools.FixPath(folder + dated.substr(start, end - start), true);
+        folder = pathTools.FixPath(folder.append(dated, start, end - start), true);
         start = end + 1;
     }
     return folder;
