@@ -63,9 +63,9 @@ TEST_F(InitialSyncMainTest, FullExportIsTheSchemasListInItsOrder) {
 TEST_F(InitialSyncMainTest, ExportGoesOnWithoutTheRowThatFails) {
     gate.Refuse("Engine.AddToExport", 1);
     SyncFileInfo info;
-    EXPECT_TRUE(ExportInitialSyncData(context, folder.path, info));
+    EXPECT_TRUE(ExportInitialSyncData(context, folder.Path(), info));
     EXPECT_EQ(info.Files, Lines{Path("data.xml")});
-    EXPECT_TRUE(ExportInitialSyncData(context, folder.path, info));
+    EXPECT_TRUE(ExportInitialSyncData(context, folder.Path(), info));
     EXPECT_EQ(engine->exports.size(), 105U) << "what is pending stays pending";
 }
 

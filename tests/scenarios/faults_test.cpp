@@ -179,7 +179,7 @@ class Faults : public ::testing::TestWithParam<int> {
         ASSERT_GT(turn, 30U);
     }
 
-    QuickFolder folder;
+    test::TemporaryFolder folder{test::QuickPlace()};
     Dealer dealer{Live(), 1};
     std::array<std::vector<std::string>, Passes> calls;
 };

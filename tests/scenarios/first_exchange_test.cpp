@@ -4,7 +4,7 @@ namespace qndr::testing {
 namespace {
 
 TEST(FirstExchange, BringsTwoLaptopsToReadyWithMainsRows) {
-    const QuickFolder folder;
+    const test::TemporaryFolder folder(test::QuickPlace());
     Dealer dealer(folder.Path(), 2);
     dealer.SetUp(400);
 
@@ -47,7 +47,7 @@ TEST(FirstExchange, BringsTwoLaptopsToReadyWithMainsRows) {
 }
 
 TEST(FirstExchange, AskedForAnewGoesOverTheRowsThatAreThere) {
-    const QuickFolder folder;
+    const test::TemporaryFolder folder(test::QuickPlace());
     Dealer dealer(folder.Path(), 1);
     dealer.SetUp(200);
     dealer.RunRound();
@@ -66,7 +66,7 @@ TEST(FirstExchange, AskedForAnewGoesOverTheRowsThatAreThere) {
 }
 
 TEST(FirstExchange, WaitsWhileTheSyncFolderIsMissingAndGoesOnWhenItIsBack) {
-    const QuickFolder folder;
+    const test::TemporaryFolder folder(test::QuickPlace());
     Dealer dealer(folder.Path(), 1);
     dealer.SetUp(60);
     dealer.Laptop().RunPass();

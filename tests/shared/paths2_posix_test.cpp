@@ -4,6 +4,8 @@
 #include "suite/files/wildcards.h"
 #include "support/fakes.h"
 
+#include "support/temporary_folder.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,19 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 using Paths = std::vector<std::string>;
 
-std::string NewFolder() {
-    std::string name = ::testing::TempDir() + "qndr-paths-XXXXXX";
-    return mkdtemp(name.data());
-}
-
 struct Paths2PosixTest : ::testing::Test {
-    ~Paths2PosixTest() override { fs::remove_all(root); }
-
     std::string At(const std::string& name) const { return root + "/" + name; }
-    void AddFile(const std::string& name, const std::string& content = "x") const {
-        fs::create_directories(fs::path(At(name)).parent_path());
-        std::ofstream(At(name)) << content;
-    }
+    void AddFile(const std::string& name, const std::string& content = "x") const { folder.Write(name, content); }
     Paths Sorted(Paths found) const {
         std::sort(found.begin(), found.end());
         return found;
@@ -40,7 +32,8 @@ struct Paths2PosixTest : ::testing::Test {
         return stat(path.c_str(), &facts) == 0 ? facts.st_mode & 0777U : 0;
     }
 
-    std::string root = NewFolder();
+    test::TemporaryFolder folder;
+    std::string root = folder.Path();
     suite::PosixDirectoryCalls calls{root + "/tmp"};
     suite::DiskFileTools files{root + "/tmp"};
     CountedMessages messages;

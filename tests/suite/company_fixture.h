@@ -1,7 +1,7 @@
 #pragma once
 
 #include "services/platform.h"
-#include "suite/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 #include <filesystem>
 #include <fstream>

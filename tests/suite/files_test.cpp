@@ -4,7 +4,7 @@
 #include "suite/files/disk_files.h"
 #include "suite/files/text_files.h"
 #include "suite/full_disk.h"
-#include "suite/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 

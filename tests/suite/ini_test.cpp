@@ -1,6 +1,6 @@
 #include "services/failure.h"
 #include "suite/files/ini_files.h"
-#include "suite/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 

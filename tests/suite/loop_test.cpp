@@ -2,7 +2,7 @@
 #include "suite/computer/computer.h"
 #include "suite/computer/system_clock.h"
 #include "suite/computer/virtual_time.h"
-#include "suite/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #include "suite/computer/registry_store.h"
 #include "suite/computer/system_clock.h"
 #include "suite/computer/system_facts.h"
-#include "suite/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "suite/files/wildcards.h"
 #include "suite/files/zip_archive.h"
 #include "suite/full_disk.h"
-#include "suite/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 

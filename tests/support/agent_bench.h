@@ -10,6 +10,7 @@
 #include "suite/computer/virtual_time.h"
 #include "suite/files/zip_archive.h"
 #include "support/scripted_gate.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -46,23 +47,10 @@ inline void HideRandom(std::string& text, const std::string& before, std::size_t
     }
 }
 
-/// A new folder that goes with the object.
-struct ScratchFolder {
-    ScratchFolder() {
-        std::string name = ::testing::TempDir() + "qndr-XXXXXX";
-        path = mkdtemp(name.data());
-    }
-    ~ScratchFolder() { std::filesystem::remove_all(path); }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-    std::string path;
-};
-
 /// The content of a company database without a row. Making one takes longer than a whole test.
 inline std::string MakeEmptyDatabase(const services::Clock& clock) {
-    const ScratchFolder folder;
-    const std::string file = folder.path + "/empty.db";
+    const test::TemporaryFolder folder;
+    const std::string file = folder / "empty.db";
     suite::SqliteConnection(file, clock, suite::SqliteConnection::Missing::Create)
         .ExecuteScript("BEGIN;" + suite::CompanySchemaScript() + "COMMIT;");
     return ReadText(file);
@@ -144,7 +132,7 @@ class AgentBench : public ::testing::Test {
         SetSyncFolder(Path("Sync"));
     }
 
-    std::string Path(const std::string& name) const { return folder.path + "/" + name; }
+    std::string Path(const std::string& name) const { return folder.Path() + "/" + name; }
 
     void SetNumber(const std::string& name, std::int32_t value) {
         registry.SetLong(services::CurrentUserHive, settings::RootKey, name, value);
@@ -210,9 +198,9 @@ class AgentBench : public ::testing::Test {
 
     /// Without the bench's own folder and with "TOKEN" for what is random.
     std::string Tidy(std::string text) const {
-        for (auto place = text.find(folder.path + "/"); place != std::string::npos;
-             place = text.find(folder.path + "/")) {
-            text.erase(place, folder.path.size() + 1);
+        for (auto place = text.find(folder.Path() + "/"); place != std::string::npos;
+             place = text.find(folder.Path() + "/")) {
+            text.erase(place, folder.Path().size() + 1);
         }
         HideRandom(text, "~", 32, "~");
         HideRandom(text, "suz", 16, ".zip");
@@ -227,8 +215,8 @@ class AgentBench : public ::testing::Test {
         return taken;
     }
 
-    ScratchFolder folder;
-    suite::Computer computer = suite::Computer::InFolder(folder.path, "MAINPC");
+    test::TemporaryFolder folder;
+    suite::Computer computer = suite::Computer::InFolder(folder.Path(), "MAINPC");
     ScriptedGate gate;
     suite::VirtualTime time{*ParseDate("2026-11-22 14:08:52")};
     suite::RegistryStore registry{computer.registryFile, time};

@@ -7,6 +7,7 @@
 #include "suite/company/provisioning.h"
 #include "suite/company/sample_data.h"
 #include "suite/computer/virtual_time.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -17,25 +18,6 @@
 #include <vector>
 
 namespace qndr::testing {
-
-/// A new folder that goes with the object; in memory where the system has such a place, for tests that commit
-/// often.
-class QuickFolder {
-  public:
-    QuickFolder() {
-        const std::string base = std::filesystem::is_directory("/dev/shm") ? "/dev/shm/" : ::testing::TempDir();
-        std::string name = base + "qndr-XXXXXX";
-        path_ = mkdtemp(name.data());
-    }
-    ~QuickFolder() { std::filesystem::remove_all(path_); }
-    QuickFolder(const QuickFolder&) = delete;
-    QuickFolder& operator=(const QuickFolder&) = delete;
-
-    const std::string& Path() const { return path_; }
-
-  private:
-    std::string path_;
-};
 
 /// A computer of the dealer with one company on it: real files, settings, archives and database.
 class DealerComputer {

@@ -9,7 +9,7 @@ class DescriptorTest : public AgentBench {
   protected:
     void ExpectWritten(const std::string& keys, const SyncFileInfo& info) {
         std::filesystem::remove(Path("id.dat"));
-        EXPECT_TRUE(WriteIdFile(context, folder.path, info));
+        EXPECT_TRUE(WriteIdFile(context, folder.Path(), info));
         std::string text = ReadText(Path("id.dat"));
         std::erase(text, '\r');
         EXPECT_EQ(text, "[GENERAL]\n" + keys + "\nFrom=" + MainID +
@@ -69,18 +69,18 @@ TEST_F(DescriptorTest, SequenceFileListsTheDataFiles) {
     SyncFileInfo info{.Sequence = 1};
     InitSyncFileInfo(info);
     EXPECT_EQ(info.Sequence, 0);
-    EXPECT_TRUE(WriteSequenceFile(context, folder.path, info));
+    EXPECT_TRUE(WriteSequenceFile(context, folder.Path(), info));
     EXPECT_FALSE(std::filesystem::exists(Path("sequence.dat")));
     AddFileToSyncFileInfo(Path("one.xml"), info);
     AddFileToSyncFileInfo(Path("two.xml"), info);
     EXPECT_EQ(info.Files, (Lines{Path("one.xml"), Path("two.xml")}));
     info.Files.insert(info.Files.begin(), "");
-    EXPECT_TRUE(WriteSequenceFile(context, folder.path, info));
+    EXPECT_TRUE(WriteSequenceFile(context, folder.Path(), info));
     EXPECT_EQ(ReadText(Path("sequence.dat")), "one.xml\r\ntwo.xml");
 
     gate.Refuse("TextFileTools.WriteTextFile");
-    EXPECT_FALSE(WriteSequenceFile(context, folder.path, info));
-    EXPECT_EQ(log.lines, (Lines{"The sequence file was added to '" + folder.path + "'.",
+    EXPECT_FALSE(WriteSequenceFile(context, folder.Path(), info));
+    EXPECT_EQ(log.lines, (Lines{"The sequence file was added to '" + folder.Path() + "'.",
                                 "A sequence file '" + Path("sequence.dat") + "' could not be written to."}));
 }
 
