@@ -274,25 +274,7 @@ class SampleCompany {
     std::map<std::string_view, std::int64_t> counts_;
 };
 
-/// The UniqueIDs come in random order, and with the small cache of a connection the pages of their indexes are
-/// read and written again and again.
-class LargeCache {
-  public:
-    explicit LargeCache(const SqliteConnection& connection)
-        : connection_(connection), before_(connection.Number("PRAGMA cache_size")) {
-        connection_.Execute("PRAGMA cache_size = -131072");
-    }
-    ~LargeCache() {
-        sqlite3_exec(connection_.Handle(), ("PRAGMA cache_size = " + std::to_string(before_)).c_str(), nullptr,
-                     nullptr, nullptr);
-    }
-    LargeCache(const LargeCache&) = delete;
-    LargeCache& operator=(const LargeCache&) = delete;
-
-  private:
-    const SqliteConnection& connection_;
-    std::int64_t before_;
-};
+constexpr std::int64_t SampleCacheKibibytes = 131072;
 
 } // namespace
 
@@ -304,7 +286,7 @@ void FillWithSampleData(const SqliteConnection& connection, std::int64_t rows, s
     if (!now) {
         throw Failure("the database does not tell the time");
     }
-    const LargeCache cache(connection);
+    const SqliteCacheSize cache(connection, SampleCacheKibibytes);
     SqliteTransaction transaction(connection, SqliteTransaction::Kind::Write);
     SampleCompany sample(rows, seed, *now);
     for (const Table& table : AuditedTables()) {

@@ -208,6 +208,17 @@ std::int64_t SqliteConnection::Number(std::string_view sql, std::int64_t fallbac
     return statement.Step() && !statement.IsNull(0) ? statement.Integer(0) : fallback;
 }
 
+SqliteCacheSize::SqliteCacheSize(const SqliteConnection& connection, std::int64_t kibibytes)
+    : connection_(connection), usual_(connection.Number("PRAGMA cache_size")) {
+    connection_.Execute("PRAGMA cache_size = -" + std::to_string(kibibytes));
+}
+
+SqliteCacheSize::~SqliteCacheSize() {
+    const std::string back = "PRAGMA cache_size = " + std::to_string(usual_);
+    sqlite3_exec(connection_.Handle(), back.c_str(), nullptr, nullptr, nullptr);
+    sqlite3_db_release_memory(connection_.Handle());
+}
+
 SqliteTransaction::SqliteTransaction(const SqliteConnection& connection, Kind kind) : connection_(connection) {
     connection_.Execute(kind == Kind::Write ? "BEGIN IMMEDIATE" : "BEGIN");
     if (kind == Kind::Read) {

@@ -80,6 +80,21 @@ class SqliteConnection {
     sqlite3* handle_ = nullptr;
 };
 
+/// Another page cache for one piece of work; the connection has its usual one back, and its memory is given up,
+/// when the object goes. For many rows with random keys, whose index pages a small cache reads and writes again
+/// and again.
+class SqliteCacheSize {
+  public:
+    SqliteCacheSize(const SqliteConnection& connection, std::int64_t kibibytes);
+    ~SqliteCacheSize();
+    SqliteCacheSize(const SqliteCacheSize&) = delete;
+    SqliteCacheSize& operator=(const SqliteCacheSize&) = delete;
+
+  private:
+    const SqliteConnection& connection_;
+    std::int64_t usual_;
+};
+
 /// A transaction that is rolled back unless it was committed.
 class SqliteTransaction {
   public:

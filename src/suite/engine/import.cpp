@@ -8,26 +8,8 @@ namespace qndr::suite {
 
 namespace {
 
-/// New rows come in random order of their UniqueIDs; where the index does not fit in memory, its pages are written
-/// again and again. 24 MiB hold the index of half a million rows.
-class ImportCache {
-  public:
-    explicit ImportCache(const SqliteConnection& connection)
-        : connection_(connection), usual_(connection.Number("PRAGMA cache_size")) {
-        connection_.Execute("PRAGMA cache_size = -24576");
-    }
-    ~ImportCache() {
-        const std::string back = "PRAGMA cache_size = " + std::to_string(usual_);
-        sqlite3_exec(connection_.Handle(), back.c_str(), nullptr, nullptr, nullptr);
-        sqlite3_db_release_memory(connection_.Handle());
-    }
-    ImportCache(const ImportCache&) = delete;
-    ImportCache& operator=(const ImportCache&) = delete;
-
-  private:
-    const SqliteConnection& connection_;
-    std::int64_t usual_;
-};
+/// Holds the index of half a million UniqueIDs, and leaves the agent well within 64 MiB.
+constexpr std::int64_t ImportCacheKibibytes = 24576;
 
 } // namespace
 
@@ -39,7 +21,7 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
     if (batch == nullptr) {
         throw services::Failure("the file is empty");
     }
-    const ImportCache cache(connection);
+    const SqliteCacheSize cache(connection, ImportCacheKibibytes);
     ImportApplier applier(connection, batch->from);
     for (; batch != nullptr; batch = pipe.Next()) {
         applier.Apply(*batch);
