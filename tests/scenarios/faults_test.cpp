@@ -95,6 +95,8 @@ class Faults : public ::testing::TestWithParam<int> {
     static constexpr int Shards = 8;
 
     Faults() {
+        // Without a root folder what is retired goes to a folder below the present one.
+        std::filesystem::current_path(folder.Path());
         dealer.SetUp(60);
         for (int pass = 0; pass < Passes; ++pass) {
             std::filesystem::copy(Live(), Kept(pass), std::filesystem::copy_options::recursive);
@@ -103,6 +105,8 @@ class Faults : public ::testing::TestWithParam<int> {
             calls[pass] = counting.Names();
         }
     }
+    ~Faults() override { std::filesystem::current_path(std::filesystem::temp_directory_path()); }
+
     std::string Live() const { return folder.Path() + "/live"; }
     std::string Kept(int pass) const { return folder.Path() + "/before-" + std::to_string(pass); }
     void GoBackTo(int pass) const {
