@@ -1,6 +1,11 @@
 #include "agent/pipelines.h"
 
 #include "agent/open_company.h"
+#include "changes/apply_changes_from_main.h"
+#include "changes/apply_changes_from_roaming_workstations.h"
+#include "changes/order_number_sync.h"
+#include "changes/send_changes_to_main.h"
+#include "changes/send_changes_to_roaming_workstations.h"
 #include "initial/initial_sync_main.h"
 #include "initial/initial_sync_roaming.h"
 #include "shared/failure_rule.h"
@@ -14,11 +19,14 @@ constexpr PipelineStep kMainSteps[] = {
     {"ReceiveInitialSyncRequests", ReceiveInitialSyncRequests},
     {"SendInitialSyncs", SendInitialSyncs},
     {"ReceiveInitialSyncAcknowledges", ReceiveInitialSyncAcknowledges},
+    {"ApplyChangesFromRoamingWorkstations", ApplyChangesFromRoamingWorkstations},
+    {"SendChangesToRoamingWorkstations", SendChangesToRoamingWorkstations},
 };
 
 constexpr PipelineStep kRoamingSteps[] = {
-    {"SendInitialSyncRequest", SendInitialSyncRequest},
-    {"ReceiveInitialSync", ReceiveInitialSync},
+    {"SendInitialSyncRequest", SendInitialSyncRequest}, {"ReceiveInitialSync", ReceiveInitialSync},
+    {"SendOrderNumberSyncs", SendOrderNumberSyncs},     {"ApplyChangesFromMain", ApplyChangesFromMain},
+    {"SendChangesToMain", SendChangesToMain},
 };
 
 bool IsStopRequested(AgentContext& context) {

@@ -7,6 +7,7 @@
 #include "shared/records.h"
 #include "shared/sync_log.h"
 #include "syncfiles/discovery.h"
+#include "syncfiles/failed_update.h"
 #include "syncfiles/identity.h"
 #include "syncfiles/packaging.h"
 #include "syncfiles/query_rows.h"
@@ -16,26 +17,18 @@
 namespace qndr {
 namespace {
 
-std::string GetName(AgentContext& context, const FoundSyncFile& entry) {
-    std::string name;
-    Attempt([&] { name = context.services.fileTools.GetFileName(entry.FilePath); });
-    return name;
-}
-
 /// Moves the sender's row to the state and marks the file, also when there is no such row.
 void MoveSender(AgentContext& context, FoundSyncFile& entry, SyncState state, const std::string& errorText) {
     const std::string statement =
         FormatString("UPDATE RoamingWorkstations SET SyncState = {0} WHERE UniqueID = '{1}'", state, entry.From);
     if (Holds([&] { return context.Database().ExecuteNonQuery(statement) != 1; })) {
-        WriteLog(context, errorText);
-        WriteLog(context, statement);
-        Attempt([&] { WriteLog(context, context.Database().LastSQLErrorDescription()); });
+        LogFailedUpdate(context, errorText, [&] { return statement; });
     }
     entry.Delete = FieldTrue;
 }
 
 void TakeRequest(AgentContext& context, FoundSyncFile& entry) {
-    const std::string name = GetName(context, entry);
+    const std::string name = GetSyncFileName(context, entry);
     WriteLog(context, "The sync file '" + name + "' will be processed.");
     ReadSyncFile(context, entry);
     if (!IsKnownRoamingWorkstation(context, entry)) {
@@ -55,7 +48,7 @@ void TakeRequest(AgentContext& context, FoundSyncFile& entry) {
 }
 
 void TakeAcknowledge(AgentContext& context, FoundSyncFile& entry) {
-    const std::string name = GetName(context, entry);
+    const std::string name = GetSyncFileName(context, entry);
     WriteLog(context, "The sync file '" + name + "' will be processed.");
     ReadSyncFile(context, entry);
     if (entry.SyncState != SyncFileReady) {

@@ -64,10 +64,7 @@ void SendInitialSyncRequest(AgentContext& context, ActivityTarget* activity) {
         });
         return;
     }
-    std::string path;
-    if (WriteIdFile(context, folder, info) && WriteSequenceFile(context, folder, info)) {
-        path = CreateSyncFile(context, folder);
-    }
+    const std::string path = CreateDescribedSyncFile(context, folder, info);
     if (!path.empty()) {
         SendToMain(context, path,
                    FormatString("UPDATE Company SET SyncState = {0}, LastAuditID = 0, NextSequenceToMain = 0, "

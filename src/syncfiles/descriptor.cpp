@@ -47,6 +47,12 @@ void WriteSender(AgentContext& context, const std::string& path) {
 
 } // namespace
 
+std::string GetSyncFileName(AgentContext& context, const FoundSyncFile& entry) {
+    std::string name;
+    Attempt([&] { name = context.services.fileTools.GetFileName(entry.FilePath); });
+    return name;
+}
+
 void InitSyncFileInfo(SyncFileInfo& info) {
     info = SyncFileInfo{};
 }

@@ -58,6 +58,9 @@ struct FoundSyncFile {
     FieldBoolean Delete = FieldFalse;    ///< DeleteMarkedSyncFiles is to retire it
 };
 
+/// The entry's file name, as messages show it; empty when it cannot be had.
+std::string GetSyncFileName(AgentContext& context, const FoundSyncFile& entry);
+
 void InitSyncFileInfo(SyncFileInfo& info);
 
 /// Appends a path to `Files`; an empty last element takes it.

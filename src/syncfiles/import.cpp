@@ -59,8 +59,7 @@ bool ImportDataEntry(AgentContext& context, const ImportTexts& texts, services::
 } // namespace
 
 bool ImportSyncFileData(AgentContext& context, const FoundSyncFile& entry) {
-    std::string name;
-    Attempt([&] { name = context.services.fileTools.GetFileName(entry.FilePath); });
+    const std::string name = GetSyncFileName(context, entry);
     const ImportTexts texts{name, entry.FilePath, "Error: Unable to process the sync file '" + name};
     if (Holds([&] { return !context.services.fileTools.FileExists(entry.FilePath); })) {
         WriteLog(context, "The sync file '" + name + "' will not be processed becuase it does not exist.");

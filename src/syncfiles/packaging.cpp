@@ -78,9 +78,15 @@ std::string CreateSyncFile(AgentContext& context, const std::string& folder) {
     return path;
 }
 
+std::string CreateDescribedSyncFile(AgentContext& context, const std::string& folder, const SyncFileInfo& info) {
+    if (WriteIdFile(context, folder, info) && WriteSequenceFile(context, folder, info)) {
+        return CreateSyncFile(context, folder);
+    }
+    return "";
+}
+
 void ReadSyncFile(AgentContext& context, FoundSyncFile& entry) {
-    std::string name;
-    Attempt([&] { name = context.services.fileTools.GetFileName(entry.FilePath); });
+    const std::string name = GetSyncFileName(context, entry);
     if (Holds([&] { return !context.services.fileTools.FileExists(entry.FilePath); })) {
         WriteLog(context, "Error: The sync file '" + name + "' will not be read because it does not exist.");
         return;
