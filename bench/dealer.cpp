@@ -1,0 +1,66 @@
+#include "dealer.h"
+
+#include "agent/run_sync.h"
+#include "suite/company/company_creation.h"
+#include "suite/company/provisioning.h"
+#include "suite/company/sample_data.h"
+
+#include <filesystem>
+
+namespace qndr::bench {
+namespace {
+
+constexpr const char* kLocations = R"(Software\Velmoran\Ordergrove Suite\5.0\Settings (Default))";
+
+} // namespace
+
+DealerComputer::DealerComputer(const std::string& folder, const std::string& name)
+    : folder_(folder), name_(name), computer_(suite::Computer::InFolder(folder + "/" + name, name)),
+      time_(*ParseDate("2026-11-22 14:00:00")) {
+}
+
+void DealerComputer::SetUp(int type) {
+    std::filesystem::create_directories(Companies());
+    std::filesystem::create_directories(SyncFolder());
+    const ComputerServices outside(computer_, Time(), "bench", {});
+    const services::AgentServices& all = outside.Services();
+    suite::CreateCompany(
+        {.psdFile = Companies() + "/dealer.psd", .name = name_, .type = type, .connectionString = ""},
+        all.iniTools, all.systemTools, time_);
+    all.registryTools.SetLong(services::CurrentUserHive, kLocations, "RoamingWorkstation",
+                              type == suite::RoamingCompanyType ? 1 : 0);
+    if (type == suite::MainCompanyType) {
+        const auto company = Open();
+        suite::SetCompanyOption(*company, "Roaming Workstations", "EnableSync", "1");
+        suite::SetCompanyOption(*company, "Roaming Workstations", "SyncComputerName", name_);
+    }
+}
+
+void DealerComputer::RunPass(CallTimes* times, ActivityTarget* activity) {
+    const ComputerServices outside(computer_, Time(), "qndr5rwsync", {}, times);
+    outside.Services().registryTools.SetString(services::CurrentUserHive, kLocations, "UFL:Sync", SyncFolder());
+    AgentContext context(outside.Services());
+    context.CompaniesFolder = Companies();
+    if (times != nullptr) {
+        times->Start();
+    }
+    RunSync(context, activity);
+    if (times != nullptr) {
+        times->Stop();
+    }
+}
+
+std::unique_ptr<suite::SqliteConnection> DealerComputer::Open() const {
+    return std::make_unique<suite::SqliteConnection>(DatabaseFile(), time_,
+                                                     suite::SqliteConnection::Missing::Refuse);
+}
+
+void Dealer::SetUp(std::int64_t exchangedRows) {
+    main.SetUp(suite::MainCompanyType);
+    laptop.SetUp(suite::RoamingCompanyType);
+    // Orders and old activities stay at home: about a fifth of the sample rows.
+    suite::FillWithSampleData(*main.Open(), exchangedRows * 5 / 4, 1);
+    suite::AddWorkstation(*main.Open(), *laptop.Open());
+}
+
+} // namespace qndr::bench
