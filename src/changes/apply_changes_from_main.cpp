@@ -20,7 +20,7 @@ constexpr const char* kUpdateFailed =
     "Error: There was a problem updating the Company table when processing changes from the main system. More "
     "information to follow.";
 
-/// The event number of a reset that has ended. Stored: never change.
+/// The event number of a sync reset, at either end. Stored: never change.
 constexpr std::int32_t kResetEvent = 2;
 
 std::int32_t ReadNextSequence(AgentContext& context) {
@@ -47,7 +47,9 @@ void FinishReset(AgentContext& context) {
 
 void MoveSequence(AgentContext& context, FoundSyncFile& entry) {
     const std::string statement = "UPDATE Company SET NextSequenceFromMain = NextSequenceFromMain + 1";
-    if (Holds([&] { return context.Database().ExecuteNonQuery(statement) == 1; })) {
+    std::int32_t result = 0;
+    Attempt([&] { result = context.Database().ExecuteNonQuery(statement); });
+    if (result == 1) {
         entry.Delete = FieldTrue;
     } else {
         LogFailedUpdate(context, kUpdateFailed, [&] { return statement; });

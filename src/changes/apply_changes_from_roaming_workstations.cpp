@@ -24,7 +24,6 @@ std::int32_t ReadNextSequence(AgentContext& context, std::int32_t id) {
 
 void EnterReceived(AgentContext& context, FoundSyncFile& entry, std::int32_t id) {
     const auto now = [&] { return FormatSQLDate(LocalToUtc(context, context.services.clock.Now()), false); };
-    // Made outside the test: a statement that could not be made has not run, and its file must not go.
     std::string statement;
     Attempt([&] {
         statement =
@@ -33,7 +32,9 @@ void EnterReceived(AgentContext& context, FoundSyncFile& entry, std::int32_t id)
                          "WHERE ID = {2}",
                          now(), entry.FromAppVersion, id);
     });
-    if (Holds([&] { return context.Database().ExecuteNonQuery(statement) == 1; })) {
+    std::int32_t result = 0;
+    Attempt([&] { result = context.Database().ExecuteNonQuery(statement); });
+    if (result == 1) {
         entry.Delete = FieldTrue;
         return;
     }

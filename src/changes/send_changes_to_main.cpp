@@ -12,26 +12,28 @@
 namespace qndr {
 namespace {
 
-std::int32_t ReadLong(AgentContext& context, const std::string& statement) {
-    std::int32_t value = 0;
-    Attempt([&] { value = context.Database().ExecuteScaler(statement, "", "0").ToLong(); });
-    return value;
+/// A read that fails leaves the value as it was.
+void ReadLong(AgentContext& context, const std::string& statement, std::int32_t& value) {
+    Attempt([&] { value = context.Database().ExecuteScaler(statement).ToLong(); });
 }
 
 /// True when "data.xml" lies in the folder and in `info`. `maxId` is then the audit row up to which it speaks.
 bool ExportForMain(AgentContext& context, const std::string& folder, SyncFileInfo& info, std::int32_t& maxId) {
-    const std::int32_t count =
-        ReadLong(context, FormatString("SELECT COUNT(*) AS MyCount FROM AuditLog WHERE ID > {0}",
-                                       ReadLong(context, "SELECT LastAuditID FROM Company")));
+    std::int32_t lastAuditId = 0;
+    ReadLong(context, "SELECT LastAuditID FROM Company", lastAuditId);
+    const std::string statement =
+        FormatString("SELECT COUNT(*) AS MyCount FROM AuditLog WHERE ID > {0}", lastAuditId);
+    std::int32_t count = 0;
+    Attempt([&] { count = context.Database().ExecuteScaler(statement, "", "0").ToLong(); });
     if (count <= 0) {
         return false;
     }
-    maxId = ReadLong(context, "SELECT MAX(ID) AS MaxID FROM AuditLog");
-    // The quote stays open: other programs look for this line.
+    ReadLong(context, "SELECT MAX(ID) AS MaxID FROM AuditLog", maxId);
+    // The quote stays open on purpose.
     WriteLog(context,
              "Changes up to AuditLog entry '" + std::to_string(maxId) + " will be sent to the main system.");
-    return ExportAuditedChanges(context, folder, info, ReadLong(context, "SELECT LastAuditID FROM Company"),
-                                maxId);
+    ReadLong(context, "SELECT LastAuditID FROM Company", lastAuditId);
+    return ExportAuditedChanges(context, folder, info, lastAuditId, maxId);
 }
 
 void EnterSent(AgentContext& context, std::int32_t maxId) {
@@ -58,7 +60,7 @@ void SendChangesToMain(AgentContext& context, ActivityTarget* activity) {
     if (state != SyncStateReady) {
         return;
     }
-    info.Sequence = ReadLong(context, "SELECT NextSequenceToMain FROM Company");
+    ReadLong(context, "SELECT NextSequenceToMain FROM Company", info.Sequence);
     const std::string folder = CreateWorkingFolder(context);
     if (folder.empty()) {
         Attempt([&] {

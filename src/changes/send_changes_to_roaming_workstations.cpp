@@ -24,7 +24,7 @@ std::int32_t ReadMaxAuditID(AgentContext& context) {
 }
 
 void LogRange(AgentContext& context, std::int32_t maxId) {
-    // The quote stays open: other programs look for this line.
+    // The quote stays open on purpose.
     WriteLog(context, "Changes up to AuditLog entry '" + std::to_string(maxId) +
                           " will be sent to this Roaming Workstation.");
 }
