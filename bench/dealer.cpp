@@ -37,14 +37,11 @@ void DealerComputer::SetUp(int type) {
 }
 
 void DealerComputer::RunPass(CallTimes* times, ActivityTarget* activity) {
-    const ComputerServices outside(computer_, Time(), "qndr5rwsync", {}, times);
-    outside.Services().registryTools.SetString(services::CurrentUserHive, kLocations, "UFL:Sync", SyncFolder());
-    AgentContext context(outside.Services());
-    context.CompaniesFolder = Companies();
+    RunningAgent agent(*this, times);
     if (times != nullptr) {
         times->Start();
     }
-    RunSync(context, activity);
+    agent.Pass(activity);
     if (times != nullptr) {
         times->Stop();
     }
@@ -53,6 +50,17 @@ void DealerComputer::RunPass(CallTimes* times, ActivityTarget* activity) {
 std::unique_ptr<suite::SqliteConnection> DealerComputer::Open() const {
     return std::make_unique<suite::SqliteConnection>(DatabaseFile(), time_,
                                                      suite::SqliteConnection::Missing::Refuse);
+}
+
+RunningAgent::RunningAgent(DealerComputer& computer, services::CallGate* gate)
+    : outside_(computer.Computer(), computer.Time(), "qndr5rwsync", {}, gate), context_(outside_.Services()) {
+    context_.CompaniesFolder = computer.Companies();
+    outside_.Services().registryTools.SetString(services::CurrentUserHive, kLocations, "UFL:Sync",
+                                                computer.SyncFolder());
+}
+
+void RunningAgent::Pass(ActivityTarget* activity) {
+    RunSync(context_, activity);
 }
 
 void Dealer::SetUp(std::int64_t exchangedRows) {

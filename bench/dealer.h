@@ -3,6 +3,7 @@
 #include "call_times.h"
 #include "composition/computer_services.h"
 #include "shared/activity.h"
+#include "shared/agent_context.h"
 #include "suite/computer/virtual_time.h"
 #include "suite/database/sqlite_connection.h"
 
@@ -27,7 +28,6 @@ class DealerComputer {
 
     std::string Companies() const { return folder_ + "/" + name_ + "/Companies"; }
     std::string DatabaseFile() const { return Companies() + "/dealer.db"; }
-    std::string TemporaryFolder() const { return computer_.temporaryFolder; }
     std::string SyncFolder() const { return folder_ + "/sync"; }
     std::unique_ptr<suite::SqliteConnection> Open() const;
     TimeServices Time() { return {time_, time_, time_}; }
@@ -38,6 +38,19 @@ class DealerComputer {
     std::string name_;
     suite::Computer computer_;
     suite::VirtualTime time_;
+};
+
+/// A running agent of one of the dealer's computers.
+class RunningAgent {
+  public:
+    /// The gate, if there is one, stands in front of all that the agent asks of the outside.
+    RunningAgent(DealerComputer& computer, services::CallGate* gate);
+
+    void Pass(ActivityTarget* activity = nullptr);
+
+  private:
+    const ComputerServices outside_;
+    AgentContext context_;
 };
 
 /// A main company filled with sample data and an empty laptop that is registered there and has to ask for its
