@@ -8,12 +8,14 @@
 #define SI_NO_CONVERSION
 #include <SimpleIni.h>
 
+#include <array>
+
 namespace qndr::suite {
 namespace {
 
 using services::Failure;
 
-constexpr std::int64_t kLargestFile = 1024 * 1024;
+constexpr std::size_t kLargestFile = 1024 * 1024;
 
 /// UTF-8, one value a key, no values over several lines.
 class IniText : public CSimpleIniA {
@@ -27,24 +29,21 @@ std::optional<std::string> ReadText(const std::string& path) {
     if (file.OpenForReading(path)) {
         return std::nullopt;
     }
-    // One byte more than is allowed tells whether the file is longer.
-    std::string text(static_cast<std::size_t>(kLargestFile) + 1, '\0');
-    std::size_t filled = 0;
+    std::string text;
+    std::array<char, 16 * 1024> piece;
     for (;;) {
         std::size_t count = 0;
-        if (file.Read(std::span(text).subspan(filled), count)) {
+        if (file.Read(piece, count)) {
             return std::nullopt;
         }
-        filled += count;
-        if (count == 0 || filled == text.size()) {
-            break;
+        if (count == 0) {
+            return text;
+        }
+        text.append(piece.data(), count);
+        if (text.size() > kLargestFile) {
+            return std::nullopt;
         }
     }
-    if (filled == text.size()) {
-        return std::nullopt;
-    }
-    text.resize(filled);
-    return text;
 }
 
 bool LoadIni(const std::string& path, IniText& ini) {
