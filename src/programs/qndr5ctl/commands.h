@@ -20,6 +20,9 @@ void AddSettingsCommands(CLI::App& program, const ControlContext& context);
 void AddComputerCommands(CLI::App& program, const ControlContext& context);
 void AddFileCommands(CLI::App& program, const ControlContext& context);
 void AddLogCommands(CLI::App& program, const ControlContext& context);
+void AddRowCommands(CLI::App& program, const ControlContext& context);
+void AddConflictCommands(CLI::App& program, const ControlContext& context);
+void AddProblemCommands(CLI::App& program, const ControlContext& context);
 
 /// A group of commands, of which one must be named.
 inline CLI::App& AddGroup(CLI::App& program, const std::string& name, const std::string& description) {

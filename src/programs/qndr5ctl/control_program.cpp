@@ -29,6 +29,9 @@ void AddCommands(CLI::App& program, const ControlContext& context) {
     AddComputerCommands(program, context);
     AddFileCommands(program, context);
     AddLogCommands(program, context);
+    AddRowCommands(program, context);
+    AddConflictCommands(program, context);
+    AddProblemCommands(program, context);
 }
 
 } // namespace

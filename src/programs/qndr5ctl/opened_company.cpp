@@ -1,8 +1,10 @@
 #include "programs/qndr5ctl/opened_company.h"
 
+#include "programs/qndr5ctl/sync_words.h"
 #include "services/failure.h"
 #include "suite/company/company_creation.h"
 #include "suite/company/company_library.h"
+#include "syncfiles/sync_state.h"
 
 namespace qndr::control {
 
@@ -73,6 +75,14 @@ void OpenedCompany::DemandMain() const {
 void OpenedCompany::DemandRoaming() const {
     if (!IsRoaming()) {
         throw Failure("'" + psdFile_ + "' is no Roaming Workstation company");
+    }
+}
+
+void OpenedCompany::DemandThatChangesTravel() const {
+    const std::int64_t state = Number("SyncState");
+    if (IsRoaming() && state != SyncStateReady) {
+        throw Failure("this workstation's state is " + NumberInWords(state, WordsForCompanyState(state)) +
+                      ": a change can be made here when it is ready, or on main");
     }
 }
 

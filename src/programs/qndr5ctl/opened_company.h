@@ -28,6 +28,9 @@ class OpenedCompany {
     /// Raise services::Failure when the company is of another type.
     void DemandMain() const;
     void DemandRoaming() const;
+    /// Raises services::Failure for a workstation that is not in normal running: before its first sync it must
+    /// hold no changes, and a reset gives up those that were not sent.
+    void DemandThatChangesTravel() const;
 
   private:
     std::string psdFile_;

@@ -75,7 +75,8 @@ CREATE TABLE ImportMark (
   Origin TEXT,
   OriginID INTEGER
 );
--- LosingValues is a JSON object from column to text or null, bytes in base64.
+-- LosingValues is a JSON object from column to text or null, bytes as {"base64": text}; NULL for a deletion. State: 0
+-- open, 1 restored, 2 dismissed.
 CREATE TABLE ImportConflicts (
   ID INTEGER PRIMARY KEY AUTOINCREMENT,
   TableName TEXT NOT NULL,

@@ -55,7 +55,7 @@ ImportLedger::ImportLedger(const SqliteConnection& connection)
           "INSERT INTO ImportConflicts (TableName, RowUniqueID, OccurredOn, LosingOrigin, WinningOrigin, "
           "LosingValues, Deleted, State) SELECT ?1, ?2, GETUTCDATE(), ?3, ?4, ?5, ?5 IS NULL, 0 WHERE NOT EXISTS "
           "(SELECT 1 FROM ImportConflicts WHERE RowUniqueID = ?2 AND TableName = ?1 AND LosingOrigin IS ?3 "
-          "AND WinningOrigin IS ?4 AND LosingValues IS ?5)")) {
+          "AND WinningOrigin IS ?4 AND LosingValues IS ?5 AND State = 0)")) {
 }
 
 void ImportLedger::AddProblem(const ImportBatch& batch, const ImportRecord& record, const std::string& reason) {

@@ -11,7 +11,8 @@
 namespace qndr::suite {
 
 /// Keeps, inside the import's transaction, what an import could not take or had to overwrite, so that a person can
-/// get at it. What stands there already is not entered again: a file may be imported twice.
+/// get at it. What stands there already is not entered again, for a file may be imported twice; but a conflict
+/// that a person has settled is no reason to hide one like it.
 class ImportLedger {
   public:
     explicit ImportLedger(const SqliteConnection& connection);

@@ -1,9 +1,12 @@
 #include "suite/engine/row_json.h"
 
+#include "services/failure.h"
 #include "suite/engine/base64.h"
 #include "suite/engine/xml_text.h"
 
-#include <string_view>
+#include <array>
+#include <charconv>
+#include <cmath>
 
 namespace qndr::suite {
 
@@ -28,6 +31,38 @@ void AppendJsonText(std::string& out, std::string_view text) {
     out += '"';
 }
 
+/// The shortest text that reads back as the same double.
+void AppendReal(std::string& out, double number) {
+    if (std::isinf(number)) {
+        out += number < 0 ? "-9e999" : "9e999"; // how the database writes and reads what lies beyond a double
+        return;
+    }
+    std::array<char, 32> digits{};
+    out.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
+}
+
+bool IsWholeInJson(std::string_view text) {
+    // The database's reader ends a text at an escaped null character.
+    return text.find('\0') == std::string_view::npos && IsUtf8(text);
+}
+
+void AppendValue(std::string& json, const SqliteStatement& row, int column) {
+    const int type = sqlite3_column_type(row.Handle(), column);
+    if (type == SQLITE_NULL) {
+        json += "null";
+    } else if (type == SQLITE_FLOAT) {
+        json += '"';
+        AppendReal(json, sqlite3_column_double(row.Handle(), column));
+        json += '"';
+    } else if (type == SQLITE_BLOB || !IsWholeInJson(row.Text(column))) {
+        json += R"({"base64":")";
+        AppendBase64(json, row.Bytes(column));
+        json += "\"}";
+    } else {
+        AppendJsonText(json, row.Text(column));
+    }
+}
+
 } // namespace
 
 std::string RowAsJson(const SqliteStatement& row) {
@@ -36,18 +71,31 @@ std::string RowAsJson(const SqliteStatement& row) {
         json += i == 0 ? "" : ",";
         AppendJsonText(json, row.ColumnName(i));
         json += ':';
-        const int type = sqlite3_column_type(row.Handle(), i);
-        if (type == SQLITE_NULL) {
-            json += "null";
-        } else if (type == SQLITE_BLOB || !IsUtf8(row.Text(i))) {
-            json += '"';
-            AppendBase64(json, row.Bytes(i));
-            json += '"';
-        } else {
-            AppendJsonText(json, row.Text(i));
-        }
+        AppendValue(json, row, i);
     }
     return json + "}";
+}
+
+std::vector<RowJsonValue> ReadRowJson(const SqliteConnection& connection, std::string_view json) {
+    SqliteStatement member = connection.Prepare(
+        "SELECT key, type, CASE type WHEN 'object' THEN json_extract(value, '$.base64') ELSE value END "
+        "FROM json_each(?1)");
+    member.Bind(1, json);
+    std::vector<RowJsonValue> values;
+    while (member.Step()) {
+        RowJsonValue value;
+        value.column = member.Text(0);
+        value.content = member.Text(2);
+        if (member.Text(1) == "text") {
+            value.form = RowJsonValue::Form::Text;
+        } else if (member.Text(1) == "object" && !member.IsNull(2) && DecodeBase64(value.content, 0)) {
+            value.form = RowJsonValue::Form::Base64;
+        } else if (member.Text(1) != "null") {
+            throw services::Failure("the value of '" + value.column + "' is not readable");
+        }
+        values.push_back(std::move(value));
+    }
+    return values;
 }
 
 } // namespace qndr::suite

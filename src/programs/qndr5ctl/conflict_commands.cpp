@@ -1,0 +1,258 @@
+#include "programs/qndr5ctl/column_values.h"
+#include "programs/qndr5ctl/commands.h"
+#include "programs/qndr5ctl/opened_company.h"
+#include "programs/qndr5ctl/output.h"
+#include "services/failure.h"
+#include "suite/engine/conflicts.h"
+
+#include <algorithm>
+
+namespace qndr::control {
+
+namespace {
+
+struct ListArguments {
+    std::string file;
+    bool all = false;
+    bool json = false;
+};
+
+struct OneArguments {
+    std::string file;
+    std::int64_t id = 0;
+    bool json = false;
+};
+
+std::string WordsForConflictState(suite::ConflictState state) {
+    switch (state) {
+    case suite::ConflictState::Open:
+        return "open";
+    case suite::ConflictState::Restored:
+        return "restored";
+    case suite::ConflictState::Dismissed:
+        return "dismissed";
+    }
+    return "unknown";
+}
+
+/// What a person calls a company: of another workstation, a workstation knows the UniqueID alone.
+std::string CompanyName(const OpenedCompany& company, const std::string& uniqueID) {
+    auto row = company.Database().Prepare(
+        "SELECT CASE WHEN ?1 = UniqueID COLLATE NOCASE THEN 'this company' WHEN ?1 = MainUniqueID COLLATE NOCASE "
+        "THEN 'main' ELSE ifnull(nullif((SELECT Name FROM RoamingWorkstations WHERE UniqueID = ?1), ''), ?1) END "
+        "FROM Company");
+    row.Bind(1, uniqueID);
+    return row.Step() ? std::string(row.Text(0)) : uniqueID;
+}
+
+void ListConflicts(const ControlContext& context, const ListArguments& arguments) {
+    const OpenedCompany company(context, arguments.file);
+    auto row = company.Database().Prepare(
+        "SELECT ID, TableName, RowUniqueID, OccurredOn, LosingOrigin, WinningOrigin, LosingValues IS NULL, State, "
+        "(SELECT AuditData FROM AuditLog WHERE TableName = ImportConflicts.TableName AND AuditUniqueID = "
+        "RowUniqueID "
+        "ORDER BY ID DESC LIMIT 1) FROM ImportConflicts WHERE ?1 OR State = ?2 ORDER BY ID");
+    row.Bind(1, std::int64_t{arguments.all ? 1 : 0});
+    row.Bind(2, static_cast<std::int64_t>(suite::ConflictState::Open));
+    Listing listing({{"ID", "id"},
+                     {"Table", "table"},
+                     {"Row", "rowName"},
+                     {"Unique id", "uniqueID"},
+                     {"Occurred (UTC)", "occurredOn"},
+                     {"Lost", "losingCompany"},
+                     {"", "losingOrigin"},
+                     {"Won", "winningCompany"},
+                     {"", "winningOrigin"},
+                     {"Lost as", "losingVersion"},
+                     {"State", "state"}});
+    while (row.Step()) {
+        const std::string losing(row.Text(4));
+        const std::string winning(row.Text(5));
+        listing.Add({row.Integer(0), row.Text(1), row.IsNull(8) ? Json() : Json(row.Text(8)), row.Text(2),
+                     StoredDateText(std::string(row.Text(3))), CompanyName(company, losing), losing,
+                     CompanyName(company, winning), winning, row.Integer(6) != 0 ? "deletion" : "values",
+                     WordsForConflictState(static_cast<suite::ConflictState>(row.Integer(7)))});
+    }
+    if (arguments.json) {
+        context.out << listing.ToJson().ToText() << '\n';
+    } else {
+        listing.PrintTable(context.out, arguments.all ? "This company has no conflicts."
+                                                      : "This company has no open conflicts.");
+    }
+}
+
+Facts FactsOf(const OpenedCompany& company, const suite::Conflict& conflict, bool rowIsThere) {
+    Facts facts;
+    facts.Add("Conflict", "id", conflict.id);
+    facts.Add("Table", "table", conflict.table->name);
+    facts.Add("Unique id", "uniqueID", conflict.uniqueID);
+    facts.Add("Occurred (UTC)", "occurredOn", StoredDateText(conflict.occurredOn));
+    facts.Add("Lost", "losingCompany", CompanyName(company, conflict.losingOrigin));
+    facts.Add("", "losingOrigin", conflict.losingOrigin);
+    facts.Add("Won", "winningCompany", CompanyName(company, conflict.winningOrigin));
+    facts.Add("", "winningOrigin", conflict.winningOrigin);
+    facts.Add("Lost as", "losingVersion", conflict.losing ? "values" : "deletion");
+    facts.Add("Row is there", "rowIsThere", rowIsThere);
+    facts.Add("State", "state", WordsForConflictState(conflict.state));
+    return facts;
+}
+
+const suite::ColumnValue* ValueOf(const std::vector<suite::ColumnValue>& values, const suite::Column& column) {
+    const auto found =
+        std::find_if(values.begin(), values.end(), [&](const auto& value) { return value.column == &column; });
+    return found == values.end() ? nullptr : &*found;
+}
+
+/// Losing beside present values, of the columns that the losing version tells of; where there is no row every
+/// value is null.
+Listing CompareVersions(const suite::Conflict& conflict, const std::optional<suite::Row>& present) {
+    Listing listing({{"Column", "column"},
+                     {"Losing value", ""},
+                     {"", "losing"},
+                     {"Present value", ""},
+                     {"", "present"},
+                     {"Differs", ""},
+                     {"", "differs"}});
+    for (const suite::Column& column : conflict.table->columns) {
+        const suite::ColumnValue nothing{&column, Null{}};
+        const auto* losing = conflict.losing ? ValueOf(*conflict.losing, column) : &nothing;
+        const auto* now = present ? ValueOf(present->values, column) : &nothing;
+        if (column.local || losing == nullptr || now == nullptr) {
+            continue;
+        }
+        const bool differs = losing->value != now->value;
+        listing.Add({column.name, CellForPeople(*losing), CellForMachines(*losing), CellForPeople(*now),
+                     CellForMachines(*now), differs ? "*" : "", differs});
+    }
+    return listing;
+}
+
+void ShowConflict(const ControlContext& context, const OneArguments& arguments) {
+    const OpenedCompany company(context, arguments.file);
+    const suite::SqliteTransaction reading(company.Database(), suite::SqliteTransaction::Kind::Read);
+    const suite::Conflict conflict = suite::ReadConflict(company.Database(), arguments.id);
+    const auto present = suite::ReadRow(company.Database(), *conflict.table, conflict.uniqueID);
+    const Facts facts = FactsOf(company, conflict, present.has_value());
+    const Listing columns = CompareVersions(conflict, present);
+    if (arguments.json) {
+        Json result = facts.ToJson();
+        result.Set("columns", columns.ToJson());
+        context.out << result.ToText() << '\n';
+        return;
+    }
+    facts.Print(context.out);
+    context.out << '\n';
+    columns.PrintTable(context.out, "This table has no columns.");
+}
+
+void Restore(const ControlContext& context, const OneArguments& arguments) {
+    const OpenedCompany company(context, arguments.file);
+    company.DemandThatChangesTravel();
+    switch (suite::RestoreConflict(company.Database(), arguments.id)) {
+    case suite::Restoration::Updated:
+        context.out << "Changed the row back to the losing values.\n";
+        break;
+    case suite::Restoration::Inserted:
+        context.out << "Made the row again with the losing values.\n";
+        break;
+    case suite::Restoration::Deleted:
+        context.out << "Deleted the row.\n";
+        break;
+    case suite::Restoration::NothingToDo:
+        context.out << "Nothing was changed: the row stands like the losing version already.\n";
+        break;
+    }
+}
+
+void Dismiss(const ControlContext& context, const OneArguments& arguments) {
+    const OpenedCompany company(context, arguments.file);
+    suite::DismissConflict(company.Database(), arguments.id);
+}
+
+void ListProblems(const ControlContext& context, const ListArguments& arguments) {
+    const OpenedCompany company(context, arguments.file);
+    auto row = company.Database().Prepare(
+        "SELECT ID, TableName, RowUniqueID, OccurredOn, Reason FROM ImportProblems ORDER BY ID");
+    Listing listing({{"ID", "id"},
+                     {"Table", "table"},
+                     {"Unique id", "uniqueID"},
+                     {"Occurred (UTC)", "occurredOn"},
+                     {"Reason", "reason"}});
+    while (row.Step()) {
+        listing.Add({row.Integer(0), row.Text(1), row.IsNull(2) ? Json() : Json(row.Text(2)),
+                     StoredDateText(std::string(row.Text(3))), row.Text(4)});
+    }
+    if (arguments.json) {
+        context.out << listing.ToJson().ToText() << '\n';
+    } else {
+        listing.PrintTable(context.out, "No record was put aside by an import into this company.");
+    }
+}
+
+void ShowProblem(const ControlContext& context, const OneArguments& arguments) {
+    const OpenedCompany company(context, arguments.file);
+    auto row = company.Database().Prepare(
+        "SELECT TableName, RowUniqueID, OccurredOn, Reason, RecordXml FROM ImportProblems WHERE ID = ?1");
+    row.Bind(1, arguments.id);
+    if (!row.Step()) {
+        throw services::Failure("there is no problem " + std::to_string(arguments.id));
+    }
+    Facts facts;
+    facts.Add("Problem", "id", arguments.id);
+    facts.Add("Table", "table", row.Text(0));
+    facts.Add("Unique id", "uniqueID", row.IsNull(1) ? Json() : Json(row.Text(1)));
+    facts.Add("Occurred (UTC)", "occurredOn", StoredDateText(std::string(row.Text(2))));
+    facts.Add("Reason", "reason", row.Text(3));
+    facts.Add("Record", "recordXml", row.Text(4));
+    if (arguments.json) {
+        context.out << facts.ToJson().ToText() << '\n';
+    } else {
+        facts.Print(context.out);
+    }
+}
+
+CLI::App& AddOneArguments(const Command<OneArguments>& command, const std::string& idDescription) {
+    command.app.add_option("FILE", command.arguments.file, "The company's .psd file")->required();
+    command.app.add_option("ID", command.arguments.id, idDescription)->required();
+    return command.app;
+}
+
+} // namespace
+
+void AddConflictCommands(CLI::App& program, const ControlContext& context) {
+    CLI::App& group = AddGroup(program, "conflicts", "Versions of rows that lost against another company's");
+    const auto list = AddCommand<ListArguments>(group, context, "list", "The open conflicts", ListConflicts);
+    list.app.add_option("FILE", list.arguments.file, "The company's .psd file")->required();
+    list.app.add_flag("--all", list.arguments.all, "Also those that were restored or dismissed");
+    AddJsonFlag(list.app, list.arguments.json);
+
+    const std::string id = "The conflict's number in the list";
+    const auto show = AddCommand<OneArguments>(
+        group, context, "show", "The losing values beside the present ones; a * marks those that differ",
+        ShowConflict);
+    AddJsonFlag(AddOneArguments(show, id), show.arguments.json);
+
+    AddOneArguments(
+        AddCommand<OneArguments>(group, context, "restore",
+                                 "Make the losing version the row's present one; this is a new change, "
+                                 "which is audited and travels with the next exchange",
+                                 Restore),
+        id);
+    AddOneArguments(AddCommand<OneArguments>(group, context, "dismiss",
+                                             "Take a conflict off the list of the open ones; its values are kept",
+                                             Dismiss),
+                    id);
+}
+
+void AddProblemCommands(CLI::App& program, const ControlContext& context) {
+    CLI::App& group = AddGroup(program, "problems", "Records that an import could not take and put aside");
+    const auto list = AddCommand<ListArguments>(group, context, "list", "All of them and why", ListProblems);
+    list.app.add_option("FILE", list.arguments.file, "The company's .psd file")->required();
+    AddJsonFlag(list.app, list.arguments.json);
+
+    const auto show =
+        AddCommand<OneArguments>(group, context, "show", "The reason and the record, as it arrived", ShowProblem);
+    AddJsonFlag(AddOneArguments(show, "The problem's number in the list"), show.arguments.json);
+}
+
+} // namespace qndr::control

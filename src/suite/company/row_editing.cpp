@@ -1,0 +1,173 @@
+#include "suite/company/row_editing.h"
+
+#include "suite/company/company_ddl.h"
+#include "suite/files/ascii_case.h"
+
+#include <charconv>
+
+namespace qndr::suite {
+
+namespace {
+
+std::string Quoted(std::string_view name) {
+    return "\"" + std::string(name) + "\"";
+}
+
+struct Binder {
+    SqliteStatement& statement;
+    int parameter;
+
+    void operator()(Null) const { statement.BindNull(parameter); }
+    void operator()(std::int64_t number) const { statement.Bind(parameter, number); }
+    void operator()(double number) const { sqlite3_bind_double(statement.Handle(), parameter, number); }
+    void operator()(const std::string& text) const { statement.Bind(parameter, text); }
+    void operator()(const Bytes& bytes) const { statement.BindBytes(parameter, bytes.content); }
+};
+
+/// Binds the values to the parameters behind ?1.
+void BindValues(SqliteStatement& statement, const std::vector<ColumnValue>& values) {
+    int parameter = 1;
+    for (const ColumnValue& value : values) {
+        std::visit(Binder{statement, ++parameter}, value.value);
+    }
+}
+
+StoredValue ReadValue(const SqliteStatement& row, int column) {
+    switch (sqlite3_column_type(row.Handle(), column)) {
+    case SQLITE_INTEGER:
+        return row.Integer(column);
+    case SQLITE_FLOAT:
+        return sqlite3_column_double(row.Handle(), column);
+    case SQLITE_TEXT:
+        return std::string(row.Text(column));
+    case SQLITE_BLOB:
+        return Bytes{std::string(row.Bytes(column))};
+    default:
+        return Null{};
+    }
+}
+
+/// Of a statement that selects the ExchangedColumnList.
+Row RowOf(const SqliteStatement& statement, const Table& table) {
+    Row row{std::string(statement.Text(0)), {}};
+    int index = 0;
+    for (const Column& column : table.columns) {
+        if (!column.local) {
+            row.values.push_back({&column, ReadValue(statement, ++index)});
+        }
+    }
+    return row;
+}
+
+std::string SelectStatement(const Table& table) {
+    return "SELECT " + ExchangedColumnList(table) + " FROM " + Quoted(table.name);
+}
+
+bool StandsForNothing(const StoredValue& value) {
+    const auto* text = std::get_if<std::string>(&value);
+    return std::holds_alternative<Null>(value) || (text != nullptr && text->empty());
+}
+
+std::string Condition(const ColumnValue& condition, const std::string& parameter) {
+    const std::string name = Quoted(condition.column->name);
+    return StandsForNothing(condition.value) ? "ifnull(" + name + ", '') = ''"
+                                             : name + " COLLATE NOCASE = " + parameter;
+}
+
+RowChange OutcomeOfStep(const SqliteConnection& connection, SqliteStatement& statement) {
+    statement.Step();
+    return sqlite3_changes(connection.Handle()) > 0 ? RowChange::Changed : RowChange::NoRow;
+}
+
+} // namespace
+
+StoredValue NumberOrText(std::string_view text) {
+    std::int64_t whole = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), whole);
+    if (error == std::errc() && end == text.data() + text.size()) {
+        return whole;
+    }
+    const auto number = ParseNumber(text);
+    return number ? StoredValue(*number) : StoredValue(std::string(text));
+}
+
+const Column* FindExchangedColumn(const Table& table, std::string_view name) {
+    for (const Column& column : table.columns) {
+        if (!column.local && EqualsWithoutCase(column.name, name)) {
+            return &column;
+        }
+    }
+    return nullptr;
+}
+
+std::optional<Row> ReadRow(const SqliteConnection& connection, const Table& table, std::string_view uniqueID) {
+    SqliteStatement statement = connection.Prepare(SelectStatement(table) + " WHERE UniqueID = ?1");
+    statement.Bind(1, uniqueID);
+    return statement.Step() ? std::optional(RowOf(statement, table)) : std::nullopt;
+}
+
+std::vector<Row> FindRows(const SqliteConnection& connection, const Table& table,
+                          const std::vector<ColumnValue>& conditions, std::int64_t limit) {
+    std::string sql = SelectStatement(table);
+    for (std::size_t i = 0; i < conditions.size(); ++i) {
+        sql += (i == 0 ? " WHERE " : " AND ") + Condition(conditions[i], "?" + std::to_string(i + 2));
+    }
+    SqliteStatement statement = connection.Prepare(sql + " ORDER BY ID LIMIT ?1");
+    statement.Bind(1, limit);
+    for (std::size_t i = 0; i < conditions.size(); ++i) {
+        if (!StandsForNothing(conditions[i].value)) { // such a condition has no parameter
+            std::visit(Binder{statement, static_cast<int>(i) + 2}, conditions[i].value);
+        }
+    }
+    std::vector<Row> rows;
+    while (statement.Step()) {
+        rows.push_back(RowOf(statement, table));
+    }
+    return rows;
+}
+
+RowChange UpdateRow(const SqliteConnection& connection, const Table& table, std::string_view uniqueID,
+                    const std::vector<ColumnValue>& values) {
+    std::string changes;
+    std::string differs;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const std::string name = Quoted(values[i].column->name);
+        const std::string parameter = "?" + std::to_string(i + 2);
+        changes.append(i == 0 ? "" : ", ").append(name).append(" = ").append(parameter);
+        // A column may be compared without case by default; a value that differs in case alone is a change.
+        differs.append(i == 0 ? "" : " OR ").append(name).append(" COLLATE BINARY IS NOT ").append(parameter);
+    }
+    if (!values.empty()) {
+        SqliteStatement statement = connection.Prepare("UPDATE " + Quoted(table.name) + " SET " + changes +
+                                                       " WHERE UniqueID = ?1 AND (" + differs + ")");
+        statement.Bind(1, uniqueID);
+        BindValues(statement, values);
+        if (OutcomeOfStep(connection, statement) == RowChange::Changed) {
+            return RowChange::Changed;
+        }
+    }
+    return ReadRow(connection, table, uniqueID) ? RowChange::Unchanged : RowChange::NoRow;
+}
+
+void InsertRow(const SqliteConnection& connection, const Table& table, std::string_view uniqueID,
+               const std::vector<ColumnValue>& values) {
+    std::string names = "UniqueID";
+    std::string parameters = "?1";
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        names += ", " + Quoted(values[i].column->name);
+        parameters += ", ?" + std::to_string(i + 2);
+    }
+    SqliteStatement statement =
+        connection.Prepare("INSERT INTO " + Quoted(table.name) + " (" + names + ") VALUES (" + parameters + ")");
+    statement.Bind(1, uniqueID);
+    BindValues(statement, values);
+    statement.Step();
+}
+
+RowChange DeleteRow(const SqliteConnection& connection, const Table& table, std::string_view uniqueID) {
+    SqliteStatement statement = connection.Prepare("DELETE FROM " + Quoted(table.name) + " WHERE UniqueID = ?1");
+    statement.Bind(1, uniqueID);
+    return OutcomeOfStep(connection, statement);
+}
+
+} // namespace qndr::suite
