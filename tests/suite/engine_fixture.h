@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <string>
 
 namespace qndr::suite {
@@ -57,7 +58,7 @@ class EngineCompany {
         for (const Table& table : AuditedTables()) {
             all += Rows(std::string(table.name)) + "\n";
         }
-        for (const char* table : {"AuditLog", "ImportMark", "ImportProblems", "ImportConflicts"}) {
+        for (const char* table : {"AuditLog", "ImportMark", "ImportProblems", "ImportConflicts", "SentRanges"}) {
             all += Value("SELECT COUNT(*) FROM " + std::string(table)) + "\n";
         }
         return all;
@@ -68,10 +69,12 @@ class EngineCompany {
         return engine.DoExport(path);
     }
     /// The entries of audited changes, as the agent adds them.
-    bool ExportAudited(std::int64_t above, const std::string& path) {
-        SqliteStatement log = Connection().Prepare(
-            "SELECT ID, TableName, RecordID, AuditType FROM AuditLog WHERE ID > ?1 ORDER BY ID");
+    bool ExportAudited(std::int64_t above, const std::string& path,
+                       std::int64_t upTo = std::numeric_limits<std::int64_t>::max()) {
+        SqliteStatement log = Connection().Prepare("SELECT ID, TableName, RecordID, AuditType FROM AuditLog "
+                                                   "WHERE ID > ?1 AND ID <= ?2 ORDER BY ID");
         log.Bind(1, above);
+        log.Bind(2, upTo);
         while (log.Step()) {
             const std::string table(log.Text(1));
             if (log.Integer(3) == 3) {
@@ -103,9 +106,10 @@ inline std::string ReadFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// An exchange file from `sender` with these tables.
-inline std::string Exchange(const std::string& tables, const std::string& sender = MainID) {
-    return "<Exchange Version=\"1\" From=\"" + sender + "\">" + tables + "</Exchange>";
+/// An exchange file from `sender`, who had accepted the files that `seen` tells of, with these tables.
+inline std::string Exchange(const std::string& tables, const std::string& sender = MainID,
+                            const std::string& seen = "") {
+    return "<Exchange Version=\"1\" From=\"" + sender + "\" Seen=\"" + seen + "\">" + tables + "</Exchange>";
 }
 
 } // namespace qndr::suite

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include <algorithm>
 #include <array>
 #include <deque>
+#include <set>
 
 namespace qndr::suite {
 namespace {
@@ -22,13 +24,14 @@ struct OriginCase {
     std::string name;
     int type = 2;           ///< of the company that imports
     std::string local;      ///< what happened here before
-    std::int64_t known = 0; ///< the audit rows up to here are known at the other end
+    std::int64_t known = 0; ///< the audit rows up to here were known to the sender; all on main are sent
     std::string origin;     ///< of the arriving record; empty for a full export
     std::int64_t originID = 0;
     bool deletion = false;
     std::string arriving = "theirs";
-    std::string expected; ///< the name that the row has at the end; "gone" for no row
-    std::string conflict; ///< "loser>winner values" of the one conflict
+    std::string expected;      ///< the name that the row has at the end; "gone" for no row
+    std::string conflict;      ///< "loser>winner values" of the one conflict
+    std::int64_t onItsWay = 0; ///< on a workstation: more audit rows that are sent
 };
 
 void PrintTo(const OriginCase& aCase, std::ostream* out) {
@@ -43,6 +46,10 @@ const std::array Cases = {
     OriginCase{"UntouchedRow", 2, "", 0, MainID, 5, false, "theirs", "theirs", ""},
     OriginCase{"FullExport", 2, "", 0, "", 0, false, "theirs", "theirs", ""},
     OriginCase{"SentChange", 2, EditRow, 1, MainID, 5, false, "theirs", "theirs", ""},
+    OriginCase{"ChangeOnItsWay", 2, EditRow, 0, MainID, 5, false, "theirs", "mine", "", 1},
+    OriginCase{"DeletionOnItsWay", 2, DeleteRow, 0, OtherLaptopID, 5, false, "theirs", "gone", "", 1},
+    OriginCase{"UnsentChangeBehindOneOnItsWay", 2, EditRow + "UPDATE PhoneLabels SET Name = 'new';", 0, MainID, 5,
+               false, "theirs", "new", MainID + ">" + LaptopID + " " + Theirs, 1},
     OriginCase{"UnsentChange", 2, EditRow, 0, MainID, 5, false, "theirs", "mine",
                MainID + ">" + LaptopID + " " + Theirs},
     OriginCase{"UnsentChangeAgainstOtherLaptop", 2, EditRow, 0, OtherLaptopID, 5, false, "theirs", "mine",
@@ -90,9 +97,13 @@ TEST_P(EngineOriginTest, TheRightVersionStaysAndTheLoserIsKept) {
     company.Run("INSERT INTO ImportMark (Audited) VALUES (0); INSERT INTO PhoneLabels (UniqueID, Name, SortOrder) "
                 "VALUES ('U1', 'base', 1); DELETE FROM ImportMark;" +
                 given.local);
-    company.Run(atMain ? "INSERT INTO RoamingWorkstations (UniqueID, LastAuditID) VALUES ('" + LaptopID + "', " +
-                             std::to_string(given.known) + ")"
-                       : "UPDATE Company SET LastAuditID = " + std::to_string(given.known));
+    const std::string known = std::to_string(given.known);
+    company.Run(atMain ? "INSERT INTO RoamingWorkstations (UniqueID) VALUES ('" + LaptopID +
+                             "'); UPDATE RoamingWorkstations SET NextSequenceToRoaming = 1, LastAuditID = " +
+                             known + "; UPDATE RoamingWorkstations SET NextSequenceToRoaming = 2, LastAuditID = 99"
+                       : "UPDATE Company SET NextSequenceToMain = 1, LastAuditID = " + known +
+                             "; UPDATE Company SET NextSequenceToMain = 2, LastAuditID = LastAuditID + " +
+                             std::to_string(given.onItsWay));
     const std::string origin = given.origin.empty() ? ""
                                                     : " Origin=\"" + given.origin + "\" OriginID=\"" +
                                                           std::to_string(given.originID) + "\"";
@@ -101,7 +112,7 @@ TEST_P(EngineOriginTest, TheRightVersionStaysAndTheLoserIsKept) {
               Exchange("<Table Name=\"PhoneLabels\"" + std::string(given.deletion ? " Deleted=\"1\"" : "") +
                            "><Record" + origin + "><UniqueID>U1</UniqueID>" +
                            (given.deletion ? "" : "<Name>" + given.arriving + "</Name>") + "</Record></Table>",
-                       atMain ? LaptopID : MainID));
+                       atMain ? LaptopID : MainID, OtherLaptopID + ":2 " + (atMain ? MainID : LaptopID) + ":1"));
     const std::int64_t audited = company.Number("SELECT MAX(ID) FROM AuditLog");
     const std::string before = company.Rows("PhoneLabels");
     for (int i = 0; i < 2; ++i) {
@@ -121,60 +132,106 @@ TEST_P(EngineOriginTest, TheRightVersionStaysAndTheLoserIsKept) {
 INSTANTIATE_TEST_SUITE_P(Engine, EngineOriginTest, testing::ValuesIn(Cases),
                          [](const auto& test) { return test.param.name; });
 
-TEST(EngineConfirmationTest, MainSendsAnUnchangedRowOutAgainWhenItsSenderWaitsForIt) {
+TEST(EngineSeenTest, AFileTellsWhatItsSenderHadAcceptedAndTheReceiverForgetsTheRest) {
     const TestFolder folder;
+    EngineCompany laptop(folder, LaptopID, 2);
     EngineCompany main(folder, MainID, 1);
     const std::string file = folder.Path("data.xml");
-    const auto arrive = [&](const std::string& table, const std::string& id) {
-        WriteFile(file, Exchange("<Table Name=\"PhoneLabels\"" + table + "><Record Origin=\"" + LaptopID +
-                                     "\" OriginID=\"" + id + "\"><UniqueID>U1</UniqueID></Record></Table>",
-                                 LaptopID));
-        EXPECT_TRUE(main.engine.ImportFile(file));
-        return main.Value("SELECT group_concat(AuditType || ':' || OriginID) FROM AuditLog");
+    main.Run("INSERT INTO RoamingWorkstations (UniqueID, NextSequenceFromRoaming) VALUES ('" + LaptopID +
+             "', 0), ('" + OtherLaptopID + "', 3)");
+    ASSERT_TRUE(main.engine.DoExport(file));
+    EXPECT_NE(ReadFile(file).find(" Seen=\"" + LaptopID + ":0 " + OtherLaptopID + ":3\""), std::string::npos);
+
+    laptop.Run("UPDATE Company SET MainUniqueID = lower('" + MainID + "'), NextSequenceFromMain = 3");
+    ASSERT_TRUE(laptop.engine.DoExport(file));
+    main.Run("UPDATE RoamingWorkstations SET NextSequenceToRoaming = 2, LastAuditID = 20 WHERE ID = 1;"
+             "UPDATE RoamingWorkstations SET NextSequenceToRoaming = 3, LastAuditID = 30 WHERE ID = 1;"
+             "UPDATE RoamingWorkstations SET NextSequenceToRoaming = 4, LastAuditID = 40 WHERE ID = 1;");
+    const auto ranges = [&] {
+        return main.Value("SELECT group_concat(NextSequence || '>' || LastAuditID, ' ') FROM (SELECT * FROM "
+                          "SentRanges WHERE Receiver = '" +
+                          LaptopID + "' ORDER BY NextSequence)");
     };
-    EXPECT_EQ(arrive("", "3"), "1:3");
-    EXPECT_EQ(arrive("", "5"), "1:3,1:5");
-    EXPECT_EQ(arrive("", "5"), "1:3,1:5");
-    EXPECT_EQ(arrive(" Deleted=\"1\"", "6"), "1:3,1:5,3:6");
-    EXPECT_EQ(arrive(" Deleted=\"1\"", "8"), "1:3,1:5,3:6,3:8");
-    EXPECT_EQ(arrive(" Deleted=\"1\"", "6"), "1:3,1:5,3:6,3:8");
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(main.engine.ImportFile(file));
+        EXPECT_EQ(ranges(), "3>30 4>40");
+    }
+    main.Run("UPDATE RoamingWorkstations SET NextSequenceToRoaming = 0");
+    EXPECT_EQ(ranges(), "0>40") << "a reset makes the old numbers void";
+    main.Run("UPDATE RoamingWorkstations SET LastAuditID = 50, NextSequenceToRoaming = 1");
+    EXPECT_EQ(ranges(), "0>40 1>50");
 }
 
-/// Main and two laptops that exchange audited changes through queues of files, as late as they like.
+/// Main and two laptops that exchange audited changes of two rows through queues of files, as late as they like.
+/// Every edit writes a name that no other edit writes.
 class Exchanging {
   public:
     enum { ToMain, ToLaptop };
+    enum class Counter { Moves, Fails };
 
     explicit Exchanging(const TestFolder& folder)
         : folder_(folder), main(folder, MainID, 1), laptops{{{folder, LaptopID, 2}, {folder, OtherLaptopID, 2}}} {
         for (const std::string& id : {LaptopID, OtherLaptopID}) {
             main.Run("INSERT INTO RoamingWorkstations (UniqueID) VALUES ('" + id + "')");
         }
+        for (EngineCompany& laptop : laptops) {
+            laptop.Run("UPDATE Company SET MainUniqueID = '" + MainID + "'");
+        }
     }
 
-    void Send(std::size_t laptop, int direction) {
+    /// An edit by somebody who sees the row: what stood there before is no longer missed. Gives the new name.
+    std::string Edit(EngineCompany& editor, const std::string& row) {
+        Delete(editor, row, "");
+        const std::string name = "edit" + std::to_string(++edits_);
+        editor.Run("INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('" + row + "', '" + name +
+                   "') ON CONFLICT (UniqueID) DO UPDATE SET Name = excluded.Name");
+        written_.insert(name);
+        return name;
+    }
+    void Delete(EngineCompany& editor, const std::string& row) {
+        Delete(editor, row, "DELETE FROM PhoneLabels WHERE UniqueID = '" + row + "'");
+    }
+
+    /// `meanwhile` runs between the moment that the file's range is settled and the moment that its rows are read.
+    template <class Meanwhile> void Send(std::size_t laptop, int direction, Meanwhile meanwhile) {
         const bool up = direction == ToMain;
         EngineCompany& sender = up ? laptops[laptop] : main;
-        const std::string sent = up ? "Company" : "RoamingWorkstations WHERE ID = " + std::to_string(laptop + 1);
+        const std::string table = up ? "Company" : "RoamingWorkstations";
+        const std::string row = up ? "" : " WHERE ID = " + std::to_string(laptop + 1);
         const std::int64_t newest = sender.Number("SELECT MAX(ID) FROM AuditLog");
-        const std::int64_t above = sender.Number("SELECT LastAuditID FROM " + sent);
+        const std::int64_t above = sender.Number("SELECT LastAuditID FROM " + table + row);
         if (newest <= above) {
             return;
         }
+        meanwhile();
         const std::string file = folder_.Path("sync" + std::to_string(++files_) + ".xml");
-        RC_ASSERT(sender.ExportAudited(above, file));
-        sender.Run((up ? "UPDATE Company SET LastAuditID = " : "UPDATE RoamingWorkstations SET LastAuditID = ") +
-                   std::to_string(newest) + (up ? "" : " WHERE ID = " + std::to_string(laptop + 1)));
+        RC_ASSERT(sender.ExportAudited(above, file, newest));
+        const std::string counter = up ? "NextSequenceToMain" : "NextSequenceToRoaming";
+        sender.Run("UPDATE " + table + " SET LastAuditID = " + std::to_string(newest) + ", " + counter + " = " +
+                   counter + " + 1" + row);
         queues_[laptop][static_cast<std::size_t>(direction)].push_back(file);
     }
+    void Send(std::size_t laptop, int direction) {
+        Send(laptop, direction, [] {});
+    }
 
-    bool Receive(std::size_t laptop, int direction) {
+    /// A file whose counter could not be moved is taken a second time.
+    bool Receive(std::size_t laptop, int direction, Counter counter = Counter::Moves) {
         std::deque<std::string>& queue = queues_[laptop][static_cast<std::size_t>(direction)];
         if (queue.empty()) {
             return false;
         }
-        RC_ASSERT((direction == ToMain ? main : laptops[laptop]).engine.ImportFile(queue.front()));
-        queue.pop_front();
+        const bool up = direction == ToMain;
+        EngineCompany& receiver = up ? main : laptops[laptop];
+        RC_ASSERT(receiver.engine.ImportFile(queue.front()));
+        if (counter == Counter::Moves) {
+            receiver.Run(
+                up ? "UPDATE RoamingWorkstations SET NextSequenceFromRoaming = NextSequenceFromRoaming + 1 "
+                     "WHERE ID = " +
+                         std::to_string(laptop + 1)
+                   : "UPDATE Company SET NextSequenceFromMain = NextSequenceFromMain + 1");
+            queue.pop_front();
+        }
         return true;
     }
 
@@ -197,9 +254,47 @@ class Exchanging {
         return false;
     }
 
+    bool IsAlike() {
+        return std::all_of(laptops.begin(), laptops.end(), [&](EngineCompany& laptop) {
+            return laptop.Rows("PhoneLabels") == main.Rows("PhoneLabels");
+        });
+    }
+    std::int64_t Conflicts() {
+        std::int64_t count = 0;
+        for (EngineCompany* company : Companies()) {
+            count += company->Number("SELECT COUNT(*) FROM ImportConflicts");
+        }
+        return count;
+    }
+    /// The names that stand in no row and in no conflict, and that nobody overwrote who saw them.
+    std::string Lost() {
+        std::string lost;
+        for (const std::string& name : written_) {
+            const auto holds = [&](EngineCompany* company) {
+                return company->Number("SELECT EXISTS (SELECT 1 FROM PhoneLabels WHERE Name = '" + name +
+                                       "') OR EXISTS (SELECT 1 FROM ImportConflicts WHERE LosingValues LIKE "
+                                       "'%\"Name\":\"" +
+                                       name + "\"%')") != 0;
+            };
+            const auto companies = Companies();
+            if (std::none_of(companies.begin(), companies.end(), holds)) {
+                lost += name + " ";
+            }
+        }
+        return lost;
+    }
+
   private:
+    std::array<EngineCompany*, 3> Companies() { return {&main, &laptops[0], &laptops[1]}; }
+    void Delete(EngineCompany& editor, const std::string& row, const std::string& statement) {
+        written_.erase(editor.Value("SELECT Name FROM PhoneLabels WHERE UniqueID = '" + row + "'"));
+        editor.Run(statement);
+    }
+
     const TestFolder& folder_;
     int files_ = 0;
+    int edits_ = 0;
+    std::set<std::string> written_;
     std::array<std::array<std::deque<std::string>, 2>, 2> queues_;
 
   public:
@@ -207,7 +302,24 @@ class Exchanging {
     std::array<EngineCompany, 2> laptops;
 };
 
-TEST(EngineConvergenceTest, AfterAnyExchangeAllCompaniesHoldTheSameRows) {
+TEST(EngineConvergenceTest, AVersionOfMainsThatWasStillOnItsWayIsKept) {
+    const TestFolder folder;
+    Exchanging sync(folder);
+    sync.Edit(sync.main, "A");
+    ASSERT_TRUE(sync.ComeToRest());
+    const std::string mains = sync.Edit(sync.main, "A");
+    sync.Send(0, Exchanging::ToLaptop);
+    sync.Edit(sync.laptops[0], "A");
+    sync.Send(0, Exchanging::ToMain);
+    sync.Receive(0, Exchanging::ToMain);
+    EXPECT_EQ(sync.main.Value("SELECT LosingOrigin || WinningOrigin || LosingValues FROM ImportConflicts"),
+              MainID + LaptopID + R"({"UniqueID":"A","Name":")" + mains + R"(","SortOrder":null})");
+    ASSERT_TRUE(sync.ComeToRest());
+    EXPECT_TRUE(sync.IsAlike());
+    EXPECT_EQ(sync.Conflicts(), 1);
+}
+
+TEST(EngineConvergenceTest, AfterAnyExchangeAllCompaniesHoldTheSameRowsAndNoVersionIsLost) {
     const TestFolder folder;
     // Each run begins where the last one came to rest.
     Exchanging sync(folder);
@@ -216,27 +328,44 @@ TEST(EngineConvergenceTest, AfterAnyExchangeAllCompaniesHoldTheSameRows) {
         for (int step = 0; step < steps; ++step) {
             const auto laptop = *rc::gen::inRange<std::size_t>(0, 2);
             const int direction = *rc::gen::element(Exchanging::ToMain + 0, Exchanging::ToLaptop + 0);
-            const int action = *rc::gen::inRange(0, 6);
+            const int action = *rc::gen::inRange(0, 7);
+            const std::string row = *rc::gen::element<std::string>("A", "B");
+            EngineCompany& editor = action < 4 ? sync.laptops[laptop] : sync.main;
+            const bool rarely = *rc::gen::inRange(0, 4) == 0;
             if (action == 0) {
-                sync.Send(laptop, direction);
-            } else if (action == 1) {
-                sync.Receive(laptop, direction);
+                sync.Send(laptop, direction, [&] {
+                    if (rarely) {
+                        sync.Edit(direction == Exchanging::ToMain ? sync.laptops[laptop] : sync.main, row);
+                    }
+                });
+            } else if (action < 3) {
+                sync.Receive(laptop, direction, rarely ? Exchanging::Counter::Fails : Exchanging::Counter::Moves);
+            } else if (rarely) {
+                sync.Delete(editor, row);
             } else {
-                EngineCompany& editor = action < 4 ? sync.laptops[laptop] : sync.main;
-                const std::string row = *rc::gen::element<std::string>("A", "B");
-                if (*rc::gen::inRange(0, 4) == 0) {
-                    editor.Run("DELETE FROM PhoneLabels WHERE UniqueID = '" + row + "'");
-                } else {
-                    editor.Run("INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('" + row + "', " +
-                               std::to_string(step) +
-                               ") ON CONFLICT (UniqueID) DO UPDATE SET Name = excluded.Name");
-                }
+                sync.Edit(editor, row);
             }
         }
         RC_ASSERT(sync.ComeToRest());
-        for (EngineCompany& laptop : sync.laptops) {
-            RC_ASSERT(laptop.Rows("PhoneLabels") == sync.main.Rows("PhoneLabels"));
+        RC_ASSERT(sync.IsAlike());
+        RC_ASSERT(sync.Lost() == "");
+    }));
+}
+
+TEST(EngineConvergenceTest, ChangesOneAfterTheOtherAreNoConflicts) {
+    const TestFolder folder;
+    Exchanging sync(folder);
+    EXPECT_TRUE(rc::check("no conflicts", [&] {
+        const int steps = *rc::gen::inRange(0, 6);
+        for (int step = 0; step < steps; ++step) {
+            const int editor = *rc::gen::inRange(0, 6);
+            EngineCompany& company =
+                editor % 3 == 2 ? sync.main : sync.laptops[static_cast<std::size_t>(editor % 3)];
+            editor < 3 ? static_cast<void>(sync.Edit(company, "A")) : sync.Delete(company, "A");
+            RC_ASSERT(sync.ComeToRest());
+            RC_ASSERT(sync.IsAlike());
         }
+        RC_ASSERT(sync.Conflicts() == 0);
     }));
 }
 

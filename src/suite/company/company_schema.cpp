@@ -53,6 +53,42 @@ CREATE TABLE AuditLog (
 CREATE INDEX ixAuditLog_Row ON AuditLog (TableName, AuditUniqueID COLLATE NOCASE);
 )";
 
+/// The engine's memory of how far each file to another company went: with NextSequence files sent, all audit rows
+/// up to LastAuditID were covered. Filled by whatever moves the counters. They go back to 0 at a reset and at a
+/// first exchange, and what stood for higher numbers before is void then.
+constexpr std::string_view SentRangesTable = R"(
+-- Receiver is the workstation's UniqueID; empty on a workstation, which sends to main alone.
+CREATE TABLE SentRanges (
+  Receiver TEXT COLLATE NOCASE NOT NULL,
+  NextSequence INTEGER NOT NULL,
+  LastAuditID INTEGER NOT NULL,
+  PRIMARY KEY (Receiver, NextSequence)
+) WITHOUT ROWID;
+)";
+
+std::string SentRangesTrigger(std::string_view name, std::string_view event, std::string_view receiver,
+                              std::string_view nextSequence) {
+    const std::string to(receiver);
+    const std::string sequence = "NEW." + std::string(nextSequence);
+    return "CREATE TRIGGER " + std::string(name) + " AFTER " + std::string(event) +
+           "\nBEGIN\n  DELETE FROM SentRanges WHERE Receiver = " + to + " AND NextSequence >= " + sequence +
+           ";\n  INSERT INTO SentRanges (Receiver, NextSequence, LastAuditID) VALUES (" + to + ", " + sequence +
+           ", NEW.LastAuditID);\nEND;\n";
+}
+
+std::string SentRangesScript() {
+    const auto triggers = [](const std::string& table, std::string_view receiver,
+                             const std::string& nextSequence) {
+        return SentRangesTrigger("sentRangeInsert" + table, "INSERT ON " + table, receiver, nextSequence) +
+               SentRangesTrigger("sentRangeUpdate" + table,
+                                 "UPDATE OF " + nextSequence + ", LastAuditID ON " + table, receiver,
+                                 nextSequence);
+    };
+    return std::string(SentRangesTable) +
+           triggers("RoamingWorkstations", "NEW.UniqueID", "NextSequenceToRoaming") +
+           triggers("Company", "''", "NextSequenceToMain");
+}
+
 /// What stays in this database: it tells about this company alone.
 constexpr std::string_view OwnTables = R"(
 CREATE TABLE CompanyOptions (
@@ -116,7 +152,7 @@ const Table* FindAuditedTable(std::string_view name) {
 }
 
 std::string CompanySchemaScript() {
-    std::string script = std::string(ExchangeTables) + std::string(OwnTables);
+    std::string script = std::string(ExchangeTables) + SentRangesScript() + std::string(OwnTables);
     for (const Table& table : AuditedTables()) {
         script += AuditedTableScript(table);
     }

@@ -1,6 +1,7 @@
 #include "suite/engine/export_writer.h"
 
 #include "services/failure.h"
+#include "suite/engine/sent_ranges.h"
 #include "suite/files/ascii_case.h"
 
 #include <charconv>
@@ -58,6 +59,10 @@ void ExportWriter::WriteAll(const std::vector<ExportEntry>& entries) {
     AppendXmlText(text_, own_);
     text_ += "\" CreatedOn=\"";
     AppendXmlText(text_, connection_.Value("SELECT GETUTCDATE()").value_or(""));
+    if (const std::string seen = AcceptedFiles(connection_); origin_ == ExportOrigin::Tell && !seen.empty()) {
+        text_ += "\" Seen=\"";
+        AppendXmlText(text_, seen);
+    }
     text_ += "\">\n";
     for (const ExportEntry& entry : entries) {
         Write(entry);

@@ -22,7 +22,7 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
         throw services::Failure("the file is empty");
     }
     const SqliteCacheSize cache(connection, ImportCacheKibibytes);
-    ImportApplier applier(connection, batch->from);
+    ImportApplier applier(connection, batch->from, batch->seen);
     for (; batch != nullptr; batch = pipe.Next()) {
         applier.Apply(*batch);
     }

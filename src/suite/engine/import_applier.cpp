@@ -2,9 +2,10 @@
 
 namespace qndr::suite {
 
-ImportApplier::ImportApplier(const SqliteConnection& connection, const std::string& sender)
+ImportApplier::ImportApplier(const SqliteConnection& connection, const std::string& sender,
+                             const std::string& seen)
     : connection_(connection), transaction_(connection, SqliteTransaction::Kind::Write),
-      rules_(connection, sender), audits_(connection, rules_.IsMain()), ledger_(connection) {
+      rules_(connection, sender, seen), audits_(connection, rules_.IsMain()), ledger_(connection) {
     SqliteStatement insert =
         connection_.Prepare("INSERT INTO ImportMark (Audited, Origin, OriginID) VALUES (?1, NULL, NULL)");
     insert.Bind(1, std::int64_t{rules_.IsMain() ? 1 : 0});
@@ -32,14 +33,14 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
         ledger_.AddProblem(batch, record, record.problem);
         return;
     }
-    OriginRules::Decision decision = rules_.Decide(record.table->name, batch.Text(record, record.uniqueID),
-                                                   batch.Text(record, record.origin), record.originID);
+    OriginRules::Decision decision =
+        rules_.Decide(record.table->name, batch.Text(record, record.uniqueID), batch.Text(record, record.origin));
     if (rules_.IsMain()) {
         MarkOrigin(batch, record);
     }
     switch (decision.verdict) {
     case OriginRules::Verdict::Take:
-        Take(batch, record, table);
+        PutAside(batch, record, table.Apply(batch, record));
         return;
     case OriginRules::Verdict::TakeAndKeepLoser:
         TakeAndKeepLoser(batch, record, table, decision);
@@ -50,28 +51,6 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
     case OriginRules::Verdict::PassOver:
         return;
     }
-}
-
-void ImportApplier::Take(const ImportBatch& batch, const ImportRecord& record, ImportTable& table) {
-    const ImportTable::Outcome outcome = table.Apply(batch, record);
-    if (PutAside(batch, record, outcome) || outcome.changed || !rules_.IsMain()) {
-        return;
-    }
-    const std::int64_t audit = rules_.VersionToConfirm(record.table->name, batch.Text(record, record.uniqueID),
-                                                       batch.Text(record, record.origin), record.originID);
-    if (audit == 0) {
-        return;
-    }
-    if (!confirm_) {
-        confirm_.emplace(connection_.Prepare(
-            "INSERT INTO AuditLog (TableName, RecordID, AuditType, AddedOn, AuditUniqueID, AuditData, Origin, "
-            "OriginID) SELECT TableName, RecordID, AuditType, GETUTCDATE(), AuditUniqueID, AuditData, Origin, ?2 "
-            "FROM AuditLog WHERE ID = ?1"));
-    }
-    confirm_->Bind(1, audit);
-    confirm_->Bind(2, record.originID);
-    confirm_->Step();
-    confirm_->Reset();
 }
 
 bool ImportApplier::PutAside(const ImportBatch& batch, const ImportRecord& record,

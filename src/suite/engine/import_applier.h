@@ -22,7 +22,7 @@ class ImportApplier {
   public:
     /// Waits for the right to write, and marks what follows as an import: a main company audits it as a change of
     /// the record's origin, a workstation does not audit it.
-    ImportApplier(const SqliteConnection& connection, const std::string& sender);
+    ImportApplier(const SqliteConnection& connection, const std::string& sender, const std::string& seen);
 
     void Apply(const ImportBatch& batch);
     /// Durable when it returns.
@@ -32,7 +32,6 @@ class ImportApplier {
 
   private:
     void Apply(const ImportBatch& batch, const ImportRecord& record);
-    void Take(const ImportBatch& batch, const ImportRecord& record, ImportTable& table);
     /// True when the database refused the record and it was put aside.
     bool PutAside(const ImportBatch& batch, const ImportRecord& record, const ImportTable::Outcome& outcome);
     void TakeAndKeepLoser(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
@@ -49,7 +48,6 @@ class ImportApplier {
     ImportLedger ledger_;
     std::int64_t records_ = 0;
     std::optional<SqliteStatement> mark_;
-    std::optional<SqliteStatement> confirm_;
     std::string markedOrigin_;
     std::int64_t markedOriginID_ = 0;
     std::unordered_map<const Table*, ImportTable> tables_;

@@ -42,6 +42,7 @@ struct ImportRecord {
 /// Some consecutive records of a file. The buffers are used again and again, so that reading allocates nothing.
 struct ImportBatch {
     std::string from; ///< UniqueID of the sending company
+    std::string seen; ///< how many files of which companies the sender had accepted (sent_ranges.h)
     std::string text;
     std::vector<ImportValue> values;
     std::vector<ImportRecord> records;

@@ -28,9 +28,9 @@ constexpr std::size_t UnknownColumn = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t UniqueIDColumn = UnknownColumn - 1;
 
 /// What every company database has and no file may write to: they are not unknown.
-constexpr std::array<std::string_view, 9> OwnTables = {
-    "cacheProductStyles", "Company",    "RoamingWorkstations", "AuditLog",      "CompanyOptions",
-    "CompanyEvents",      "ImportMark", "ImportConflicts",     "ImportProblems"};
+constexpr std::array<std::string_view, 10> OwnTables = {
+    "cacheProductStyles", "Company",    "RoamingWorkstations", "AuditLog",       "CompanyOptions",
+    "CompanyEvents",      "ImportMark", "ImportConflicts",     "ImportProblems", "SentRanges"};
 
 enum Depth { InDocument = 0, InExchange = 1, InTable = 2, InRecord = 3, InColumn = 4 };
 
@@ -113,6 +113,7 @@ bool ImportReader::Read(ImportBatch& batch) {
     }
     SetAside(batch);
     batch.from = from_;
+    batch.seen = seen_;
     return true;
 }
 
@@ -165,6 +166,7 @@ void ImportReader::StartExchange(std::string_view name, const char** attributes)
         return Refuse("the file was written by a newer version");
     }
     from_ = Attribute(attributes, "From");
+    seen_ = Attribute(attributes, "Seen");
 }
 
 void ImportReader::StartTable(std::string_view name, const char** attributes) {

@@ -1,6 +1,9 @@
 #include "suite/engine/origin_rules.h"
 
+#include "suite/engine/sent_ranges.h"
 #include "suite/files/ascii_case.h"
+
+#include <optional>
 
 namespace qndr::suite {
 
@@ -11,21 +14,17 @@ constexpr std::int64_t RoamingWorkstationType = 2;
 
 } // namespace
 
-OriginRules::OriginRules(const SqliteConnection& connection, const std::string& sender)
-    : newest_(connection.Prepare(
-          "SELECT ID, Origin, OriginID FROM AuditLog WHERE TableName = ?1 AND AuditUniqueID = ?2 "
-          "ORDER BY ID DESC LIMIT 1")),
+OriginRules::OriginRules(const SqliteConnection& connection, const std::string& sender, const std::string& seen)
+    : newest_(connection.Prepare("SELECT ID, Origin FROM AuditLog WHERE TableName = ?1 AND AuditUniqueID = ?2 "
+                                 "ORDER BY ID DESC LIMIT 1")),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")), sender_(sender),
       isMain_(connection.Number("SELECT CompanyType FROM Company") != RoamingWorkstationType),
       latest_(connection.Number("SELECT MAX(ID) FROM AuditLog")) {
     if (!isMain_) {
-        known_ = connection.Number("SELECT LastAuditID FROM Company");
-        return;
+        sent_ = connection.Number("SELECT LastAuditID FROM Company");
     }
-    SqliteStatement workstation =
-        connection.Prepare("SELECT LastAuditID FROM RoamingWorkstations WHERE UniqueID = ?1");
-    workstation.Bind(1, sender);
-    known_ = workstation.Step() ? workstation.Integer(0) : 0;
+    const std::optional<std::int64_t> files = AcceptedFilesOf(seen, own_);
+    known_ = files ? CoveredBy(connection, isMain_ ? sender : MainReceiver, *files) : sent_;
 }
 
 OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string_view uniqueID) {
@@ -33,45 +32,36 @@ OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string
     newest_.Bind(2, uniqueID);
     Newest newest;
     if (newest_.Step()) {
-        newest = {newest_.Integer(0), std::string(newest_.Text(1)), newest_.Integer(2)};
+        newest = {newest_.Integer(0), std::string(newest_.Text(1))};
     }
     newest_.Reset();
     return newest;
 }
 
 OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_view uniqueID,
-                                          std::string_view origin, std::int64_t originID) {
-    const bool comesBack = !isMain_ && !origin.empty() && EqualsWithoutCase(origin, own_);
+                                          std::string_view origin) {
     // A full import asks half a million times: nothing is looked up where no local version can matter.
-    if (!comesBack && latest_ <= known_) {
+    if (latest_ <= known_) {
         return {};
     }
     const Newest newest = NewestAudit(table, uniqueID);
-    const std::string arriving(origin.empty() ? std::string_view(sender_) : origin);
-    if (comesBack) {
-        return {newest.id > originID ? Verdict::PassOver : Verdict::Take, {}, {}};
-    }
     // Audit rows above latest_ are this import's own.
     if (newest.id <= known_ || newest.id > latest_) {
         return {};
     }
-    const bool localVersion = newest.origin.empty();
-    if (!isMain_) {
-        return localVersion ? Decision{Verdict::KeepOwn, arriving, own_} : Decision{};
+    const std::string arriving(origin.empty() ? std::string_view(sender_) : origin);
+    if (isMain_) {
+        // The sender's own version before this one: it keeps that in its row until its next change.
+        if (EqualsWithoutCase(newest.origin, sender_)) {
+            return {};
+        }
+        return {Verdict::TakeAndKeepLoser, newest.origin.empty() ? own_ : newest.origin, arriving};
     }
-    if (EqualsWithoutCase(newest.origin, sender_)) {
-        return {};
+    // What was sent wins as soon as it reaches main, and main keeps the version that loses then.
+    if (newest.id <= sent_ || EqualsWithoutCase(origin, own_)) {
+        return {Verdict::PassOver, {}, {}};
     }
-    return {Verdict::TakeAndKeepLoser, localVersion ? own_ : newest.origin, arriving};
-}
-
-std::int64_t OriginRules::VersionToConfirm(std::string_view table, std::string_view uniqueID,
-                                           std::string_view origin, std::int64_t originID) {
-    if (origin.empty()) {
-        return 0;
-    }
-    const Newest newest = NewestAudit(table, uniqueID);
-    return EqualsWithoutCase(newest.origin, origin) && newest.originID < originID ? newest.id : 0;
+    return {Verdict::KeepOwn, arriving, own_};
 }
 
 } // namespace qndr::suite

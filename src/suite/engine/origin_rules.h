@@ -9,17 +9,19 @@
 namespace qndr::suite {
 
 /// Decides which version of a row stays when a record arrives. On main the order of arrival decides and every
-/// record is taken; a workstation does not let go of what main has not seen yet. Made inside the import's
-/// transaction, before its first write.
+/// record is taken; a workstation holds on to a version of its own until main says that it has taken it. So a row
+/// changes hands only by an edit of somebody who sees it or by a decision of this class, and no version gets lost
+/// between the two. Made inside the import's transaction, before its first write.
 class OriginRules {
   public:
-    OriginRules(const SqliteConnection& connection, const std::string& sender);
+    /// `seen` is what the file says of the files that its sender had accepted.
+    OriginRules(const SqliteConnection& connection, const std::string& sender, const std::string& seen);
 
     enum class Verdict {
         Take,
         TakeAndKeepLoser, ///< the version that stands here was unknown to the sender
         KeepOwn,          ///< the arriving version loses against an unsent change of this workstation
-        PassOver          ///< an older version of this workstation's own, a newer one is on its way
+        PassOver          ///< nothing of it is to be kept: a newer version of this workstation is on its way
     };
 
     struct Decision {
@@ -29,23 +31,15 @@ class OriginRules {
     };
 
     /// `origin` is empty for the records of a full export.
-    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin,
-                    std::int64_t originID);
+    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin);
 
     bool IsMain() const { return isMain_; }
-
-    /// The audit row whose version main must send out once more, under the number of the arriving one; 0 when
-    /// there is none. To be asked on main when a record has changed nothing. The sender passes over older versions
-    /// of its own for as long as it waits for the newest one to come back, and would wait for ever.
-    std::int64_t VersionToConfirm(std::string_view table, std::string_view uniqueID, std::string_view origin,
-                                  std::int64_t originID);
 
   private:
     /// The newest audit row of a row; the ID is 0 when there is none.
     struct Newest {
         std::int64_t id = 0;
         std::string origin;
-        std::int64_t originID = 0;
     };
     Newest NewestAudit(std::string_view table, std::string_view uniqueID);
 
@@ -53,7 +47,8 @@ class OriginRules {
     std::string own_;
     std::string sender_;
     bool isMain_ = false;
-    std::int64_t known_ = 0;  ///< the audit rows up to here are known at the other end
+    std::int64_t sent_ = 0;   ///< on a workstation: the audit rows up to here are out
+    std::int64_t known_ = 0;  ///< the audit rows up to here were known to the sender when it made the file
     std::int64_t latest_ = 0; ///< the newest audit row before this import
 };
 

@@ -1,0 +1,53 @@
+#include "suite/engine/sent_ranges.h"
+
+#include "suite/files/ascii_case.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace qndr::suite {
+
+std::string AcceptedFiles(const SqliteConnection& connection) {
+    return connection
+        .Value(
+            "SELECT group_concat(UniqueID || ':' || Files, ' ') FROM ("
+            "SELECT MainUniqueID AS UniqueID, NextSequenceFromMain AS Files FROM Company WHERE MainUniqueID <> '' "
+            "UNION ALL SELECT UniqueID, NextSequenceFromRoaming FROM RoamingWorkstations)")
+        .value_or("");
+}
+
+std::optional<std::int64_t> AcceptedFilesOf(std::string_view text, std::string_view uniqueID) {
+    while (!text.empty()) {
+        const std::string_view entry = text.substr(0, text.find(' '));
+        text.remove_prefix(std::min(text.size(), entry.size() + 1));
+        const std::size_t colon = entry.rfind(':');
+        if (colon == std::string_view::npos || !EqualsWithoutCase(entry.substr(0, colon), uniqueID)) {
+            continue;
+        }
+        std::int64_t files = 0;
+        const char* const end = entry.data() + entry.size();
+        const auto [stop, error] = std::from_chars(entry.data() + colon + 1, end, files);
+        return error == std::errc() && stop == end ? std::optional(files) : std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view receiver, std::int64_t files) {
+    SqliteStatement range =
+        connection.Prepare("SELECT NextSequence, LastAuditID FROM SentRanges WHERE Receiver = ?1 "
+                           "AND NextSequence <= ?2 ORDER BY NextSequence DESC LIMIT 1");
+    range.Bind(1, receiver);
+    range.Bind(2, files);
+    if (!range.Step()) {
+        return 0;
+    }
+    const std::int64_t covered = range.Integer(1);
+    SqliteStatement forget =
+        connection.Prepare("DELETE FROM SentRanges WHERE Receiver = ?1 AND NextSequence < ?2");
+    forget.Bind(1, receiver);
+    forget.Bind(2, range.Integer(0));
+    forget.Step();
+    return covered;
+}
+
+} // namespace qndr::suite

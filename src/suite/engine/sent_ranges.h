@@ -1,0 +1,28 @@
+#pragma once
+
+#include "suite/database/sqlite_connection.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qndr::suite {
+
+/// How many change files of each company this one exchanges with it has accepted, as "UniqueID:number" with blanks
+/// between: main for a workstation, all workstations for main. Empty for a company that exchanges with none.
+std::string AcceptedFiles(const SqliteConnection& connection);
+
+/// The number that a text of AcceptedFiles has for a company; nothing when it has none.
+std::optional<std::int64_t> AcceptedFilesOf(std::string_view text, std::string_view uniqueID);
+
+/// SentRanges.Receiver of a workstation's only receiver. Stored: never change.
+inline constexpr std::string_view MainReceiver;
+
+/// The highest AuditLog.ID of this company that the first `files` files to the receiver covered. When that is not
+/// known (the counter of a file was not stored), that of fewer files, and 0 in the end: too low a bound keeps a
+/// version too many, too high a one would lose values. What fewer files covered is forgotten; a caller has a
+/// transaction.
+std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view receiver, std::int64_t files);
+
+} // namespace qndr::suite
