@@ -99,8 +99,14 @@ std::vector<std::pair<std::string, std::string>> ReadDescriptor(zip_t& archive) 
     return values;
 }
 
-std::vector<TableCount> CountRecords(zip_t& archive) {
-    EntryReader reader(archive, "data.xml");
+std::string BackupEntry(const std::vector<ArchiveEntry>& entries) {
+    const bool isBackup =
+        entries.size() == 1 && entries.front().name.starts_with("suz") && entries.front().name.ends_with(".xml");
+    return isBackup ? entries.front().name : "";
+}
+
+std::vector<TableCount> CountRecords(zip_t& archive, const std::string& entry) {
+    EntryReader reader(archive, entry);
     TableCounter counter;
     for (std::string_view piece = reader.Read(); !piece.empty(); piece = reader.Read()) {
         counter.Take(piece);
@@ -117,8 +123,11 @@ ArchiveContents ReadArchiveContents(const std::string& path) {
     if (zip_name_locate(archive.get(), "id.dat", 0) >= 0) {
         contents.descriptor = ReadDescriptor(*archive);
     }
-    if (zip_name_locate(archive.get(), "data.xml", 0) >= 0) {
-        contents.tables = CountRecords(*archive);
+    contents.backupEntry = BackupEntry(contents.entries);
+    if (!contents.backupEntry.empty()) {
+        contents.tables = CountRecords(*archive, contents.backupEntry);
+    } else if (zip_name_locate(archive.get(), "data.xml", 0) >= 0) {
+        contents.tables = CountRecords(*archive, "data.xml");
     }
     return contents;
 }

@@ -26,7 +26,9 @@ struct ArchiveContents {
     std::vector<ArchiveEntry> entries;
     /// The keys and values of id.dat, in its order; nothing without an id.dat.
     std::optional<std::vector<std::pair<std::string, std::string>>> descriptor;
-    /// In the order of their first record; nothing without a data.xml.
+    /// The data of an order backup, whose one entry has a name of its own in every archive; empty in a sync file.
+    std::string backupEntry;
+    /// In the order of their first record; nothing when the archive holds neither a data.xml nor a backup's data.
     std::optional<std::vector<TableCount>> tables;
 };
 

@@ -28,6 +28,8 @@ void AddCommands(CLI::App& program, const ControlContext& context) {
     AddSettingsCommands(program, context);
     AddComputerCommands(program, context);
     AddFileCommands(program, context);
+    AddFolderCommand(program, context);
+    AddOrderCommands(program, context);
     AddLogCommands(program, context);
     AddRowCommands(program, context);
     AddConflictCommands(program, context);

@@ -63,7 +63,9 @@ void Show(const ControlContext& context, const ShowArguments& arguments) {
     if (contents.descriptor) {
         descriptor.Print(context.out);
     } else {
-        context.out << "This archive has no descriptor (id.dat); it is no sync file.\n";
+        context.out << (contents.backupEntry.empty()
+                            ? "This archive has no descriptor (id.dat); it is no sync file.\n"
+                            : "This is an order backup; 'order show' shows what it holds.\n");
     }
     context.out << '\n';
     entries.PrintTable(context.out, "This archive is empty.");
@@ -76,10 +78,10 @@ void Show(const ControlContext& context, const ShowArguments& arguments) {
 } // namespace
 
 void AddFileCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "file", "Look into sync files");
+    CLI::App& group = AddGroup(program, "file", "Look into sync files and order backups");
     const auto show =
         AddCommand<ShowArguments>(group, context, "show", "Descriptor, entries and record counts", Show);
-    show.app.add_option("ARCHIVE", show.arguments.archive, "A sync file")->required();
+    show.app.add_option("ARCHIVE", show.arguments.archive, "A sync file or an order backup")->required();
     AddJsonFlag(show.app, show.arguments.json);
 }
 

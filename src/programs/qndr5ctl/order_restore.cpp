@@ -1,0 +1,88 @@
+#include "programs/qndr5ctl/order_restore.h"
+
+#include "suite/files/ascii_case.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace qndr::control {
+
+namespace {
+
+using suite::RowChange;
+
+const suite::Table& TableOf(std::string_view name) {
+    return *suite::FindAuditedTable(name);
+}
+
+/// The number of an order was queued before its first backup was made; a row that is made anew must not queue it
+/// a second time.
+void MarkNumberAsQueued(const suite::SqliteConnection& company, const std::string& uniqueID) {
+    suite::SqliteStatement update = company.Prepare("UPDATE Orders SET SyncState = 1 WHERE UniqueID = ?1");
+    update.Bind(1, uniqueID);
+    update.Step();
+}
+
+RestoreResult::Order WriteOrder(const suite::SqliteConnection& company, const suite::Row& order) {
+    const suite::Table& table = TableOf("Orders");
+    switch (suite::UpdateRow(company, table, order.uniqueID, order.values)) {
+    case RowChange::Unchanged:
+        return RestoreResult::Order::Unchanged;
+    case RowChange::Changed:
+        return RestoreResult::Order::Changed;
+    case RowChange::NoRow:
+        break;
+    }
+    suite::InsertRow(company, table, order.uniqueID, order.values);
+    MarkNumberAsQueued(company, order.uniqueID);
+    return RestoreResult::Order::MadeAnew;
+}
+
+void WriteItem(const suite::SqliteConnection& company, const suite::Row& item, RestoreResult& result) {
+    const suite::Table& table = TableOf("OrderItems");
+    switch (suite::UpdateRow(company, table, item.uniqueID, item.values)) {
+    case RowChange::Unchanged:
+        return;
+    case RowChange::Changed:
+        ++result.itemsChanged;
+        return;
+    case RowChange::NoRow:
+        suite::InsertRow(company, table, item.uniqueID, item.values);
+        ++result.itemsMadeAnew;
+        return;
+    }
+}
+
+int RemoveOtherItems(const suite::SqliteConnection& company, const OrderBackup& backup) {
+    const suite::Table& table = TableOf("OrderItems");
+    const suite::Column* ofOrder = suite::FindExchangedColumn(table, "OrderUniqueID");
+    int removed = 0;
+    for (const suite::Row& item : suite::FindRows(company, table, {{ofOrder, backup.order.uniqueID}},
+                                                  std::numeric_limits<std::int64_t>::max())) {
+        const bool isKept = std::any_of(backup.items.begin(), backup.items.end(), [&](const suite::Row& kept) {
+            return suite::EqualsWithoutCase(kept.uniqueID, item.uniqueID);
+        });
+        if (!isKept && suite::DeleteRow(company, table, item.uniqueID) == RowChange::Changed) {
+            ++removed;
+        }
+    }
+    return removed;
+}
+
+} // namespace
+
+RestoreResult RestoreOrder(const OpenedCompany& company, const OrderBackup& backup) {
+    const suite::SqliteConnection& database = company.Database();
+    suite::SqliteTransaction transaction(database, suite::SqliteTransaction::Kind::Write);
+    company.DemandThatChangesTravel();
+    RestoreResult result;
+    result.order = WriteOrder(database, backup.order);
+    for (const suite::Row& item : backup.items) {
+        WriteItem(database, item, result);
+    }
+    result.itemsRemoved = RemoveOtherItems(database, backup);
+    transaction.Commit();
+    return result;
+}
+
+} // namespace qndr::control
