@@ -17,7 +17,7 @@ void ImportExportEngine::Initialize(services::SharedCodeLibrary& library) {
 }
 
 void ImportExportEngine::AddToExport(const std::string& table, const std::string& statement, bool deletion) {
-    pending_.push_back({table, statement, deletion});
+    pending_.Add(table, statement, deletion);
 }
 
 bool ImportExportEngine::DoExport(const std::string& path) {
@@ -34,15 +34,17 @@ bool ImportExportEngine::ExportOrder(std::int32_t id, const std::string& path) {
     } catch (const services::Failure&) {
         return false;
     }
-    return Export({{"Orders", "SELECT * FROM vwExporting_Orders WHERE ID = " + number},
-                   {"OrderItems", "SELECT * FROM vwExporting_OrderItems WHERE OrderUniqueID = "
-                                  "(SELECT UniqueID FROM Orders WHERE ID = " +
-                                      number + ")"}},
-                  ExportOrigin::Withhold, path);
+    ExportList list;
+    list.Add("Orders", "SELECT * FROM vwExporting_Orders WHERE ID = " + number, false);
+    list.Add(
+        "OrderItems",
+        "SELECT * FROM vwExporting_OrderItems WHERE OrderUniqueID = (SELECT UniqueID FROM Orders WHERE ID = " +
+            number + ")",
+        false);
+    return Export(list, ExportOrigin::Withhold, path);
 }
 
-bool ImportExportEngine::Export(const std::vector<ExportEntry>& entries, ExportOrigin origin,
-                                const std::string& path) {
+bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, const std::string& path) {
     if (library_ == nullptr) {
         return false;
     }
@@ -53,7 +55,7 @@ bool ImportExportEngine::Export(const std::vector<ExportEntry>& entries, ExportO
         {
             SqliteTransaction transaction(connection, SqliteTransaction::Kind::Read);
             ExportWriter writer(connection, file, origin);
-            writer.WriteAll(entries);
+            writer.WriteAll(list);
             events = writer.PassedOver();
             if (verbose_) {
                 events.push_back(std::to_string(writer.RecordCount()) + " records were exported.");
@@ -97,7 +99,7 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
 
 void ImportExportEngine::PreTerminate() {
     library_ = nullptr;
-    pending_.clear();
+    pending_ = {};
 }
 
 void ImportExportEngine::Tell(const std::string& text) {

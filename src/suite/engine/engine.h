@@ -1,11 +1,11 @@
 #pragma once
 
 #include "services/company_services.h"
+#include "suite/engine/export_list.h"
 #include "suite/engine/export_writer.h"
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace qndr::suite {
 
@@ -22,7 +22,7 @@ class ImportExportEngine : public services::Engine {
     void SetVerbose(bool value) override { verbose_ = value; }
     void SetIgnoreUnknownTables(bool value) override { ignoreUnknownTables_ = value; }
 
-    void ClearExports() override { pending_.clear(); }
+    void ClearExports() override { pending_ = {}; }
     void AddToExport(const std::string& table, const std::string& statement, bool deletion) override;
     bool DoExport(const std::string& path) override;
     bool ImportFile(const std::string& path) override;
@@ -32,13 +32,13 @@ class ImportExportEngine : public services::Engine {
     void PreTerminate() override;
 
   private:
-    bool Export(const std::vector<ExportEntry>& entries, ExportOrigin origin, const std::string& path);
+    bool Export(const ExportList& list, ExportOrigin origin, const std::string& path);
     void Tell(const std::string& text);
 
     CompanyLibrary* library_ = nullptr;
     bool verbose_ = false;
     bool ignoreUnknownTables_ = false;
-    std::vector<ExportEntry> pending_;
+    ExportList pending_;
 };
 
 } // namespace qndr::suite

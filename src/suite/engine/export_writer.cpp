@@ -4,16 +4,11 @@
 #include "suite/engine/sent_ranges.h"
 #include "suite/files/ascii_case.h"
 
-#include <charconv>
-
 namespace qndr::suite {
 
 namespace {
 
 constexpr std::size_t BufferSize = 256 * 1024;
-
-/// How the statements of audited changes end; the ID of the row or of the audit row follows.
-constexpr std::string_view SingleRowEnd = " WHERE ID = ";
 
 /// For the audit row of a deletion: what the entry's own statement does not show.
 constexpr std::string_view DeletionShape =
@@ -21,28 +16,6 @@ constexpr std::string_view DeletionShape =
 constexpr std::string_view DeletionWithOrigin =
     "SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID, ID AS AuditID, Origin AS AuditOrigin, "
     "OriginID AS AuditOriginID FROM AuditLog WHERE ID = ?1";
-
-struct SingleRow {
-    std::string shape;
-    std::int64_t id = 0;
-};
-
-/// The statement without its number when it asks for one row by its ID.
-std::optional<SingleRow> AsSingleRow(const std::string& statement) {
-    const std::size_t at = statement.rfind(SingleRowEnd);
-    if (at == std::string::npos) {
-        return std::nullopt;
-    }
-    SingleRow row;
-    const char* const begin = statement.data() + at + SingleRowEnd.size();
-    const char* const end = statement.data() + statement.size();
-    const auto [stop, error] = std::from_chars(begin, end, row.id);
-    if (error != std::errc() || stop != end) {
-        return std::nullopt;
-    }
-    row.shape = statement.substr(0, at + SingleRowEnd.size()) + "?1";
-    return row;
-}
 
 } // namespace
 
@@ -53,7 +26,7 @@ ExportWriter::ExportWriter(const SqliteConnection& connection, ExportFile& file,
                                       "AND AuditUniqueID = ?2 ORDER BY ID DESC LIMIT 1")) {
 }
 
-void ExportWriter::WriteAll(const std::vector<ExportEntry>& entries) {
+void ExportWriter::WriteAll(const ExportList& list) {
     text_.reserve(BufferSize * 2);
     text_ += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Exchange Version=\"1\" From=\"";
     AppendXmlText(text_, own_);
@@ -64,45 +37,44 @@ void ExportWriter::WriteAll(const std::vector<ExportEntry>& entries) {
         AppendXmlText(text_, seen);
     }
     text_ += "\">\n";
-    for (const ExportEntry& entry : entries) {
-        Write(entry);
+    for (const ExportList::Entry& entry : list.Entries()) {
+        Write(list.Kinds()[entry.kind], entry);
     }
     CloseTable();
     text_ += "</Exchange>\n";
     FlushBeyond(0);
 }
 
-void ExportWriter::Write(const ExportEntry& entry) {
-    const std::optional<SingleRow> single = AsSingleRow(entry.statement);
-    Source* const source = SourceFor(entry, single ? single->shape : entry.statement);
+void ExportWriter::Write(const ExportList::Kind& kind, const ExportList::Entry& entry) {
+    Source* const source = SourceFor(kind, entry.kind);
     if (source == nullptr) {
         return;
     }
-    if (single) {
-        source->statement.Bind(1, single->id);
+    if (kind.singleRow) {
+        source->statement.Bind(1, entry.id);
     }
-    OpenTable(entry);
+    OpenTable(kind);
     while (source->statement.Step()) {
-        WriteRecord(*source, entry, single.has_value());
+        WriteRecord(*source, kind);
         FlushBeyond(BufferSize);
     }
     source->statement.Reset();
 }
 
-ExportWriter::Source* ExportWriter::SourceFor(const ExportEntry& entry, const std::string& shape) {
-    const auto [place, added] = sources_.try_emplace(shape);
+ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std::size_t index) {
+    const auto [place, added] = sources_.try_emplace(index);
     std::optional<Source>& source = place->second;
     if (!added) {
         return source ? &*source : nullptr;
     }
     try {
-        source.emplace(connection_.Prepare(shape == DeletionShape ? DeletionWithOrigin : shape));
+        source.emplace(connection_.Prepare(kind.statement == DeletionShape ? DeletionWithOrigin : kind.statement));
     } catch (const services::Failure& failure) {
         const int error = sqlite3_errcode(connection_.Handle());
         if (error != SQLITE_ERROR && error != SQLITE_OK) {
             throw;
         }
-        passedOver_.push_back("The table '" + entry.table + "' was left out of an export: " + failure.what());
+        passedOver_.push_back("The table '" + kind.table + "' was left out of an export: " + failure.what());
         return nullptr;
     }
     for (int i = 0; i < source->statement.ColumnCount(); ++i) {
@@ -122,16 +94,16 @@ ExportWriter::Source* ExportWriter::SourceFor(const ExportEntry& entry, const st
     return &*source;
 }
 
-void ExportWriter::OpenTable(const ExportEntry& entry) {
-    if (tableIsOpen_ && openTable_ == entry.table && openDeletion_ == entry.deletion) {
+void ExportWriter::OpenTable(const ExportList::Kind& kind) {
+    if (tableIsOpen_ && openTable_ == kind.table && openDeletion_ == kind.deletion) {
         return;
     }
     CloseTable();
     text_ += "<Table Name=\"";
-    AppendXmlText(text_, entry.table);
-    text_ += entry.deletion ? "\" Deleted=\"1\">\n" : "\">\n";
-    openTable_ = entry.table;
-    openDeletion_ = entry.deletion;
+    AppendXmlText(text_, kind.table);
+    text_ += kind.deletion ? "\" Deleted=\"1\">\n" : "\">\n";
+    openTable_ = kind.table;
+    openDeletion_ = kind.deletion;
     tableIsOpen_ = true;
 }
 
@@ -142,15 +114,15 @@ void ExportWriter::CloseTable() {
     }
 }
 
-void ExportWriter::WriteRecord(const Source& source, const ExportEntry& entry, bool single) {
+void ExportWriter::WriteRecord(const Source& source, const ExportList::Kind& kind) {
     const SqliteStatement& row = source.statement;
     text_ += "<Record";
     if (origin_ == ExportOrigin::Tell && source.auditID >= 0) {
         const bool own = row.IsNull(source.origin);
         AppendOrigin(own ? std::string_view(own_) : row.Text(source.origin),
                      row.Integer(own ? source.auditID : source.originID));
-    } else if (origin_ == ExportOrigin::Tell && single && source.uniqueID >= 0) {
-        AppendNewestOrigin(entry.table, row.Text(source.uniqueID));
+    } else if (origin_ == ExportOrigin::Tell && kind.singleRow && source.uniqueID >= 0) {
+        AppendNewestOrigin(kind.table, row.Text(source.uniqueID));
     }
     text_ += '>';
     for (std::size_t i = 0; i < source.columns.size(); ++i) {

@@ -2,6 +2,7 @@
 
 #include "suite/database/sqlite_connection.h"
 #include "suite/engine/export_file.h"
+#include "suite/engine/export_list.h"
 #include "suite/engine/xml_text.h"
 
 #include <cstdint>
@@ -12,13 +13,6 @@
 #include <vector>
 
 namespace qndr::suite {
-
-/// One pending entry of an export.
-struct ExportEntry {
-    std::string table;
-    std::string statement;
-    bool deletion = false;
-};
 
 /// Whether the records that an audit row names tell whose version they are. A copy to be kept (an order backup)
 /// does not: it is to be taken back like any other version, however old it is.
@@ -31,7 +25,7 @@ class ExportWriter {
 
     /// Raises services::Failure for every trouble but an entry that this database cannot understand (its view is
     /// missing): that one is passed over, for it would otherwise stop the exchange at every try.
-    void WriteAll(const std::vector<ExportEntry>& entries);
+    void WriteAll(const ExportList& list);
 
     std::int64_t RecordCount() const { return records_; }
     /// One line for each kind of statement that was passed over.
@@ -50,11 +44,11 @@ class ExportWriter {
         int originID = -1;
     };
 
-    void Write(const ExportEntry& entry);
-    Source* SourceFor(const ExportEntry& entry, const std::string& shape);
-    void OpenTable(const ExportEntry& entry);
+    void Write(const ExportList::Kind& kind, const ExportList::Entry& entry);
+    Source* SourceFor(const ExportList::Kind& kind, std::size_t index);
+    void OpenTable(const ExportList::Kind& kind);
     void CloseTable();
-    void WriteRecord(const Source& source, const ExportEntry& entry, bool single);
+    void WriteRecord(const Source& source, const ExportList::Kind& kind);
     void AppendOrigin(std::string_view origin, std::int64_t id);
     void AppendNewestOrigin(const std::string& table, std::string_view uniqueID);
     void FlushBeyond(std::size_t size);
@@ -64,7 +58,7 @@ class ExportWriter {
     ExportOrigin origin_;
     std::string own_;
     SqliteStatement newestAudit_;
-    std::unordered_map<std::string, std::optional<Source>> sources_; ///< nothing: not understood
+    std::unordered_map<std::size_t, std::optional<Source>> sources_; ///< by kind; nothing: not understood
     std::string text_;
     std::string openTable_;
     bool openDeletion_ = false;
