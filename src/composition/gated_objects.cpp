@@ -14,20 +14,6 @@ std::unique_ptr<Object> Wrap(std::unique_ptr<Object> object, services::CallGate*
     return std::make_unique<Wrapper>(std::move(object), gate);
 }
 
-/// An archive whose entries stand behind the gate too.
-class GatedZipArchive : public services::ZipArchiveWrapper {
-  public:
-    GatedZipArchive(std::unique_ptr<services::ZipArchive> target, services::CallGate* gate)
-        : ZipArchiveWrapper(std::move(target), gate), gate_(gate) {}
-
-    std::unique_ptr<services::ZipEntry> GetEntryByName(const std::string& name) override {
-        return Wrap<services::ZipEntryWrapper>(ZipArchiveWrapper::GetEntryByName(name), gate_);
-    }
-
-  private:
-    services::CallGate* gate_;
-};
-
 } // namespace
 
 std::unique_ptr<services::SharedCodeLibrary> GatedObjects::CreateSharedCodeLibrary() {
@@ -51,7 +37,7 @@ std::unique_ptr<services::Upgrader> GatedObjects::CreateUpgrader() {
 }
 
 std::unique_ptr<services::ZipArchive> GatedObjects::CreateZipArchive() {
-    return Wrap<GatedZipArchive>(ObjectFactoryWrapper::CreateZipArchive(), gate_);
+    return Wrap<services::ZipArchiveWrapper>(ObjectFactoryWrapper::CreateZipArchive(), gate_);
 }
 
 } // namespace qndr
