@@ -30,6 +30,25 @@ TEST_F(PipelinesTest, StepsStandInTheirOrder) {
     EXPECT_LT(place(MainSteps().back()), place(RoamingSteps().front()));
 }
 
+TEST_F(PipelinesTest, StepsOfTheChangeFlowDoWhatTheirNamesSay) {
+    const auto changeSteps = [&] {
+        Lines texts = std::exchange(activity.texts, {});
+        std::erase_if(texts, [](const std::string& text) {
+            return text.find("changes") == std::string::npos && text.find("order number") == std::string::npos;
+        });
+        return texts;
+    };
+    OpenCompany(1);
+    AddWorkstation(RoamingID, 4);
+    SyncAsMain(context, &activity);
+    EXPECT_EQ(changeSteps(), (Lines{"Applying changes from roaming workstation 'Laptop'.",
+                                    "Sending changes to roaming workstation 'Laptop'."}));
+    Sql("UPDATE Company SET CompanyType = 2");
+    SyncAsRoaming(context, &activity);
+    EXPECT_EQ(changeSteps(), (Lines{"Sending order number syncs to main", "Applying changes from main.",
+                                    "Sending changes to main."}));
+}
+
 TEST_F(PipelinesTest, StopRequestIsTestedBehindEachStep) {
     const PipelineStep first{"First", [](AgentContext&, ActivityTarget* target) { target->SetText("first"); }};
     const PipelineStep failing{"Failing",

@@ -76,10 +76,11 @@ struct NotingEngine : services::Engine {
     void SetVerbose(bool) override {}
     void SetIgnoreUnknownTables(bool) override {}
     void ClearExports() override { exports.clear(); }
-    void AddToExport(const std::string& table, const std::string& statement, bool) override {
-        exports.emplace_back(table, statement);
+    void AddToExport(const std::string& table, const std::string& statement, bool deletion) override {
+        exports.emplace_back(deletion ? table + " deleted" : table, statement);
     }
     bool DoExport(const std::string& path) override {
+        exported.push_back(exports);
         if (exportSucceeds) {
             WriteText(path, "<Exchange/>");
         }
@@ -89,10 +90,20 @@ struct NotingEngine : services::Engine {
         imports.push_back(ReadText(path));
         return importSucceeds;
     }
-    bool ExportOrder(std::int32_t, const std::string&) override { return false; }
+    bool ExportOrder(std::int32_t id, const std::string& path) override {
+        orders.push_back(id);
+        orderFile = std::filesystem::path(path).filename();
+        exports.emplace_back("order", "left pending");
+        WriteText(path, "<Order/>");
+        return true;
+    }
     void PreTerminate() override {}
 
-    std::vector<std::pair<std::string, std::string>> exports;
+    using Entries = std::vector<std::pair<std::string, std::string>>;
+    Entries exports;               ///< what is pending
+    std::vector<Entries> exported; ///< what was pending at each DoExport
+    std::vector<std::int32_t> orders;
+    std::string orderFile; ///< name of the last order's file
     Lines imports;
     bool exportSucceeds = true;
     bool importSucceeds = true;
@@ -204,6 +215,7 @@ class AgentBench : public ::testing::Test {
         }
         HideRandom(text, "~", 32, "~");
         HideRandom(text, "suz", 16, ".zip");
+        HideRandom(text, "suz", 16, ".xml");
         return text;
     }
     /// The messages that were logged since the last call, tidied.

@@ -1,0 +1,141 @@
+#include "changes/changes_test.h"
+#include "changes/export_audited_changes.h"
+
+namespace qndr::testing {
+namespace {
+
+class ExportAuditedChangesTest : public ChangesTest {
+  protected:
+    ExportAuditedChangesTest() { OpenCompany(2); }
+
+    bool Export(int fromId, int toId) {
+        info = {};
+        return ExportAuditedChanges(context, folder.Path(), info, fromId, toId);
+    }
+    SyncFileInfo info;
+};
+
+TEST_F(ExportAuditedChangesTest, EachAuditRowOfTheRangeIsOneEntryInItsOrder) {
+    Audit("Terms", 1, 1);
+    Audit("Customers", 7, 2);
+    Audit("ROAMINGWorkstations", 1, 2);
+    Audit("tErms", 1, 1);
+    Audit("Customers", 8, 3);
+    Audit("Terms", 1, 4);
+    Audit("Terms", 1, 0);
+    Audit("Customers", 7, 2);
+    Audit("Terms", 1, 1);
+    engine->exports = {{"left", "over"}};
+    gate.Before("Database.ExecuteRead",
+                [&] { EXPECT_EQ(FormatGeneralDate(time.Now()), "2026-11-22 14:08:53") << "a pause comes first"; });
+    EXPECT_TRUE(Export(1, 8));
+    const NotingEngine::Entries expected{
+        {"Customers", "SELECT * FROM vwExporting_Customers WHERE ID = 7"},
+        {"tErms", "SELECT * FROM vwExporting_tErms WHERE ID = 1"},
+        {"Customers deleted", "SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID FROM AuditLog WHERE ID = 5"},
+        {"Customers", "SELECT * FROM vwExporting_Customers WHERE ID = 7"}};
+    EXPECT_EQ(engine->exported, std::vector<NotingEngine::Entries>{expected});
+    EXPECT_EQ(info.Files, Lines{Path("data.xml")});
+    EXPECT_EQ(TakeLog(), Lines{});
+    for (const auto& entry : expected) {
+        EXPECT_NE(Company().ExecuteRead(entry.second), nullptr) << entry.second;
+    }
+}
+
+TEST_F(ExportAuditedChangesTest, NothingToSendIsNoFailure) {
+    Audit("RoamingWorkstations", 1, 2);
+    Audit("Terms", 1, 4);
+    EXPECT_FALSE(Export(0, 1)) << "rows about workstations only";
+    gate.Refuse("Database.ExecuteRead", 1);
+    EXPECT_FALSE(Export(0, 2)) << "rows that cannot be read";
+    EXPECT_EQ(engine->exported.size(), 0U);
+    EXPECT_EQ(TakeLog(), Lines{});
+    EXPECT_EQ(Events(), "");
+    EXPECT_TRUE(Export(0, 2)) << "a row of an unknown kind counts as a change";
+    EXPECT_EQ(engine->exported, std::vector<NotingEngine::Entries>(1));
+    gate.Refuse("Engine.DoExport", 1);
+    EXPECT_FALSE(Export(0, 2));
+    EXPECT_EQ(info.Files, Lines{""});
+    EXPECT_EQ(Events(), "Unable to perform a sync because the data could not be exported.");
+    EXPECT_EQ(TakeLog(), Lines{"Error: Unable to export data."});
+}
+
+TEST_F(ExportAuditedChangesTest, OrdersAreBackedUpOnceForEachExport) {
+    for (const char* table : {"Orders", "ORDERS", "OrderItems", "orders"}) {
+        Audit(table, 5, 2, "1001");
+    }
+    Audit("Orders", 6, 3);
+    EXPECT_TRUE(Export(0, 5));
+    EXPECT_EQ(engine->orders, (std::vector{5, 6}));
+    EXPECT_EQ(engine->exported.back().size(), 5U) << "each row travels, and nothing of the backups";
+    SetNumber(settings::BackupOrderData, 0);
+    EXPECT_TRUE(Export(0, 5));
+    EXPECT_EQ(engine->orders.size(), 2U);
+    SetNumber(settings::BackupOrderData, 2);
+    gate.Before("ArrayTools.FindLong", Break);
+    EXPECT_TRUE(Export(0, 3));
+    EXPECT_EQ(engine->orders, (std::vector{5, 6, 5, 5})) << "twice rather than not at all";
+}
+
+TEST_F(ExportAuditedChangesTest, BackupIsAnArchiveInTheFolderOfTheLocalMonthAndStopsNothing) {
+    time.SetNow(*ParseDate("2026-11-30 23:00:00"));
+    Audit("Orders", 5, 2, "10:01");
+    Audit("Orders", 4, 2, "1001");
+    const std::string month = "Local/Acme/Sync Local/Orders/2026/11/";
+    const std::string archive = "ODR1001~TOKEN~20261201T040001.zip";
+    const std::string packed = "The order backup file 'Temp/suzTOKEN.zip' was created.";
+    const std::string exported = " was backed up to 'Temp/~suz/suzTOKEN.xml'.";
+    EXPECT_TRUE(Export(0, 2));
+    EXPECT_EQ(TakeLog(),
+              (Lines{"Order U5" + exported, packed,
+                     "Error: Unable to copy a order backup file 'Temp/suzTOKEN.zip' to '" + month +
+                         "ODR10:01~TOKEN~20261201T040001.zip'.",
+                     "Order U4" + exported, packed,
+                     "The order backup file 'Temp/suzTOKEN.zip' was copied to '" + month + archive + "'."}))
+        << "the first number is none that a file name can carry";
+    EXPECT_EQ(FilesBelow("Temp"), Lines{});
+    suite::LibZipArchive zip;
+    EXPECT_NE(zip.OpenZip(std::filesystem::directory_iterator(Path(month))->path()), 0);
+    EXPECT_NE(zip.GetEntryByName(engine->orderFile), nullptr);
+
+    const std::string unable = "Error: Unable to backup order U5";
+    const std::string noFile = "Error: Unable to create a order backup file because ";
+    const std::string follows = " More information to follow.";
+    const std::vector<std::tuple<std::string, int, Lines>> failures{
+        {"PathTools.FixPath", 1, {unable + "' because no backup folder was specified."}},
+        {"PathTools.CreateNestedFolder",
+         1,
+         {unable + "' because the backup folder '" + month + "' could not be created."}},
+        {"PathTools.CreateTemporaryFolder", 1, {unable + ". A working folder cannot be created."}},
+        {"FileTools.CreateTemporaryFile", 1, {}},
+        {"Engine.ExportOrder", 1, {"Error: Unable to export order U5 while backing it up."}},
+        {"ObjectFactory.CreateZipArchive",
+         1,
+         {"Order U5" + exported, noFile + "the Zip library could not be accessed. (1)", unable + "."}},
+        {"FileTools.CreateTemporaryFile",
+         2,
+         {"Order U5" + exported, noFile + "a temporary file could not be created.", unable + "."}},
+        {"ZipArchive.NewZip",
+         1,
+         {"Order U5" + exported, noFile + "a new zip file could not be created." + follows, "", unable + "."}},
+        {"ZipArchive.AppendFiles",
+         1,
+         {"Order U5" + exported, noFile + "the files from the folder 'Temp/~suz' could not be added." + follows,
+          "", unable + "."}},
+        {"ZipArchive.WriteZipAndClose",
+         1,
+         {"Order U5" + exported, noFile + "the zip file could not be written to." + follows, "", unable + "."}}};
+    for (const auto& [call, nth, lines] : failures) {
+        gate.RefuseOnly(call, nth);
+        EXPECT_TRUE(Export(0, 1)) << call;
+        EXPECT_EQ(TakeLog(), lines);
+        EXPECT_TRUE(WorkingFolderIsGone()) << call;
+        gate.Before(call, [] {});
+    }
+    EXPECT_EQ(FilesBelow("Local"), Lines{month + archive});
+    EXPECT_EQ(gate.Count("ZipArchive.CloseZip"), 4) << "not when there was no archive to close";
+    EXPECT_EQ(Events(), "");
+}
+
+} // namespace
+} // namespace qndr::testing
