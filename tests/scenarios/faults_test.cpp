@@ -1,40 +1,9 @@
-#include "support/dealer.h"
+#include "scenarios/recorded_passes.h"
 
-#include <array>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <ostream>
 
 namespace qndr::testing {
 namespace {
-
-/// Fails one call out of all that an agent makes in a pass, or ends the process at it.
-class FailingCall : public services::CallGate {
-  public:
-    enum class Way { None, Refuse, Raise, Die };
-
-    FailingCall(Way way, long number) : way_(way), number_(number) {}
-
-    bool Admits(std::string_view call) override {
-        names_.emplace_back(call);
-        if (static_cast<long>(names_.size()) != number_) {
-            return true;
-        }
-        if (way_ == Way::Raise) {
-            throw services::Failure("fault injected into " + names_.back());
-        }
-        if (way_ == Way::Die) {
-            _exit(0);
-        }
-        return way_ == Way::None;
-    }
-
-    const std::vector<std::string>& Names() const { return names_; }
-
-  private:
-    Way way_;
-    long number_;
-    std::vector<std::string> names_;
-};
 
 /// What a first exchange can come to. All but the first are ends that the protocol allows: nobody is told, and a
 /// person who sees them asks for the initial sync anew.
@@ -52,10 +21,6 @@ std::ostream& operator<<(std::ostream& out, Outcome outcome) {
     constexpr const char* names[] = {"Complete", "RequestLost", "AcknowledgeLost", "AcknowledgeMissed",
                                      "FileLeft", "DataRefused", "Unexplained"};
     return out << names[static_cast<int>(outcome)];
-}
-
-bool IsOneOf(const std::string& call, std::initializer_list<const char*> names) {
-    return std::find(names.begin(), names.end(), call) != names.end();
 }
 
 /// Whether a refused call of that name can end so.
@@ -88,33 +53,12 @@ bool Explains(const std::string& call, Outcome outcome) {
     return false;
 }
 
-/// One laptop's first exchange as four passes, kept as it stood before each of them.
-class Faults : public ::testing::TestWithParam<int> {
+/// One laptop's first exchange as four passes.
+class Faults : public RecordedPasses {
   protected:
-    static constexpr int Passes = 4;
-    static constexpr int Shards = 8;
-
-    Faults() {
-        // Without a root folder what is retired goes to a folder below the present one.
-        std::filesystem::current_path(folder.Path());
+    Faults() : RecordedPasses(8) {
         dealer.SetUp(60);
-        for (int pass = 0; pass < Passes; ++pass) {
-            std::filesystem::copy(Live(), Kept(pass), std::filesystem::copy_options::recursive);
-            FailingCall counting(FailingCall::Way::None, 0);
-            RunPass(pass, &counting);
-            calls[pass] = counting.Names();
-        }
-    }
-    ~Faults() override { std::filesystem::current_path(std::filesystem::temp_directory_path()); }
-
-    std::string Live() const { return folder.Path() + "/live"; }
-    std::string Kept(int pass) const { return folder.Path() + "/before-" + std::to_string(pass); }
-    void GoBackTo(int pass) const {
-        std::filesystem::remove_all(Live());
-        std::filesystem::copy(Kept(pass), Live(), std::filesystem::copy_options::recursive);
-    }
-    void RunPass(int pass, services::CallGate* gate = nullptr) const {
-        (pass % 2 == 0 ? dealer.Laptop() : dealer.Main()).RunPass(gate);
+        Record(4);
     }
 
     static bool Alike(const suite::SqliteConnection& main, const suite::SqliteConnection& laptop) {
@@ -146,7 +90,7 @@ class Faults : public ::testing::TestWithParam<int> {
 
     /// Lets the exchange go on behind the pass with the fault, and at most two rounds further.
     Outcome Recover(int faultyPass) {
-        for (int pass = faultyPass + 1; pass < Passes; ++pass) {
+        for (int pass = faultyPass + 1; pass < Passes(); ++pass) {
             RunPass(pass);
         }
         Outcome outcome = Judge();
@@ -168,24 +112,6 @@ class Faults : public ::testing::TestWithParam<int> {
         dealer.RunRound();
         return Judge();
     }
-
-    /// Calls `test(pass, number)` for this shard's calls that are `wanted`, given their place in the pass.
-    template <typename Wanted, typename Test> void ForEachCall(Wanted wanted, Test test) {
-        std::size_t turn = 0;
-        for (int pass = 0; pass < Passes; ++pass) {
-            for (std::size_t place = 0; place < calls[pass].size() && !HasFatalFailure(); ++place) {
-                if (wanted(calls[pass], place) && turn++ % Shards == static_cast<std::size_t>(GetParam())) {
-                    GoBackTo(pass);
-                    test(pass, static_cast<long>(place) + 1);
-                }
-            }
-        }
-        ASSERT_GT(turn, 30U);
-    }
-
-    test::TemporaryFolder folder{test::QuickPlace()};
-    Dealer dealer{Live(), 1};
-    std::array<std::vector<std::string>, Passes> calls;
 };
 
 // A call without a result that could say no raises when it is refused.
@@ -212,34 +138,7 @@ TEST_P(Faults, ARefusedCallComesToAnEndThatTheProtocolKnows) {
 // A service that raises where its result should have said no breaks its contract, and the failure rule then takes
 // the failure for success. The agent must still come through, with sound databases.
 TEST_P(Faults, AServiceThatRaisesInATestIsSurvived) {
-    const auto hasResult = [](const std::vector<std::string>& names, std::size_t place) {
-        return IsOneOf(names[place], {"FileTools.FileExists",
-                                      "FileTools.CopyFile",
-                                      "FileTools.DeleteFile",
-                                      "FileTools.MoveFile",
-                                      "FileTools.CreateTemporaryFile",
-                                      "Engine.DoExport",
-                                      "Engine.ImportFile",
-                                      "ZipArchive.NewZip",
-                                      "ZipArchive.AppendFiles",
-                                      "ZipArchive.WriteZipAndClose",
-                                      "ZipArchive.OpenZip",
-                                      "ZipArchive.GetEntryByName",
-                                      "ZipEntry.Extract",
-                                      "PathTools.FolderExists",
-                                      "PathTools.FindFiles",
-                                      "PathTools.CreateTemporaryFolder",
-                                      "PathTools.CreateNestedFolder",
-                                      "PathTools.DeleteFolder",
-                                      "Database.ExecuteNonQuery",
-                                      "Database.ExecuteRead",
-                                      "PsdFile.Load",
-                                      "CompanyManager.CanOpenCompany",
-                                      "ObjectFactory.CreateSharedCodeLibrary",
-                                      "ObjectFactory.CreateEngine",
-                                      "Options.UserFileLocation"});
-    };
-    ForEachCall(hasResult, [&](int pass, long number) {
+    ForEachCall(HasResult, [&](int pass, long number) {
         FailingCall gate(FailingCall::Way::Raise, number);
         RunPass(pass, &gate);
         if (Recover(pass) != Outcome::Complete) {
@@ -249,28 +148,9 @@ TEST_P(Faults, AServiceThatRaisesInATestIsSurvived) {
     });
 }
 
-// The child dies as a killed process does: nothing is unwound, and what was not made durable is gone. Between two
-// calls of which neither changes anything a death is like one before the first.
 TEST_P(Faults, AProcessMayDieAroundEveryCallThatChangesSomething) {
-    const auto changes = [](const std::vector<std::string>& names, std::size_t place) {
-        const auto isChange = [](const std::string& name) {
-            return IsOneOf(name,
-                           {"FileTools.CopyFile", "FileTools.DeleteFile", "FileTools.MoveFile", "Engine.DoExport",
-                            "Engine.ImportFile", "ZipArchive.WriteZipAndClose", "Database.ExecuteNonQuery"});
-        };
-        return isChange(names[place]) || (place > 0 && isChange(names[place - 1]));
-    };
-    ForEachCall(changes, [&](int pass, long number) {
-        const pid_t child = fork();
-        ASSERT_NE(child, -1);
-        if (child == 0) {
-            FailingCall gate(FailingCall::Way::Die, number);
-            RunPass(pass, &gate);
-            _exit(1); // the call was never made
-        }
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the child ended otherwise than by its gate";
+    ForEachCall(StandsBesideAChange, [&](int pass, long number) {
+        ASSERT_TRUE(DieInPass(Runner(pass), number)) << "the child ended otherwise than by its gate";
         const Outcome outcome = Recover(pass);
         ASSERT_TRUE(Explains("Process.Death", outcome))
             << "death before call " << number << " of pass " << pass << " came to " << outcome;

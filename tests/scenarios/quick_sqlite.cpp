@@ -56,6 +56,7 @@ void End(void*) {
 }
 
 const sqlite3_mem_methods Methods{Allocate, Free, Reallocate, SizeOf, RoundUp, Start, End, nullptr};
-const int Configured = sqlite3_config(SQLITE_CONFIG_MALLOC, &Methods);
+// Counting the memory would take a lock for every piece.
+const int Configured = sqlite3_config(SQLITE_CONFIG_MALLOC, &Methods) + sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
 
 } // namespace

@@ -2,15 +2,18 @@
 
 #include "agent/run_sync.h"
 #include "composition/computer_services.h"
+#include "shared/settings.h"
 #include "suite/company/company_compare.h"
 #include "suite/company/company_creation.h"
 #include "suite/company/provisioning.h"
 #include "suite/company/sample_data.h"
+#include "suite/computer/registry_store.h"
 #include "suite/computer/virtual_time.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -58,13 +61,62 @@ class DealerComputer {
         RunSync(context, nullptr);
     }
 
-    std::unique_ptr<suite::SqliteConnection> Open() const {
-        return std::make_unique<suite::SqliteConnection>(Companies() + "/dealer.db", time_,
-                                                         suite::SqliteConnection::Missing::Refuse);
+    /// Opening the database takes longer than most of what is done with it; a test that never exchanges its files
+    /// can keep it open.
+    void KeepOpen() { kept_ = Open(); }
+    std::shared_ptr<suite::SqliteConnection> Open() const {
+        return kept_ != nullptr ? kept_
+                                : std::make_shared<suite::SqliteConnection>(
+                                      Companies() + "/dealer.db", time_, suite::SqliteConnection::Missing::Refuse);
     }
     std::int64_t Number(const std::string& statement) const { return Open()->Number(statement, -1); }
     std::string Value(const std::string& statement) const { return Open()->Value(statement).value_or(""); }
     std::int64_t SyncState() const { return Number("SELECT SyncState FROM Company"); }
+
+    // What the application around the database does. The triggers audit it, so it travels.
+    void Execute(const std::string& statement) const { Open()->Execute(statement); }
+    /// Inserts the row with this one value, or edits it.
+    void Put(const std::string& table, const std::string& id, const std::string& column,
+             const std::string& value) const {
+        Execute("INSERT INTO " + table + " (UniqueID, " + column + ") VALUES ('" + id + "', '" + value +
+                "') ON CONFLICT (UniqueID) DO UPDATE SET " + column + " = excluded." + column);
+    }
+    void Delete(const std::string& table, const std::string& id) const {
+        Execute("DELETE FROM " + table + " WHERE UniqueID = '" + id + "'");
+    }
+    /// Empty when there is no such row.
+    std::string Get(const std::string& table, const std::string& id, const std::string& column) const {
+        return Value("SELECT " + column + " FROM " + table + " WHERE UniqueID = '" + id + "'");
+    }
+
+    /// The values that lost here, in the form in which they are kept, one line each.
+    std::string Conflicts() const {
+        return Value(
+            "SELECT group_concat(TableName || ' ' || RowUniqueID || ' ' || ifnull(LosingValues, 'deleted'), "
+            "char(10)) FROM ImportConflicts");
+    }
+    /// Paths of the backup archives below the folder of the orders, with "/" between the levels.
+    std::vector<std::string> OrderBackups() const {
+        const std::string orders = computer_.localRoot + "/dealer/Sync Local/Orders/";
+        std::vector<std::string> found;
+        if (std::filesystem::exists(orders)) {
+            for (const auto& entry : std::filesystem::recursive_directory_iterator(orders)) {
+                if (entry.is_regular_file()) {
+                    found.push_back(entry.path().string().substr(orders.size()));
+                }
+            }
+        }
+        std::sort(found.begin(), found.end());
+        return found;
+    }
+    std::size_t TemporaryFiles() const {
+        const std::filesystem::directory_iterator left(TemporaryFolder());
+        return static_cast<std::size_t>(std::distance(begin(left), end(left)));
+    }
+    void SetNumber(const std::string& setting, std::int32_t value) const {
+        suite::RegistryStore(computer_.registryFile, time_)
+            .SetLong(services::CurrentUserHive, settings::RootKey, setting, value);
+    }
 
   private:
     std::string name_;
@@ -72,6 +124,7 @@ class DealerComputer {
     suite::Computer computer_;
     std::string uniqueId_;
     suite::VirtualTime& time_;
+    std::shared_ptr<suite::SqliteConnection> kept_;
 };
 
 /// A dealer: a main computer, laptops and their Sync folder below one folder, in one virtual time.
@@ -84,11 +137,14 @@ class Dealer {
         }
     }
 
-    /// Makes the companies, fills main and registers the laptops, which then have to ask for their initial sync.
+    /// Makes the companies, fills main with that many rows and registers the laptops, which then have to ask for
+    /// their initial sync.
     void SetUp(std::int64_t rows) {
         std::filesystem::create_directories(SyncFolder());
         main_.SetUp(suite::MainCompanyType, SyncFolder());
-        suite::FillWithSampleData(*main_.Open(), rows, 1);
+        if (rows > 0) {
+            suite::FillWithSampleData(*main_.Open(), rows, 1);
+        }
         for (const auto& laptop : laptops_) {
             laptop->SetUp(suite::RoamingCompanyType, SyncFolder());
             suite::AddWorkstation(*main_.Open(), *laptop->Open());
@@ -97,12 +153,36 @@ class Dealer {
 
     const DealerComputer& Main() const { return main_; }
     const DealerComputer& Laptop(std::size_t index = 0) const { return *laptops_.at(index); }
+    /// Main and then the laptops.
+    std::vector<const DealerComputer*> All() const {
+        std::vector<const DealerComputer*> all{&main_};
+        for (const auto& laptop : laptops_) {
+            all.push_back(laptop.get());
+        }
+        return all;
+    }
     suite::VirtualTime& Time() { return time_; }
+    void KeepOpen() {
+        main_.KeepOpen();
+        for (const auto& laptop : laptops_) {
+            laptop->KeepOpen();
+        }
+    }
 
     std::string SyncFolder() const { return folder_ + "/sync"; }
     std::size_t FilesInSyncFolder() const {
         const std::filesystem::directory_iterator files(SyncFolder());
         return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    }
+
+    /// Full paths, in order.
+    std::vector<std::string> SyncFiles() const {
+        std::vector<std::string> paths;
+        for (const auto& file : std::filesystem::directory_iterator(SyncFolder())) {
+            paths.push_back(file.path().string());
+        }
+        std::sort(paths.begin(), paths.end());
+        return paths;
     }
 
     /// Every laptop and then main runs a pass.
@@ -113,16 +193,47 @@ class Dealer {
         main_.RunPass();
     }
 
+    /// How far everything has come: the counters, the audit logs and the files that are under way.
+    std::string Position() const {
+        std::string position;
+        for (const DealerComputer* computer : All()) {
+            position += computer->Value(
+                "SELECT LastAuditID || ' ' || NextSequenceToMain || ' ' || NextSequenceFromMain || ' ' || ifnull("
+                "(SELECT MAX(ID) FROM AuditLog), 0) || ' ' || ifnull((SELECT group_concat(LastAuditID || ' ' || "
+                "NextSequenceToRoaming || ' ' || NextSequenceFromRoaming) FROM RoamingWorkstations), '') FROM "
+                "Company");
+            position += "; ";
+        }
+        for (const std::string& path : SyncFiles()) {
+            position += path.substr(SyncFolder().size());
+        }
+        return position;
+    }
+    /// Runs rounds until one of them moves nothing. False when that does not come.
+    bool ComeToRest(int rounds = 15) {
+        std::string before = Position();
+        for (int round = 0; round < rounds; ++round) {
+            RunRound();
+            const std::string now = Position();
+            if (now == before) {
+                return true;
+            }
+            before = now;
+        }
+        return false;
+    }
+
     /// State of a laptop's row on main.
     std::int64_t RowState(const DealerComputer& laptop) const {
         return main_.Number("SELECT SyncState FROM RoamingWorkstations WHERE UniqueID = '" + laptop.UniqueID() +
                             "'");
     }
 
-    /// Names of the exchanged tables in which a laptop differs from main.
-    std::vector<std::string> Differences(const DealerComputer& laptop) const {
+    /// Names of the tables in which a laptop differs from main.
+    std::vector<std::string> Differences(const DealerComputer& laptop,
+                                         suite::Scope scope = suite::Scope::Exchanged) const {
         std::vector<std::string> tables;
-        for (const auto& table : suite::CompareCompanies(*main_.Open(), *laptop.Open(), suite::Scope::Exchanged)) {
+        for (const auto& table : suite::CompareCompanies(*main_.Open(), *laptop.Open(), scope)) {
             if (!table.Alike()) {
                 tables.push_back(table.table);
             }
