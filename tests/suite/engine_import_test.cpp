@@ -247,6 +247,19 @@ TEST_F(EngineImportTest, MainAuditsAnImportAndAWorkstationDoesNot) {
               0);
 }
 
+TEST_F(EngineImportTest, QueuedNumbersArriveOnMain) {
+    laptop_.Run(
+        "INSERT INTO OrderNumberSync (State, OrderUniqueID, ReferenceNumber, OrderNumber) VALUES(2, 'O1', 30, "
+        "400); INSERT INTO PurchaseOrderNumberSync (State, PurchaseOrderUniqueID, ReferenceNumber, PONumber) "
+        "VALUES(1, 'P1', 31, 500)");
+    ASSERT_TRUE(laptop_.ExportAudited(0, file_));
+    ASSERT_TRUE(main_.engine.ImportFile(file_));
+    for (const char* queue : {"OrderNumberSync", "PurchaseOrderNumberSync"}) {
+        EXPECT_NE(main_.Rows(queue), "") << queue;
+        EXPECT_EQ(main_.Rows(queue), laptop_.Rows(queue));
+    }
+}
+
 TEST_F(EngineImportTest, RecordsThatCrossTheReadersBuffersArriveWhole) {
     main_.Run(
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) INSERT INTO Reports "

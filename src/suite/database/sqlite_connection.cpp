@@ -219,6 +219,14 @@ SqliteCacheSize::~SqliteCacheSize() {
     sqlite3_db_release_memory(connection_.Handle());
 }
 
+SqliteTemporaryMemory::SqliteTemporaryMemory(const SqliteConnection& connection) : connection_(connection) {
+    connection_.Execute("PRAGMA temp_store = MEMORY");
+}
+
+SqliteTemporaryMemory::~SqliteTemporaryMemory() {
+    sqlite3_exec(connection_.Handle(), "PRAGMA temp_store = FILE", nullptr, nullptr, nullptr);
+}
+
 SqliteTransaction::SqliteTransaction(const SqliteConnection& connection, Kind kind) : connection_(connection) {
     connection_.Execute(kind == Kind::Write ? "BEGIN IMMEDIATE" : "BEGIN");
     if (kind == Kind::Read) {

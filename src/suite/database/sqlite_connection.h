@@ -95,6 +95,20 @@ class SqliteCacheSize {
     std::int64_t usual_;
 };
 
+/// Keeps in memory, for one piece of work, what SQLite notes for taking back a single statement. In a file it
+/// costs two calls of the system for every page that a statement changes, and a trigger makes each statement one
+/// that may have to be taken back. To be made outside a transaction.
+class SqliteTemporaryMemory {
+  public:
+    explicit SqliteTemporaryMemory(const SqliteConnection& connection);
+    ~SqliteTemporaryMemory();
+    SqliteTemporaryMemory(const SqliteTemporaryMemory&) = delete;
+    SqliteTemporaryMemory& operator=(const SqliteTemporaryMemory&) = delete;
+
+  private:
+    const SqliteConnection& connection_;
+};
+
 /// A transaction that is rolled back unless it was committed.
 class SqliteTransaction {
   public:

@@ -8,8 +8,9 @@ namespace qndr::suite {
 
 namespace {
 
-/// Holds the index of half a million UniqueIDs, and leaves the agent well within 64 MiB.
-constexpr std::int64_t ImportCacheKibibytes = 24576;
+/// Holds the index of half a million UniqueIDs, or the pages that ten thousand scattered changes touch: pages that
+/// do not fit are written to the log early, once for each change. The agent stays within 64 MiB.
+constexpr std::int64_t ImportCacheKibibytes = 40960;
 
 } // namespace
 
@@ -22,6 +23,7 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
         throw services::Failure("the file is empty");
     }
     const SqliteCacheSize cache(connection, ImportCacheKibibytes);
+    const SqliteTemporaryMemory temporary(connection);
     ImportApplier applier(connection, batch->from, batch->seen);
     for (; batch != nullptr; batch = pipe.Next()) {
         applier.Apply(*batch);
