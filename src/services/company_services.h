@@ -27,7 +27,7 @@ class Engine {
     virtual void AddToExport(const std::string& table, const std::string& statement, bool deletion = false) = 0;
 
     /// Writes all pending entries, in the order in which they were added and as one state of the database, to one
-    /// durable file. The pending list is empty afterwards, however it ends. False leaves no file.
+    /// file. The pending list is empty afterwards, however it ends. False leaves no file.
     virtual bool DoExport(const std::string& path) = 0;
 
     /// Applies a file in one durable transaction. False only when the file as a whole cannot be taken; nothing is

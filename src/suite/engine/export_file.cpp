@@ -18,8 +18,8 @@ void Demand(const std::error_code& error, const std::string& path) {
 
 } // namespace
 
-ExportFile::ExportFile(std::string path) : path_(std::move(path)), folder_(FolderPart(path_)) {
-    const std::string candidate = folder_ + "~$" + RandomToken() + ".tmp";
+ExportFile::ExportFile(std::string path) : path_(std::move(path)) {
+    const std::string candidate = FolderPart(path_) + "~$" + RandomToken() + ".tmp";
     Demand(file_.CreateNew(candidate, FileAccess::Private), candidate);
     temporaryPath_ = candidate;
 }
@@ -36,12 +36,8 @@ void ExportFile::Write(std::string_view text) {
 }
 
 void ExportFile::Finish() {
-    Demand(file_.MakeDurable(), temporaryPath_);
     Demand(file_.Close(), temporaryPath_);
     Demand(RenameFile(temporaryPath_, path_, Existing::Replace), path_);
-    // A caller that hears of a failure must find no file: from here on the destructor takes the file away.
-    temporaryPath_ = path_;
-    Demand(MakeFolderDurable(folder_), folder_);
     temporaryPath_.clear();
 }
 

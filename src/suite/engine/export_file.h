@@ -7,8 +7,9 @@
 
 namespace qndr::suite {
 
-/// A file that appears under its name only when it is complete and durable. Every operation raises
-/// services::Failure when the disk or the folder refuses it.
+/// A file that appears under its name only when it is complete. It lives no longer than the step that packs it, so
+/// it need not survive a power cut. Every operation raises services::Failure when the disk or the folder refuses
+/// it.
 class ExportFile {
   public:
     /// Makes a file of a temporary name beside `path`, readable by this user alone.
@@ -19,12 +20,11 @@ class ExportFile {
     ExportFile& operator=(const ExportFile&) = delete;
 
     void Write(std::string_view text);
-    /// Makes the file durable and gives it its name, in the place of any file of that name.
+    /// Gives the file its name, in the place of any file of that name.
     void Finish();
 
   private:
     std::string path_;
-    std::string folder_;
     std::string temporaryPath_;
     OpenFile file_;
 };
