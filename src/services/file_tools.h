@@ -31,7 +31,7 @@ class FileTools {
     /// Off Windows a name with a leading dot is hidden.
     virtual bool FileHasAttribute(const std::string& path, int attribute) = 0;
 
-    /// Local time of the last modification. Raises when there is no such file.
+    /// Local time of the last modification of a file or a folder. Raises when there is neither.
     virtual Date GetFileDate(const std::string& path) = 0;
 
     /// Creates an empty private file with a new name of this prefix and extension (with its dot) and returns its

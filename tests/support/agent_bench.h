@@ -128,7 +128,8 @@ inline services::AgentServices Replacing(const services::AgentServices& all, ser
             timers,
             all.fileVersions,
             log,
-            all.program};
+            all.program,
+            all.processes};
 }
 
 /// One computer in a folder of its own, in virtual time, with one company open on it: real files, archives,

@@ -101,7 +101,11 @@ bool DiskFileTools::FileHasAttribute(const std::string& path, int attribute) {
 }
 
 Date DiskFileTools::GetFileDate(const std::string& path) {
-    return LocalTime(RequiredFacts(path).modified);
+    const std::optional<FileFacts> facts = ReadFileFacts(path);
+    if (!facts) {
+        throw Failure("there is no file or folder '" + path + "'");
+    }
+    return LocalTime(facts->modified);
 }
 
 std::string DiskFileTools::CreateTemporaryFile(const std::string& folder, const std::string& prefix,
