@@ -17,12 +17,6 @@ namespace {
 constexpr std::int32_t kHeartbeatOk = 1;
 constexpr std::int32_t kHeartbeatNoResponse = 2;
 
-std::vector<std::string> FindHeartbeatFiles(AgentContext& context) {
-    std::vector<std::string> files;
-    Attempt([&] { files = context.services.pathTools.FindFiles(context.SyncFolder, "*.rhb", false); });
-    return files;
-}
-
 } // namespace
 
 void Heartbeat::CheckHeartbeat(std::int32_t syncFrequency) {
@@ -58,8 +52,13 @@ void Heartbeat::CheckHeartbeatAsMain(services::SharedCodeLibrary& /*library*/) {
     if (Holds([&] { return !context_.services.pathTools.FolderExists(context_.SyncFolder); })) {
         return;
     }
-    for (const std::string& file : FindHeartbeatFiles(context_)) {
-        if (!file.empty() && Holds([&] { return context_.services.fileTools.FileIsPresent(file); }) &&
+    std::vector<std::string> files;
+    Attempt([&] { files = context_.services.pathTools.FindFiles(context_.SyncFolder, "*.rhb", false); });
+    for (const std::string& file : files) {
+        if (file.empty()) {
+            continue;
+        }
+        if (Holds([&] { return context_.services.fileTools.FileIsPresent(file); }) &&
             Holds([&] { return !context_.services.fileTools.DeleteFile(file); })) {
             WriteLog(context_,
                      FormatString("The roaming workstation heartbeat file '{0}' could not be deleted.", file));
@@ -92,8 +91,11 @@ void Heartbeat::CheckHeartbeatAsRoaming(services::SharedCodeLibrary& /*library*/
 }
 
 bool Heartbeat::IsAwaitedFileThere() {
+    // A folder that cannot be read says nothing of main: the file stays awaited.
+    std::vector<std::string> files{heartbeatFile_};
+    Attempt([&] { files = context_.services.pathTools.FindFiles(context_.SyncFolder, "*.rhb", false); });
     const std::string awaited = ToLower(heartbeatFile_);
-    for (const std::string& file : FindHeartbeatFiles(context_)) {
+    for (const std::string& file : files) {
         if (!file.empty() &&
             Holds([&] { return ToLower(context_.services.fileTools.GetFileName(file)) == awaited; })) {
             return true;

@@ -26,7 +26,10 @@ bool IsOlderThan(AgentContext& context, const std::string& path, std::int16_t da
 }
 
 std::vector<std::string> FindFolders(AgentContext& context, const std::string& base) {
-    std::vector<std::string> folders;
+    std::vector<std::string> folders{""};
+    if (base.empty()) {
+        return folders;
+    }
     Attempt([&] { folders = context.services.pathTools.FindFolders(base); });
     return folders;
 }
@@ -37,6 +40,10 @@ void AddFolder(AgentContext& context, const std::string& folder, std::vector<std
 
 /// `below` is a path with "\" between its folders, whatever the platform's separator.
 void CleanupLocalTree(AgentContext& context, const std::string& below, std::int16_t days) {
+    // Without a root the path would lead below whatever folder the process is in.
+    if (GetRootFolderPath(context, false).empty()) {
+        return;
+    }
     std::string base;
     Attempt([&] { base = GetLocalFolder(context, below); });
     std::vector<std::string> list{""};

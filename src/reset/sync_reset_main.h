@@ -12,8 +12,8 @@ namespace qndr {
 /// Looks for reset requests of every workstation whose row stands at SyncStateReady or SyncStateResetRequested.
 void CheckForSyncResets(AgentContext& context, ActivityTarget* activity);
 
-/// One workstation: puts its row to SyncStateResetPending, its counters to 0, and sweeps all its files that were
-/// read here out of the Sync folder.
+/// One workstation: when it asks, puts its row to SyncStateResetPending, its counters to 0, and sweeps all its
+/// files that were read here out of the Sync folder.
 void ProcessSyncResetsFrom(AgentContext& context, const services::Node* record);
 
 /// Drains every workstation whose row stands at SyncStateResetPending.

@@ -47,8 +47,8 @@ class FileTools {
     /// platform.
     virtual bool CopyFile(const std::string& source, const std::string& target, bool overwrite) = 0;
 
-    /// Moves or renames, across file systems too. False for an existing target unless `overwrite`; the source then
-    /// stays.
+    /// Moves or renames, across file systems too; the moved file's date is that of the move. False for an existing
+    /// target unless `overwrite`; the source then stays.
     virtual bool MoveFile(const std::string& source, const std::string& target, bool overwrite) = 0;
 
     /// The text with every character that a file name cannot carry, and "~", replaced by "-".

@@ -20,7 +20,7 @@ Computer UsualPlaces(const std::string& name);
 std::string RunningProgramFolder();
 
 /// The file names of the programs that run at this moment, with extension and without folder; none when the system
-/// does not tell.
+/// does not tell. Off Windows the system keeps no more than 15 bytes of each.
 std::vector<std::string> RunningProcessNames();
 
 /// 64 random bits of the system's own source. Raises services::Failure when it has none to give.

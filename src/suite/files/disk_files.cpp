@@ -171,10 +171,12 @@ bool DiskFileTools::MoveFile(const std::string& source, const std::string& targe
         return false;
     }
     const std::error_code error = RenameFile(source, target, overwrite ? Existing::Replace : Existing::Keep);
-    if (error != std::errc::cross_device_link) {
-        return !error;
+    if (!error) {
+        // As a copy across file systems has it: what is moved into a folder ages from then on.
+        RenewFileDate(target);
+        return true;
     }
-    if (!CopyFile(source, target, overwrite)) {
+    if (error != std::errc::cross_device_link || !CopyFile(source, target, overwrite)) {
         return false;
     }
     if (DeleteName(source)) {
