@@ -6,8 +6,11 @@
 #include "changes/order_number_sync.h"
 #include "changes/send_changes_to_main.h"
 #include "changes/send_changes_to_roaming_workstations.h"
+#include "housekeeping/cleanup.h"
 #include "initial/initial_sync_main.h"
 #include "initial/initial_sync_roaming.h"
+#include "reset/sync_reset_main.h"
+#include "reset/sync_reset_roaming.h"
 #include "shared/failure_rule.h"
 #include "shared/settings.h"
 
@@ -19,14 +22,16 @@ constexpr PipelineStep kMainSteps[] = {
     {"ReceiveInitialSyncRequests", ReceiveInitialSyncRequests},
     {"SendInitialSyncs", SendInitialSyncs},
     {"ReceiveInitialSyncAcknowledges", ReceiveInitialSyncAcknowledges},
+    {"CheckForSyncResets", CheckForSyncResets},
+    {"ProcessPendingSyncResets", ProcessPendingSyncResets},
     {"ApplyChangesFromRoamingWorkstations", ApplyChangesFromRoamingWorkstations},
     {"SendChangesToRoamingWorkstations", SendChangesToRoamingWorkstations},
 };
 
 constexpr PipelineStep kRoamingSteps[] = {
     {"SendInitialSyncRequest", SendInitialSyncRequest}, {"ReceiveInitialSync", ReceiveInitialSync},
-    {"SendOrderNumberSyncs", SendOrderNumberSyncs},     {"ApplyChangesFromMain", ApplyChangesFromMain},
-    {"SendChangesToMain", SendChangesToMain},
+    {"SendSyncResetToMain", SendSyncResetToMain},       {"SendOrderNumberSyncs", SendOrderNumberSyncs},
+    {"ApplyChangesFromMain", ApplyChangesFromMain},     {"SendChangesToMain", SendChangesToMain},
 };
 
 bool IsStopRequested(AgentContext& context) {
@@ -40,6 +45,14 @@ void ReadIdOnce(AgentContext& context, std::string& id, const char* statement) {
     if (id.empty()) {
         Attempt([&] { id = context.Database().ExecuteScaler(statement).ToText(); });
     }
+}
+
+/// Without a test for a stop request between them.
+void RunCleanups(AgentContext& context, ActivityTarget* activity) {
+    CleanupTempFiles(context, activity);
+    CleanupSyncBackups(context, activity);
+    CleanupOrderBackups(context, activity);
+    CleanupDeletedSyncFiles(context, activity);
 }
 
 } // namespace
@@ -68,7 +81,9 @@ void SyncAsMain(AgentContext& context, ActivityTarget* activity) {
         return;
     }
     ReadIdOnce(context, context.MainUniqueID, "SELECT UniqueID FROM Company");
-    RunSteps(context, MainSteps(), activity);
+    if (RunSteps(context, MainSteps(), activity)) {
+        RunCleanups(context, activity);
+    }
 }
 
 void SyncAsRoaming(AgentContext& context, ActivityTarget* activity) {
@@ -77,7 +92,9 @@ void SyncAsRoaming(AgentContext& context, ActivityTarget* activity) {
     }
     ReadIdOnce(context, context.RoamingUniqueID, "SELECT UniqueID FROM Company");
     ReadIdOnce(context, context.MainUniqueID, "SELECT MainUniqueID FROM Company");
-    RunSteps(context, RoamingSteps(), activity);
+    if (RunSteps(context, RoamingSteps(), activity)) {
+        RunCleanups(context, activity);
+    }
 }
 
 } // namespace qndr

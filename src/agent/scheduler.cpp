@@ -10,7 +10,7 @@ namespace qndr {
 using services::CurrentUserHive;
 
 AgentScheduler::AgentScheduler(AgentContext& context, AgentView& view, ActivityTarget& tray)
-    : context_(context), view_(view), tray_(tray) {
+    : context_(context), view_(view), tray_(tray), heartbeat_(context, tray) {
 }
 
 void AgentScheduler::Load() {
@@ -52,6 +52,10 @@ void AgentScheduler::RunDuePass() {
     std::string remembered;
     Attempt([&] { remembered = tray_.Text(); });
     RunSync(context_, &tray_);
+    Attempt([&] { tray_.SetText(remembered); });
+
+    Attempt([&] { remembered = tray_.Text(); });
+    heartbeat_.CheckHeartbeat(syncFrequency_);
     Attempt([&] { tray_.SetText(remembered); });
 
     Attempt([&] {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "heartbeat/heartbeat.h"
 #include "shared/activity.h"
 
 #include <cstdint>
@@ -58,6 +59,7 @@ class AgentScheduler {
     AgentContext& context_;
     AgentView& view_;
     ActivityTarget& tray_;
+    Heartbeat heartbeat_;
     std::int32_t syncFrequency_ = 0; ///< minutes between passes
     Date nextSyncTime_;              ///< when the next pass is due, local time
     std::string agentTitle_;         ///< the tray's text between passes

@@ -41,6 +41,7 @@ struct Suite {
     suite::ComputerSpecialFolders specialFolderTools;
     suite::ProgramFileVersions fileVersions;
     suite::RunningProgram program;
+    suite::SystemProcesses processes;
 };
 
 } // namespace
@@ -56,7 +57,8 @@ struct ComputerServices::Parts {
           systemTools(inner.systemTools, gate), specialFolderTools(inner.specialFolderTools, gate),
           clock(time.clock, gate), messages(time.messages, gate), timers(time.timers, gate),
           fileVersions(inner.fileVersions, gate), textAppender(inner.textAppender, gate),
-          program(inner.program, gate), paths2(directoryCalls, fileTools, messages), pathTools(paths2, gate) {}
+          program(inner.program, gate), processes(inner.processes, gate),
+          paths2(directoryCalls, fileTools, messages), pathTools(paths2, gate) {}
 
     Suite inner;
     GatedObjects objects;
@@ -76,12 +78,13 @@ struct ComputerServices::Parts {
     services::FileVersionsWrapper fileVersions;
     services::TextAppenderWrapper textAppender;
     services::ProgramFactsWrapper program;
+    services::ProcessesWrapper processes;
     Paths2 paths2;
     services::PathToolsWrapper pathTools;
     services::AgentServices all{
         objects,          commandLineTools, registryTools, fileTools,          pathTools, iniTools, textFileTools,
         stringArrayTools, arrayTools,       systemTools,   specialFolderTools, clock,     messages, timers,
-        fileVersions,     textAppender,     program};
+        fileVersions,     textAppender,     program,       processes};
 };
 
 ComputerServices::ComputerServices(const suite::Computer& computer, const TimeServices& time,

@@ -32,6 +32,7 @@ struct AgentServices {
     FileVersions& fileVersions;
     TextAppender& textAppender;
     ProgramFacts& program;
+    Processes& processes;
 };
 
 } // namespace qndr::services

@@ -31,7 +31,7 @@ class FileTools {
     /// Off Windows a name with a leading dot is hidden.
     virtual bool FileHasAttribute(const std::string& path, int attribute) = 0;
 
-    /// Local time of the last modification. Raises when there is no such file.
+    /// Local time of the last modification of a file or a folder. Raises when there is neither.
     virtual Date GetFileDate(const std::string& path) = 0;
 
     /// Creates an empty private file with a new name of this prefix and extension (with its dot) and returns its
@@ -47,8 +47,8 @@ class FileTools {
     /// platform.
     virtual bool CopyFile(const std::string& source, const std::string& target, bool overwrite) = 0;
 
-    /// Moves or renames, across file systems too. False for an existing target unless `overwrite`; the source then
-    /// stays.
+    /// Moves or renames, across file systems too; the moved file's date is that of the move. False for an existing
+    /// target unless `overwrite`; the source then stays.
     virtual bool MoveFile(const std::string& source, const std::string& target, bool overwrite) = 0;
 
     /// The text with every character that a file name cannot carry, and "~", replaced by "-".

@@ -55,9 +55,7 @@ class PathToolsWrapper : public PathTools, private Gated {
         return target_->FolderExists(path);
     }
     bool FolderContainsFiles(const std::string& path, bool recurse) override {
-        if (!Admits("PathTools.FolderContainsFiles")) {
-            return false;
-        }
+        Demand("PathTools.FolderContainsFiles");
         return target_->FolderContainsFiles(path, recurse);
     }
     std::vector<std::string> FindFiles(const std::string& folder, const std::string& pattern,

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace qndr::services {
 
@@ -251,6 +252,35 @@ class ProgramFactsWrapper : public ProgramFacts, private Gated {
 
   private:
     ProgramFacts* target_;
+};
+
+/// The processes of this computer.
+class Processes {
+  public:
+    virtual ~Processes() = default;
+
+    /// The file names of the programs that run at this moment, with extension and without folder; none when the
+    /// system does not tell.
+    virtual std::vector<std::string> Names() = 0;
+};
+
+/// Forwards every call of a Processes that `gate` admits. A null gate admits all.
+class ProcessesWrapper : public Processes, private Gated {
+  public:
+    ProcessesWrapper(Processes& target, CallGate* gate) : Gated(gate), target_(&target) {}
+
+    std::vector<std::string> Names() override {
+        if (!Admits("Processes.Names")) {
+            return {};
+        }
+        return target_->Names();
+    }
+
+  protected:
+    Processes& Target() const { return *target_; }
+
+  private:
+    Processes* target_;
 };
 
 } // namespace qndr::services

@@ -118,7 +118,7 @@ class Paths2 : public services::PathTools {
 
     // paths2_search.cpp
     /// Shows the entries of a folder in ToWalk form to the visitor until it returns false.
-    void VisitEntries(const std::string& folder, const std::string& pattern, const Visitor& visit);
+    bool VisitEntries(const std::string& folder, const std::string& pattern, const Visitor& visit);
     bool ContainsFiles(const std::string& path, bool recurse);
     void CollectFiles(const std::string& path, FileSearch& search);
     void ShowProgress(const std::string& path, const FileSearch& search);

@@ -30,21 +30,25 @@ struct Paths2::FileSearch {
     std::vector<std::string> found{""};
 };
 
-void Paths2::VisitEntries(const std::string& folder, const std::string& pattern, const Visitor& visit) {
+bool Paths2::VisitEntries(const std::string& folder, const std::string& pattern, const Visitor& visit) {
     std::unique_ptr<services::DirectoryListing> listing;
     Attempt([&] { listing = calls_.List(folder, pattern); });
     if (listing == nullptr) {
-        return;
+        return false;
     }
     while (true) {
         std::optional<DirectoryEntry> entry;
-        Attempt([&] { entry = listing->Next(); });
+        bool isRead = false;
+        Attempt([&] {
+            entry = listing->Next();
+            isRead = true;
+        });
         if (!entry) {
-            return;
+            return isRead;
         }
         TrimNull(entry->name);
         if (!visit(*entry)) {
-            return;
+            return true;
         }
     }
 }
@@ -86,13 +90,14 @@ bool Paths2::FolderContainsFiles(const std::string& path, bool recurse) {
 bool Paths2::ContainsFiles(const std::string& path, bool recurse) {
     const std::string folder = ToWalk(path);
     bool found = false;
-    VisitEntries(folder, "*.*", [&](const DirectoryEntry& entry) {
+    const bool isListed = VisitEntries(folder, "*.*", [&](const DirectoryEntry& entry) {
         if (!HasLeadingDot(entry)) {
             found = entry.IsDirectory() ? recurse && ContainsFiles(folder + entry.name, recurse) : true;
         }
         return !found;
     });
-    return found;
+    // A folder that cannot be listed may hold anything: whoever deletes what is empty must not take it for that.
+    return found || (!isListed && FolderExists(path));
 }
 
 bool Paths2::FolderContainsFolders(const std::string& path) {

@@ -48,18 +48,21 @@ std::string GetRootFolderPath(AgentContext& context, bool flag) {
     return path;
 }
 
-std::string GetDatedFolder(AgentContext& context, const std::string& below) {
+std::string GetLocalFolder(AgentContext& context, const std::string& below) {
     services::PathTools& pathTools = context.services.pathTools;
     std::string folder = pathTools.FixPath(GetRootFolderPath(context, false), true);
-    const CivilTime today = context.services.clock.Now().Civil();
-    const std::string dated =
-        below + "\\" + FormatString(R"({0}\{1})", Digits(today.year, 4), Digits(today.month, 2));
-    for (std::size_t start = 0; start < dated.size();) {
-        const std::size_t end = std::min(dated.find('\\', start), dated.size());
-        folder = pathTools.FixPath(folder.append(dated, start, end - start), true);
+    for (std::size_t start = 0; start < below.size();) {
+        const std::size_t end = std::min(below.find('\\', start), below.size());
+        folder = pathTools.FixPath(folder.append(below, start, end - start), true);
         start = end + 1;
     }
     return folder;
+}
+
+std::string GetDatedFolder(AgentContext& context, const std::string& below) {
+    const CivilTime today = context.services.clock.Now().Civil();
+    return GetLocalFolder(context, below + "\\" +
+                                       FormatString(R"({0}\{1})", Digits(today.year, 4), Digits(today.month, 2)));
 }
 
 std::string NewFileToken(AgentContext& context) {

@@ -18,8 +18,11 @@ std::string GetSyncFolder(AgentContext& context);
 /// to the file manager; all callers of this system pass false.
 std::string GetRootFolderPath(AgentContext& context, bool flag);
 
-/// Root folder + `below` (a path with "\" between its folders, whatever the platform's separator) + year and month
-/// of the local date, ending in a separator. Makes nothing. Raises when a path or the clock cannot be had.
+/// Root folder + `below` (a path with "\" between its folders, whatever the platform's separator), ending in a
+/// separator. Makes nothing. Raises when a path cannot be had.
+std::string GetLocalFolder(AgentContext& context, const std::string& below);
+
+/// The same + year and month of the local date. Raises also when the clock cannot be had.
 std::string GetDatedFolder(AgentContext& context, const std::string& below);
 
 /// A new text that a file name can carry, without "~". Empty on failure.

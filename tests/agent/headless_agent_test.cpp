@@ -21,6 +21,7 @@ TEST_F(HeadlessAgentTest, EndRequestBecomesAStopRequestAndEndsTheAgentAtItsExitT
     EXPECT_EQ(TakeLog(), (Lines{"Starting Sync", "Stopping Sync", "StopSync found. Application will exit."}));
     EXPECT_EQ(ReadNumber(settings::StopSync), 1);
     EXPECT_EQ(terminal.str(), "QNDR 5.0 Roaming Workstation Sync\nStarting sync\nStopping sync\n"
+                              "QNDR 5.0 Roaming Workstation Sync\nChecking heartbeat...\n"
                               "QNDR 5.0 Roaming Workstation Sync\n");
 }
 

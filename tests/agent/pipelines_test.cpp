@@ -30,23 +30,47 @@ TEST_F(PipelinesTest, StepsStandInTheirOrder) {
     EXPECT_LT(place(MainSteps().back()), place(RoamingSteps().front()));
 }
 
-TEST_F(PipelinesTest, StepsOfTheChangeFlowDoWhatTheirNamesSay) {
-    const auto changeSteps = [&] {
-        Lines texts = std::exchange(activity.texts, {});
-        std::erase_if(texts, [](const std::string& text) {
-            return text.find("changes") == std::string::npos && text.find("order number") == std::string::npos;
-        });
-        return texts;
-    };
+/// Asks the agent to stop as soon as it shows a certain text.
+struct StoppingActivity : ActivityLines {
+    explicit StoppingActivity(AgentContext& context) : agent(context) {}
+    void SetText(const std::string& text) override {
+        ActivityLines::SetText(text);
+        if (text == stopAt) {
+            RequestStopSync(agent);
+        }
+    }
+    AgentContext& agent;
+    std::string stopAt;
+};
+
+TEST_F(PipelinesTest, StepsDoWhatTheirNamesSayAndTheCleanupsFollow) {
+    const Lines mainSteps{"Receiveing initial sync requests.",
+                          "Receiveing initial sync acknowledges.",
+                          "Checking for sync reset from 'Laptop'.",
+                          "Processing pending sync resets from 'Laptop'.",
+                          "Applying changes from roaming workstation 'Laptop'.",
+                          "Sending changes to roaming workstation 'Laptop'."};
+    const Lines roamingSteps{"Sending initial sync request to main", "Receiving initial sync.",
+                             "Sending sync reset to main",           "Sending order number syncs to main",
+                             "Applying changes from main.",          "Sending changes to main."};
+    const Lines cleanups{"Cleaning up temp files...", "Cleaning up sync backups...",
+                         "Cleaning up order backups...", "Cleaning up delete sync files..."};
     OpenCompany(1);
     AddWorkstation(RoamingID, 4);
-    SyncAsMain(context, &activity);
-    EXPECT_EQ(changeSteps(), (Lines{"Applying changes from roaming workstation 'Laptop'.",
-                                    "Sending changes to roaming workstation 'Laptop'."}));
-    Sql("UPDATE Company SET CompanyType = 2");
-    SyncAsRoaming(context, &activity);
-    EXPECT_EQ(changeSteps(), (Lines{"Sending order number syncs to main", "Applying changes from main.",
-                                    "Sending changes to main."}));
+    AddWorkstation("DRAINED", 6);
+    for (const auto& [steps, run] : {std::pair{mainSteps, &SyncAsMain}, std::pair{roamingSteps, &SyncAsRoaming}}) {
+        Lines all = steps;
+        all.insert(all.end(), cleanups.begin(), cleanups.end());
+        // A request during the last step leaves the cleanups out; one between them is not looked at.
+        for (const std::string& stopAt : {std::string("none"), steps.back(), cleanups.front()}) {
+            StoppingActivity stopping(context);
+            stopping.stopAt = stopAt;
+            run(context, &stopping);
+            EXPECT_EQ(stopping.texts, stopAt == steps.back() ? steps : all) << stopAt;
+            SetNumber(settings::StopSync, 0);
+        }
+        Sql("UPDATE Company SET CompanyType = 2");
+    }
 }
 
 TEST_F(PipelinesTest, StopRequestIsTestedBehindEachStep) {

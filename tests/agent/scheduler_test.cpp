@@ -72,7 +72,8 @@ TEST_F(SchedulerTest, NextPassIsCountedFromTheEndOfThisOne) {
     activity.texts = {kTitle};
     scheduler.TickSync();
     EXPECT_EQ(TakeLog(), (Lines{"Starting Sync", "Stopping Sync"}));
-    EXPECT_EQ(activity.texts, (Lines{kTitle, "Starting sync", "Stopping sync", kTitle}));
+    EXPECT_EQ(activity.texts,
+              (Lines{kTitle, "Starting sync", "Stopping sync", kTitle, "Checking heartbeat...", kTitle}));
     EXPECT_EQ(ReadSetting(settings::LastSync), Now());
     EXPECT_EQ(ReadSetting(settings::NextSync), Now(5));
     EXPECT_EQ(view.Take(), Lines{"refresh"});
@@ -84,6 +85,29 @@ TEST_F(SchedulerTest, NextPassIsCountedFromTheEndOfThisOne) {
     EXPECT_EQ(ReadSetting(settings::NextSync), Now());
     scheduler.TickSync();
     EXPECT_EQ(TakeLog().size(), 2U);
+}
+
+TEST_F(SchedulerTest, HeartbeatBelongsToThePassAndTakesTheSchedulersFrequency) {
+    MakeRoamingComputer();
+    AddCompany("field", suite::RoamingCompanyType);
+    SetNumber(settings::SyncFrequency, 7);
+    scheduler.Load();
+    const auto heartbeatAfter = [&](int minutes) {
+        time.SetNow(time.Now().AddMinutes(minutes));
+        scheduler.SyncNow();
+        scheduler.TickSync();
+        return ReadNumber(settings::SyncHeartbeat);
+    };
+    gate.Before("FileTools.CopyFile", [&] {
+        EXPECT_EQ(activity.Text(), "Checking heartbeat...");
+        EXPECT_FALSE(scheduler.MayClose());
+        EXPECT_EQ(ReadSetting(settings::LastSync), "");
+    });
+    EXPECT_EQ(heartbeatAfter(1), 0);
+    EXPECT_EQ(gate.Count("FileTools.CopyFile"), 1);
+    EXPECT_EQ(heartbeatAfter(13), 0);
+    EXPECT_EQ(heartbeatAfter(1), 2);
+    EXPECT_EQ(activity.Text(), kTitle);
 }
 
 TEST_F(SchedulerTest, TicksInsideAPassLeaveThePassAndTheExitAlone) {

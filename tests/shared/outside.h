@@ -3,6 +3,7 @@
 #include "services/agent_services.h"
 #include "shared/paths2.h"
 #include "shared/simulated_directories.h"
+#include "suite/computer/system_facts.h"
 #include "suite/files/arrays.h"
 #include "suite/files/command_line.h"
 #include "suite/files/ini_files.h"
@@ -60,6 +61,7 @@ struct Outside {
     FixedClock clock;
     FixedFacts facts;
     NoTimers timers;
+    suite::SystemProcesses processes;
     UpgraderOnly objects;
     suite::SwitchReader switches{{}};
     suite::DiskIniTools iniFiles;
@@ -68,7 +70,7 @@ struct Outside {
     suite::PlainArrayTools arrays;
     services::AgentServices services{objects,   switches,     registry, files, paths, iniFiles,
                                      textFiles, stringArrays, arrays,   facts, facts, clock,
-                                     messages,  timers,       facts,    files, facts};
+                                     messages,  timers,       facts,    files, facts, processes};
 };
 
 } // namespace qndr::testing

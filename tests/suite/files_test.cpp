@@ -30,9 +30,10 @@ TEST(DiskFiles, TellOnlyOfFiles) {
     for (const std::string& none : {folder.Path(), folder / "absent", std::string()}) {
         EXPECT_FALSE(files.FileExists(none));
         EXPECT_THROW(files.GetFileSize(none), services::Failure);
-        EXPECT_THROW(files.GetFileDate(none), services::Failure);
         EXPECT_FALSE(files.DeleteFile(none));
     }
+    EXPECT_THROW(files.GetFileDate(folder / "absent"), services::Failure);
+    EXPECT_THROW(files.GetFileDate(""), services::Failure);
     EXPECT_TRUE(fs::is_directory(folder.Path()));
     EXPECT_EQ(files.GetFileName("/x/y\\z.tar.gz"), "y\\z.tar.gz");
     EXPECT_EQ(files.GetFileBaseName("/x.y/z.tar.gz"), "z.tar");
@@ -54,6 +55,9 @@ TEST(DiskFiles, DatesAreLocalTimeOfTheFilesOwnSeason) {
     const auto dateOf = [&](std::int64_t moment) {
         const timespec times[2] = {{moment, 0}, {moment, 999'000'000}};
         utimensat(AT_FDCWD, path.c_str(), times, 0);
+        utimensat(AT_FDCWD, folder.Path().c_str(), times, 0);
+        EXPECT_EQ(files.GetFileDate(folder.Path()), files.GetFileDate(path));
+        EXPECT_EQ(files.GetFileDate(folder.Path() + "/"), files.GetFileDate(path));
         return FormatGeneralDate(files.GetFileDate(path));
     };
     EXPECT_EQ(dateOf(1'795'370'932), "2026-11-22 19:08:52");
@@ -150,7 +154,10 @@ TEST(DiskFiles, MovingKeepsTheSourceUnlessItSucceeds) {
     EXPECT_FALSE(files.MoveFile(source, folder / "absent/x", false));
     EXPECT_FALSE(files.MoveFile(folder / "absent", folder / "taken", true));
     EXPECT_EQ(folder.Read("source") + folder.Read("taken"), "movedold");
+    const timespec longAgo[2] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
+    utimensat(AT_FDCWD, source.c_str(), longAgo, 0);
     EXPECT_TRUE(files.MoveFile(source, folder / "taken", true));
+    EXPECT_GT(files.GetFileDate(folder / "taken"), *ParseDate("2002-01-01")) << "it ages from now on";
     EXPECT_EQ(folder.Names(), Names{"taken"});
     EXPECT_EQ(folder.Read("taken"), "moved");
 

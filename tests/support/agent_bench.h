@@ -109,9 +109,10 @@ struct NotingEngine : services::Engine {
     bool importSucceeds = true;
 };
 
-/// The services with another log and other timers.
+/// The services with another log and other timers, and with other processes if they are given.
 inline services::AgentServices Replacing(const services::AgentServices& all, services::TextAppender& log,
-                                         services::WaitableTimers& timers) {
+                                         services::WaitableTimers& timers,
+                                         services::Processes* processes = nullptr) {
     return {all.objects,
             all.commandLineTools,
             all.registryTools,
@@ -128,7 +129,8 @@ inline services::AgentServices Replacing(const services::AgentServices& all, ser
             timers,
             all.fileVersions,
             log,
-            all.program};
+            all.program,
+            processes == nullptr ? all.processes : *processes};
 }
 
 /// One computer in a folder of its own, in virtual time, with one company open on it: real files, archives,

@@ -66,6 +66,9 @@ enum class Existing { Keep, Replace };
 /// in one step, so that its name always leads to the one or the other.
 std::error_code RenameFile(const std::string& source, const std::string& target, Existing existing);
 
+/// Makes this moment the file's last modification.
+std::error_code RenewFileDate(const std::string& path);
+
 std::error_code DeleteName(const std::string& path);
 
 /// Returns when the names in the folder are on the disk. No error where a file system cannot do this.

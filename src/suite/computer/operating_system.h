@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 /// What the suite asks of the operating system beside files and time. One implementation for each platform.
 namespace qndr::suite {
@@ -17,6 +18,10 @@ Computer UsualPlaces(const std::string& name);
 
 /// The folder of the running program, without a separator at its end; empty when the system does not tell.
 std::string RunningProgramFolder();
+
+/// The file names of the programs that run at this moment, with extension and without folder; none when the system
+/// does not tell. Off Windows the system keeps no more than 15 bytes of each.
+std::vector<std::string> RunningProcessNames();
 
 /// 64 random bits of the system's own source. Raises services::Failure when it has none to give.
 std::uint64_t RandomBits();

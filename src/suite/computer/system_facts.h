@@ -4,6 +4,7 @@
 #include "services/system_tools.h"
 #include "suite/computer/computer.h"
 #include "suite/computer/instance_lock.h"
+#include "suite/computer/operating_system.h"
 
 #include <string>
 
@@ -46,6 +47,11 @@ class RunningProgram : public services::ProgramFacts {
   private:
     std::string executableName_;
     InstanceLock lock_;
+};
+
+class SystemProcesses : public services::Processes {
+  public:
+    std::vector<std::string> Names() override { return RunningProcessNames(); }
 };
 
 } // namespace qndr::suite

@@ -101,7 +101,11 @@ bool DiskFileTools::FileHasAttribute(const std::string& path, int attribute) {
 }
 
 Date DiskFileTools::GetFileDate(const std::string& path) {
-    return LocalTime(RequiredFacts(path).modified);
+    const std::optional<FileFacts> facts = ReadFileFacts(path);
+    if (!facts) {
+        throw Failure("there is no file or folder '" + path + "'");
+    }
+    return LocalTime(facts->modified);
 }
 
 std::string DiskFileTools::CreateTemporaryFile(const std::string& folder, const std::string& prefix,
@@ -167,10 +171,12 @@ bool DiskFileTools::MoveFile(const std::string& source, const std::string& targe
         return false;
     }
     const std::error_code error = RenameFile(source, target, overwrite ? Existing::Replace : Existing::Keep);
-    if (error != std::errc::cross_device_link) {
-        return !error;
+    if (!error) {
+        // As a copy across file systems has it: what is moved into a folder ages from then on.
+        RenewFileDate(target);
+        return true;
     }
-    if (!CopyFile(source, target, overwrite)) {
+    if (error != std::errc::cross_device_link || !CopyFile(source, target, overwrite)) {
         return false;
     }
     if (DeleteName(source)) {

@@ -3,6 +3,7 @@
 #include "suite/computer/file_calls.h"
 #include "suite/files/wildcards.h"
 
+#include <cerrno>
 #include <climits>
 #include <dirent.h>
 #include <sys/stat.h>
@@ -112,12 +113,17 @@ std::unique_ptr<services::DirectoryListing> PosixDirectoryCalls::List(const std:
         return nullptr;
     }
     std::vector<std::string> names;
+    errno = 0;
     while (const dirent* entry = readdir(directory)) {
         if (MatchesWildcard(entry->d_name, pattern)) {
             names.emplace_back(entry->d_name);
         }
     }
+    const bool isCutShort = errno != 0;
     closedir(directory);
+    if (isCutShort) {
+        return nullptr;
+    }
     return std::make_unique<NamesListing>(folder, std::move(names));
 }
 

@@ -142,6 +142,10 @@ std::error_code RenameFile(const std::string& source, const std::string& target,
     return RenameByLink(source, target);
 }
 
+std::error_code RenewFileDate(const std::string& path) {
+    return utimensat(AT_FDCWD, path.c_str(), nullptr, AT_SYMLINK_NOFOLLOW) == 0 ? std::error_code() : LastError();
+}
+
 std::error_code DeleteName(const std::string& path) {
     if (HoldsNul(path)) {
         return InvalidPath();

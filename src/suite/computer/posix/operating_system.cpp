@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <pwd.h>
 #include <sys/random.h>
 #include <unistd.h>
@@ -63,6 +64,20 @@ Computer UsualPlaces(const std::string& name) {
 std::string RunningProgramFolder() {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+}
+
+std::vector<std::string> RunningProcessNames() {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry("/proc", error), end; entry != end && !error;
+         entry.increment(error)) {
+        std::ifstream file(entry->path() / "comm");
+        std::string name;
+        if (std::getline(file, name)) {
+            names.push_back(std::move(name));
+        }
+    }
+    return names;
 }
 
 std::uint64_t RandomBits() {

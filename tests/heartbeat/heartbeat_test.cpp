@@ -1,0 +1,166 @@
+#include "heartbeat/heartbeat.h"
+#include "shared/text.h"
+#include "support/agent_bench.h"
+
+namespace qndr::testing {
+namespace {
+
+class HeartbeatTest : public AgentBench {
+  protected:
+    HeartbeatTest() {
+        context.OperatingMode = 2;
+        context.SyncFolder = Path("Sync");
+        context.RoamingUniqueID = RoamingID;
+    }
+    std::int32_t Status() {
+        return registry.GetLong(services::CurrentUserHive, settings::RootKey, settings::SyncHeartbeat, 0);
+    }
+    /// The status after one step.
+    std::int32_t Step(std::int64_t secondsLater = 0, std::int32_t frequency = 5) {
+        time.Advance(secondsLater * 1000);
+        heartbeat.CheckHeartbeat(frequency);
+        return Status();
+    }
+    /// The only file that waits for main.
+    std::string Waiting() {
+        const auto entries = folder.Names("Sync");
+        EXPECT_EQ(entries.size(), 1U);
+        return entries.empty() ? "" : Path("Sync/" + entries.front());
+    }
+    void Answer() { EXPECT_TRUE(std::filesystem::remove(Waiting())); }
+
+    Heartbeat heartbeat{context, activity};
+};
+
+TEST_F(HeartbeatTest, AnswerIsTheFilesDeletionWithinTwiceTheFrequency) {
+    EXPECT_EQ(Step(), 0);
+    EXPECT_EQ(Tidy(Waiting()), "Sync/" + RoamingID + "~TOKEN~20261122T190852.rhb");
+    EXPECT_EQ(ReadText(Waiting()), "QNDR 5 Heartbeat File\r\n2026-11-22 14:08:52");
+    EXPECT_EQ(FilesBelow("Temp"), Lines{});
+    const std::string first = Waiting();
+    EXPECT_EQ(Step(599), 0);
+    EXPECT_EQ(Step(1), 2);
+    EXPECT_EQ(Step(3600), 2);
+    EXPECT_EQ(Waiting(), first) << "one file, not one for each step";
+
+    // A late answer counts at once, and the next file goes out in the same step.
+    Answer();
+    EXPECT_EQ(Step(), 1);
+    EXPECT_NE(Waiting(), first);
+    EXPECT_EQ(Step(599), 1) << "a status stands until there is news";
+    EXPECT_EQ(Step(1, 6), 1);
+    EXPECT_EQ(Step(120, 6), 2);
+    EXPECT_EQ(activity.texts, Lines(8, "Checking heartbeat..."));
+}
+
+TEST_F(HeartbeatTest, FileIsAwaitedWhateverItsLetterCaseAndAlsoWhileTheFolderIsAway) {
+    Step();
+    const std::filesystem::path waiting = Waiting();
+    std::filesystem::rename(waiting, Path("Away"));
+    std::filesystem::remove(Path("Sync"));
+    EXPECT_EQ(Step(6000), 0) << "everything is left as it was";
+    std::filesystem::create_directory(Path("Sync"));
+    std::filesystem::rename(Path("Away"), Path("Sync/" + ToUpper(waiting.filename().string())));
+    EXPECT_EQ(Step(), 2);
+    gate.Before("PathTools.FindFiles", Break);
+    EXPECT_EQ(Step(), 2) << "a folder that cannot be read says nothing of main";
+    gate.Before("PathTools.FindFiles", [] {});
+    Answer();
+    WriteText(Path("Sync/other~a~b.rhb"), "");
+    EXPECT_EQ(Step(), 1) << "only the own file counts";
+    EXPECT_EQ(folder.Names("Sync").size(), 2U);
+}
+
+TEST_F(HeartbeatTest, FileThatDoesNotGetThereIsTriedAgain) {
+    gate.Refuse("FileTools.CreateTemporaryFile", 1);
+    EXPECT_EQ(Step(), 0);
+    EXPECT_EQ(TakeLog(), Lines{"A temporary file could not be created"});
+    gate.Refuse("TextFileTools.WriteTextFile", 1);
+    EXPECT_EQ(Step(), 0);
+    EXPECT_TRUE(
+        TakeLog().at(0).ends_with(".tmp' however it could not be written to. A heartbeat file won't be created."));
+    gate.Refuse("FileTools.CopyFile", 1);
+    EXPECT_EQ(Step(), 0);
+    EXPECT_EQ(FilesBelow("Temp"), Lines{});
+    EXPECT_EQ(FilesBelow("Sync"), Lines{});
+    EXPECT_EQ(Step(6000), 0) << "what never was there is no answer";
+    EXPECT_EQ(Step(599), 0);
+    Answer();
+    EXPECT_EQ(Step(), 1);
+}
+
+TEST_F(HeartbeatTest, RestartedAgentAwaitsOnlyItsNewFile) {
+    Step();
+    const std::string orphan = Waiting();
+    time.Advance(600'000);
+    Heartbeat restarted(context, activity);
+    restarted.CheckHeartbeat(5);
+    std::filesystem::remove(orphan);
+    restarted.CheckHeartbeat(5);
+    EXPECT_EQ(Status(), 0);
+    Answer();
+    restarted.CheckHeartbeat(5);
+    EXPECT_EQ(Status(), 1);
+}
+
+TEST_F(HeartbeatTest, NothingHappensWhenItIsOffOrHasNoRole) {
+    SetNumber(settings::EnableHeartbeat, 0);
+    SetNumber(settings::SyncHeartbeat, 2);
+    EXPECT_EQ(Step(), 2);
+    EXPECT_EQ(activity.texts, Lines{});
+    SetNumber(settings::EnableHeartbeat, 1);
+    context.OperatingMode = 0;
+    EXPECT_EQ(Step(), 2);
+    EXPECT_EQ(activity.texts, Lines{"Checking heartbeat..."});
+    EXPECT_EQ(gate.Count("ObjectFactory.CreateSharedCodeLibrary"), 0);
+
+    context.OperatingMode = 1;
+    gate.Refuse("ObjectFactory.CreateSharedCodeLibrary", 1);
+    EXPECT_EQ(Step(), 2);
+    context.Profile = "Field";
+    EXPECT_EQ(Step(), 1);
+    EXPECT_EQ(gate.Count("Profiles.SetProfile"), 1);
+    EXPECT_EQ(gate.Count("SharedCodeLibrary.PreTerminate"), 0);
+    EXPECT_EQ(FilesBelow("Sync"), Lines{});
+}
+
+TEST_F(HeartbeatTest, MainSideAnswersEveryComputerInTheFolder) {
+    AgentContext other(context.services);
+    other.OperatingMode = 2;
+    other.SyncFolder = Path("Sync");
+    Heartbeat second(other, activity);
+    Step();
+    second.CheckHeartbeat(5);
+    for (const char* name : {"x.RHB", "a~b~c.zip", "below/x.rhb"}) {
+        folder.Write("Sync/" + std::string(name), "");
+    }
+    const Lines others{"Sync/a~b~c.zip", "Sync/below/x.rhb"};
+    TakeLog();
+    context.OperatingMode = 1;
+    gate.Refuse("FileTools.DeleteFile", 1);
+    EXPECT_EQ(Step(), 1);
+    Lines left = FilesBelow("Sync");
+    std::erase_if(left, [&](const std::string& name) { return std::ranges::count(others, name) != 0; });
+    EXPECT_EQ(TakeLog(),
+              Lines{"The roaming workstation heartbeat file '" + left.at(0) + "' could not be deleted."});
+    EXPECT_EQ(gate.Count("MessagePump.ProcessMessages"), 3) << "after each file";
+    Step();
+    EXPECT_EQ(TakeLog(), Lines{});
+    EXPECT_EQ(FilesBelow("Sync"), others);
+    SetNumber(settings::SyncHeartbeat, 0);
+    second.CheckHeartbeat(5);
+    EXPECT_EQ(Status(), 1);
+    SetNumber(settings::SyncHeartbeat, 0);
+    context.OperatingMode = 2;
+    EXPECT_EQ(Step(), 1);
+
+    SetNumber(settings::SyncHeartbeat, 0);
+    TakeLog();
+    context.OperatingMode = 1;
+    gate.Before("MessagePump.ProcessMessages", [&] { std::filesystem::remove_all(Path("Sync")); });
+    EXPECT_EQ(Step() + Step(), 2) << "somebody else is faster, and then there is no folder";
+    EXPECT_EQ(TakeLog(), Lines{});
+}
+
+} // namespace
+} // namespace qndr::testing
