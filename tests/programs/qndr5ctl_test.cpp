@@ -122,6 +122,58 @@ TEST_F(Qndr5ctl, AsksForAnInitialSyncWithBothEndsAlike) {
     EXPECT_EQ(JsonAt(listed, "$[0].nextSequenceFromRoaming"), "0");
 }
 
+TEST_F(Qndr5ctl, AsksForAResetAndTellsHowFarItIs) {
+    const std::string main = NewCompany("Main", "main");
+    const std::string laptop = NewCompany("Laptop", "roaming");
+    MustRun({"workstation", "add", main, laptop});
+    const auto at = [&](const char* state) {
+        OnDatabase("Laptop", std::string("UPDATE Company SET SyncState = ") + state);
+    };
+    for (const auto& [state, reason] : std::vector<std::pair<const char*, std::string>>{
+             {"0", "never had"}, {"1", "under way"}, {"2", "under way"}, {"5", "already"}}) {
+        at(state);
+        MustFail({"sync", "request-reset", laptop, "--date", "2026-11-01"}, reason);
+    }
+    const std::vector<std::string> date{"option", "get", laptop, "Roaming Workstations", "ResetSyncDate"};
+    EXPECT_EQ(Run(date).out.find("2026"), std::string::npos);
+    EXPECT_EQ(Run({"sync", "request-reset", laptop, "--date", "2026-02-30"}).status, 2);
+    at("6");
+    OnDatabase("Laptop", "INSERT INTO CustomerTypes (UniqueID) VALUES ('A'), ('B'), ('C')");
+    OnDatabase("Laptop", "UPDATE Company SET LastAuditID = 1");
+    EXPECT_NE(MustRun({"sync", "request-reset", laptop, "--date", "11/1/2026"}).find("2 changes"),
+              std::string::npos);
+    EXPECT_NE(MustRun(date).find("2026-11-01 00:00:00"), std::string::npos);
+    EXPECT_EQ(JsonAt(MustRun({"company", "show", laptop, "--json"}), "$.state"), "5");
+    at("4");
+    OnDatabase("Laptop", "UPDATE Company SET LastAuditID = 3");
+    EXPECT_EQ(MustRun({"sync", "request-reset", laptop}).find("Warning"), std::string::npos);
+    at("6");
+    EXPECT_NE(MustRun({"company", "show", laptop}).find("awaits the full data"), std::string::npos);
+
+    const auto listed = [&](const std::string& row) {
+        OnDatabase("Main", "UPDATE RoamingWorkstations SET " + row);
+        const std::string words = JsonAt(MustRun({"workstation", "list", main, "--json"}), "$[0].stateText");
+        EXPECT_EQ(JsonAt(MustRun({"company", "show", main, "--json"}), "$.resets[0].stateText"), words);
+        return words;
+    };
+    const std::string waits = "reset pending, waiting for five quiet minutes";
+    EXPECT_EQ(listed("SyncState = 6"), waits);
+    EXPECT_EQ(listed("LastReceivedFrom = '20261122 10:42:07'"), waits + " since 10:42:07 UTC");
+    EXPECT_EQ(listed("LastReceivedFrom = '20261121 10:42:07'"), waits + " since 2026-11-21 10:42:07 UTC");
+    EXPECT_EQ(listed("SyncState = 5"), "Reset Requested, owes the full data");
+
+    const auto heartbeat = [&](const std::string& name, const std::string& value) {
+        MustRun({"settings", "set", name, value});
+        const std::string words = JsonAt(MustRun({"company", "show", laptop, "--json"}), "$.heartbeat");
+        EXPECT_NE(MustRun({"workstation", "list", main}).find("computer: " + words + "\n"), std::string::npos);
+        return words;
+    };
+    EXPECT_EQ(heartbeat("SyncHeartbeat", "0"), "pending");
+    EXPECT_EQ(heartbeat("SyncHeartbeat", "1"), "OK");
+    EXPECT_EQ(heartbeat("SyncHeartbeat", "2"), "no response from main");
+    EXPECT_EQ(heartbeat("EnableHeartbeat", "0"), "N/A");
+}
+
 TEST_F(Qndr5ctl, ReadsAndWritesSettingsWithoutMakingThemByLooking) {
     EXPECT_EQ(MustRun({"settings", "get", "syncfrequency"}), "5\n");
     MustRun({"settings", "list"});

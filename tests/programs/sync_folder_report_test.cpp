@@ -88,7 +88,7 @@ TEST(SyncFolderReport, JudgesWhatIsForMainByTheRowOfItsSender) {
         {Main(5), File("AA", "BB", 0, -1), Fate::Taken, "Main takes it next"},
         {Main(3), File("AA", "BB", 0, -1), Fate::Waits, "at 3"},
         {Main(6), File("AA", "BB", 0, 5), Fate::Taken, "Main deletes it"},
-        {Main(5), File("AA", "BB", 0, 5), Fate::Waits, "at 5 (Reset Requested)"},
+        {Main(5), File("AA", "BB", 0, 5), Fate::Waits, "at 5 (Reset Requested, owes the full data)"},
         {Main(0), File("AA", "BB", 0, 5), Fate::Waits, "at 0"},
         {Main(1), File("AA", "BB", 0, 5), Fate::Waits, "initial sync first"},
     });

@@ -20,6 +20,7 @@ void AddSettingsCommands(CLI::App& program, const ControlContext& context);
 void AddComputerCommands(CLI::App& program, const ControlContext& context);
 void AddFileCommands(CLI::App& program, const ControlContext& context);
 void AddFolderCommand(CLI::App& program, const ControlContext& context);
+void AddDoctorCommand(CLI::App& program, const ControlContext& context);
 void AddOrderCommands(CLI::App& program, const ControlContext& context);
 void AddLogCommands(CLI::App& program, const ControlContext& context);
 void AddRowCommands(CLI::App& program, const ControlContext& context);

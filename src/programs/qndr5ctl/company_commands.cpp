@@ -3,6 +3,7 @@
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/sync_words.h"
 #include "services/failure.h"
+#include "shared/dates.h"
 #include "suite/company/company_compare.h"
 #include "suite/company/company_creation.h"
 #include "suite/company/provisioning.h"
@@ -60,6 +61,21 @@ void AddState(Facts& facts, std::int64_t state, const std::string& words) {
     facts.Add("", "stateText", words);
 }
 
+/// The workstations whose reset is under way, each with how far it has come.
+void AddResets(const OpenedCompany& company, const ControlContext& context, Facts& facts) {
+    const Date now = LocalToUtc(context.services, context.services.clock.Now());
+    auto row = company.Database().Prepare(
+        "SELECT Name, SyncState, LastReceivedFrom FROM RoamingWorkstations WHERE SyncState IN (5, 6)"
+        " ORDER BY Name, ID");
+    Listing listing({{"", "name"}, {"", "stateText"}});
+    while (row.Step()) {
+        const std::string words = WordsForWorkstation(row.Integer(1), std::string(row.Text(2)), now);
+        facts.Add("Reset", "", std::string(row.Text(0)) + ": " + words);
+        listing.Add({row.Text(0), words});
+    }
+    facts.Add("", "resets", listing.ToJson());
+}
+
 void AddMainFacts(const OpenedCompany& company, const ControlContext& context, Facts& facts) {
     const auto option = [&](const char* key) -> Json {
         const auto value = suite::GetCompanyOption(company.Database(), RoamingSection, key);
@@ -71,6 +87,7 @@ void AddMainFacts(const OpenedCompany& company, const ControlContext& context, F
     facts.Add("EnableSync", "enableSync", option("EnableSync"));
     facts.Add("SyncComputerName", "syncComputerName", option("SyncComputerName"));
     facts.Add("This computer", "thisComputer", context.services.systemTools.GetComputerName());
+    AddResets(company, context, facts);
 }
 
 void AddRoamingFacts(const OpenedCompany& company, Facts& facts) {
@@ -102,6 +119,7 @@ void Show(const ControlContext& context, const ShowArguments& arguments) {
     } else {
         AddRoamingFacts(company, facts);
     }
+    facts.Add("Heartbeat", "heartbeat", HeartbeatInWords(context.services.registryTools));
     facts.Add("Database", "database", company.Database().Path());
     facts.Add("Database version", "databaseVersion", company.Text("DatabaseVersion"));
     if (arguments.json) {

@@ -29,6 +29,7 @@ void AddCommands(CLI::App& program, const ControlContext& context) {
     AddComputerCommands(program, context);
     AddFileCommands(program, context);
     AddFolderCommand(program, context);
+    AddDoctorCommand(program, context);
     AddOrderCommands(program, context);
     AddLogCommands(program, context);
     AddRowCommands(program, context);

@@ -1,9 +1,11 @@
 #include "programs/qndr5ctl/commands.h"
 
 #include "programs/qndr5ctl/opened_company.h"
+#include "programs/qndr5ctl/sync_words.h"
 #include "services/failure.h"
 #include "suite/company/provisioning.h"
 #include "suite/files/ascii_case.h"
+#include "syncfiles/sync_state.h"
 
 namespace qndr::control {
 
@@ -16,6 +18,7 @@ struct InitialArguments {
 
 struct ResetArguments {
     std::string roaming;
+    std::string date;
 };
 
 /// The row on main goes first: a workstation that asks while main still counts on would have every change refused
@@ -40,11 +43,46 @@ void RequestInitial(const ControlContext& context, const InitialArguments& argum
     context.out << "The workstation asks for its initial sync at its next pass.\n";
 }
 
+std::string WhyNoReset(std::int64_t state) {
+    switch (state) {
+    case SyncStateInitialSyncRequired:
+    case SyncStateInitialSyncRequested:
+        return "its initial sync is under way and brings all data";
+    case SyncStateResetRequested:
+        return "it asks for a reset at its next pass already";
+    default:
+        return "it has never had its initial sync: 'qndr5ctl workstation add' or 'sync request-initial' comes "
+               "first";
+    }
+}
+
 void RequestReset(const ControlContext& context, const ResetArguments& arguments) {
     const OpenedCompany roaming(context, arguments.roaming);
     roaming.DemandRoaming();
+    const std::int64_t state = roaming.Number("SyncState");
+    if (state != SyncStateReady && state != SyncStateResetPending) {
+        throw services::Failure(
+            "a reset is for a workstation that is ready or waits for one; the state of this one is " +
+            NumberInWords(state, WordsForCompanyState(state)) + ": " + WhyNoReset(state));
+    }
+    // The date first: a request that the agent makes in between would go out without it.
+    if (!arguments.date.empty()) {
+        suite::SetCompanyOption(roaming.Database(), "Roaming Workstations", "ResetSyncDate",
+                                FormatGeneralDate(ParseDate(arguments.date).value_or(NoDate)));
+    }
+    // Counted before: the agent's next pass counts them as sent.
+    const std::int64_t unsent =
+        roaming.Database().Number("SELECT COUNT(*) FROM AuditLog WHERE ID > (SELECT LastAuditID FROM Company)");
     suite::RequestReset(roaming.Database());
     context.out << "The workstation asks its main company for a reset at its next pass.\n";
+    if (unsent > 0) {
+        context.out << "Warning: the reset gives up what was not sent to main, at this moment " << unsent
+                    << (unsent == 1 ? " change.\n" : " changes.\n");
+    }
+}
+
+std::string CheckDate(const std::string& text) {
+    return ParseDate(text) ? "" : "'" + text + "' is no date like \"2026-11-22 19:08:52\"";
 }
 
 } // namespace
@@ -64,6 +102,12 @@ void AddSyncCommands(CLI::App& program, const ControlContext& context) {
     const auto reset = AddCommand<ResetArguments>(group, context, "request-reset",
                                                   "Ask for a reset at the workstation's next pass", RequestReset);
     reset.app.add_option("ROAMING", reset.arguments.roaming, "The workstation company's .psd file")->required();
+    reset.app
+        .add_option(
+            "--date", reset.arguments.date,
+            "The date that goes with this and later requests, in UTC; 14 days before the request when none "
+            "was ever given")
+        ->check(CheckDate);
 }
 
 } // namespace qndr::control

@@ -118,14 +118,16 @@ CompanyFacts FactsOf(const OpenedCompany& company) {
     facts.syncState = company.Number("SyncState");
     facts.mainUniqueID = company.Text("MainUniqueID");
     facts.nextSequenceFromMain = company.Number("NextSequenceFromMain");
+    facts.nextSequenceToMain = company.Number("NextSequenceToMain");
     if (facts.isMain) {
         const auto enabled = suite::GetCompanyOption(company.Database(), "Roaming Workstations", "EnableSync");
         facts.syncEnabled = ParseWholeNumber(enabled.value_or("0")).value_or(0) != 0;
         auto row = company.Database().Prepare(
-            "SELECT Name, UniqueID, SyncState, NextSequenceFromRoaming FROM RoamingWorkstations ORDER BY ID");
+            "SELECT Name, UniqueID, SyncState, NextSequenceFromRoaming, NextSequenceToRoaming, LastReceivedFrom"
+            " FROM RoamingWorkstations ORDER BY ID");
         while (row.Step()) {
-            facts.workstations.push_back(
-                {std::string(row.Text(0)), std::string(row.Text(1)), row.Integer(2), row.Integer(3)});
+            facts.workstations.push_back({std::string(row.Text(0)), std::string(row.Text(1)), row.Integer(2),
+                                          row.Integer(3), row.Integer(4), std::string(row.Text(5))});
         }
     }
     return facts;

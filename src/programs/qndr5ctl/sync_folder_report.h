@@ -15,6 +15,10 @@ struct WorkstationFacts {
     std::string uniqueID;
     std::int64_t syncState = 0;
     std::int64_t nextSequenceFromRoaming = 0;
+    std::int64_t nextSequenceToRoaming = 0;
+    std::string lastReceivedFrom = {}; ///< UTC, as it is stored; empty for NULL
+
+    bool operator==(const WorkstationFacts&) const = default;
 };
 
 /// What a company goes by when it meets a sync file.
@@ -27,6 +31,9 @@ struct CompanyFacts {
     std::string mainUniqueID;
     std::int64_t nextSequenceFromMain = 0;
     std::vector<WorkstationFacts> workstations; ///< of a main company
+    std::int64_t nextSequenceToMain = 0;
+
+    bool operator==(const CompanyFacts&) const = default;
 };
 
 enum class FileKind {

@@ -1,8 +1,12 @@
 #include "programs/qndr5ctl/sync_words.h"
 
+#include "services/failure.h"
+#include "shared/settings.h"
 #include "suite/company/company_creation.h"
 #include "syncfiles/descriptor.h"
 #include "syncfiles/sync_state.h"
+
+#include <string_view>
 
 namespace qndr::control {
 
@@ -19,7 +23,7 @@ std::string WordsForCompanyState(std::int64_t state) {
     case SyncStateResetRequested:
         return "Reset Requested";
     case SyncStateResetPending:
-        return "reset pending, full data awaited";
+        return "reset pending, awaits the full data";
     default:
         return "unknown";
     }
@@ -36,10 +40,45 @@ std::string WordsForWorkstationState(std::int64_t state) {
     case SyncStateReady:
         return "ready";
     case SyncStateResetRequested:
-        return "Reset Requested";
+        return "Reset Requested, owes the full data";
     case SyncStateResetPending:
-        return "reset pending, draining files";
+        return "reset pending, waiting for five quiet minutes";
     default:
+        return "unknown";
+    }
+}
+
+std::string WordsForWorkstation(std::int64_t state, const std::string& lastReceivedFrom, const Date& nowUtc) {
+    const std::string words = WordsForWorkstationState(state);
+    const auto received = ParseDate(lastReceivedFrom);
+    if (state != SyncStateResetPending || !received) {
+        return words;
+    }
+    constexpr std::size_t TimeOfDay = std::string_view("yyyy-mm-dd ").size();
+    const std::string since = FormatGeneralDate(*received);
+    const bool isToday = FormatGeneralDate(nowUtc).starts_with(since.substr(0, TimeOfDay));
+    return words + " since " + (isToday ? since.substr(TimeOfDay) : since) + " UTC";
+}
+
+std::string HeartbeatInWords(services::RegistryTools& registry) {
+    const auto number = [&](const char* name, std::int32_t fallback) {
+        return registry.GetLong(services::CurrentUserHive, settings::RootKey, name, fallback);
+    };
+    try {
+        if (number(settings::EnableHeartbeat, 1) == 0) {
+            return "N/A";
+        }
+        switch (number(settings::SyncHeartbeat, 0)) {
+        case 0:
+            return "pending";
+        case 1:
+            return "OK";
+        case HeartbeatNoResponse:
+            return "no response from main";
+        default:
+            return "unknown";
+        }
+    } catch (const services::Failure&) {
         return "unknown";
     }
 }

@@ -2,6 +2,7 @@
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/sync_words.h"
+#include "shared/dates.h"
 #include "suite/company/provisioning.h"
 
 #include <optional>
@@ -51,9 +52,10 @@ void List(const ControlContext& context, const ListArguments& arguments) {
                      {"Waiting", "waitingChanges"},
                      {"Code", "referenceCode"},
                      {"Unique id", "uniqueID"}});
+    const Date now = LocalToUtc(context.services, context.services.clock.Now());
     while (row.Step()) {
         const std::int64_t state = row.Integer(1);
-        const std::string words = WordsForWorkstationState(state);
+        const std::string words = WordsForWorkstation(state, std::string(row.Text(5)), now);
         listing.Add({row.Text(0), NumberInWords(state, words), state, words, row.Integer(2), row.Integer(3),
                      DateCell(row, 4), DateCell(row, 5), row.Integer(6), row.Integer(7), row.Text(8)});
     }
@@ -61,6 +63,8 @@ void List(const ControlContext& context, const ListArguments& arguments) {
         context.out << listing.ToJson().ToText() << '\n';
     } else {
         listing.PrintTable(context.out, "This company has no workstations.");
+        context.out << "\nHeartbeat on this computer: " << HeartbeatInWords(context.services.registryTools)
+                    << '\n';
     }
 }
 
