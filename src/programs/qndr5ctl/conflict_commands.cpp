@@ -17,6 +17,12 @@ struct ListArguments {
     bool json = false;
 };
 
+struct RestoreArguments {
+    std::string file;
+    std::int64_t id = 0;
+    bool allGivenUp = false;
+};
+
 struct OneArguments {
     std::string file;
     std::int64_t id = 0;
@@ -35,6 +41,18 @@ std::string WordsForConflictState(suite::ConflictState state) {
     return "unknown";
 }
 
+std::string WordsForConflictReason(suite::ConflictReason reason) {
+    switch (reason) {
+    case suite::ConflictReason::OtherVersion:
+        return "changed on both sides";
+    case suite::ConflictReason::GivenUp:
+        return "given up by a reset";
+    case suite::ConflictReason::NotConfirmed:
+        return "not confirmed before a reset";
+    }
+    return "unknown";
+}
+
 /// What a person calls a company: of another workstation, a workstation knows the UniqueID alone.
 std::string CompanyName(const OpenedCompany& company, const std::string& uniqueID) {
     auto row = company.Database().Prepare(
@@ -45,13 +63,27 @@ std::string CompanyName(const OpenedCompany& company, const std::string& uniqueI
     return row.Step() ? std::string(row.Text(0)) : uniqueID;
 }
 
+/// What the audit log would call the row. A reset empties that, so then the losing values have to tell; null when
+/// they do not.
+Json NameInValues(const OpenedCompany& company, std::string_view tableName, std::string_view losingValues) {
+    const suite::Table* table = suite::FindAuditedTable(tableName);
+    if (table == nullptr || table->auditData.empty() || losingValues.empty()) {
+        return {};
+    }
+    auto name =
+        company.Database().Prepare("SELECT CASE WHEN json_valid(?1) THEN json_extract(?1, '$.' || ?2) END");
+    name.Bind(1, losingValues);
+    name.Bind(2, table->auditData);
+    return name.Step() && !name.IsNull(0) ? Json(name.Text(0)) : Json();
+}
+
 void ListConflicts(const ControlContext& context, const ListArguments& arguments) {
     const OpenedCompany company(context, arguments.file);
     auto row = company.Database().Prepare(
-        "SELECT ID, TableName, RowUniqueID, OccurredOn, LosingOrigin, WinningOrigin, LosingValues IS NULL, State, "
+        "SELECT ID, TableName, RowUniqueID, OccurredOn, LosingOrigin, WinningOrigin, LosingValues, State, "
         "(SELECT AuditData FROM AuditLog WHERE TableName = ImportConflicts.TableName AND AuditUniqueID = "
         "RowUniqueID "
-        "ORDER BY ID DESC LIMIT 1) FROM ImportConflicts WHERE ?1 OR State = ?2 ORDER BY ID");
+        "ORDER BY ID DESC LIMIT 1), Reason FROM ImportConflicts WHERE ?1 OR State = ?2 ORDER BY ID");
     row.Bind(1, std::int64_t{arguments.all ? 1 : 0});
     row.Bind(2, static_cast<std::int64_t>(suite::ConflictState::Open));
     Listing listing({{"ID", "id"},
@@ -64,13 +96,16 @@ void ListConflicts(const ControlContext& context, const ListArguments& arguments
                      {"Won", "winningCompany"},
                      {"", "winningOrigin"},
                      {"Lost as", "losingVersion"},
+                     {"Reason", "reason"},
                      {"State", "state"}});
     while (row.Step()) {
         const std::string losing(row.Text(4));
         const std::string winning(row.Text(5));
-        listing.Add({row.Integer(0), row.Text(1), row.IsNull(8) ? Json() : Json(row.Text(8)), row.Text(2),
-                     StoredDateText(std::string(row.Text(3))), CompanyName(company, losing), losing,
-                     CompanyName(company, winning), winning, row.Integer(6) != 0 ? "deletion" : "values",
+        listing.Add({row.Integer(0), row.Text(1),
+                     row.IsNull(8) ? NameInValues(company, row.Text(1), row.Text(6)) : Json(row.Text(8)),
+                     row.Text(2), StoredDateText(std::string(row.Text(3))), CompanyName(company, losing), losing,
+                     CompanyName(company, winning), winning, row.IsNull(6) ? "deletion" : "values",
+                     WordsForConflictReason(static_cast<suite::ConflictReason>(row.Integer(9))),
                      WordsForConflictState(static_cast<suite::ConflictState>(row.Integer(7)))});
     }
     if (arguments.json) {
@@ -92,6 +127,7 @@ Facts FactsOf(const OpenedCompany& company, const suite::Conflict& conflict, boo
     facts.Add("Won", "winningCompany", CompanyName(company, conflict.winningOrigin));
     facts.Add("", "winningOrigin", conflict.winningOrigin);
     facts.Add("Lost as", "losingVersion", conflict.losing ? "values" : "deletion");
+    facts.Add("Reason", "reason", WordsForConflictReason(conflict.reason));
     facts.Add("Row is there", "rowIsThere", rowIsThere);
     facts.Add("State", "state", WordsForConflictState(conflict.state));
     return facts;
@@ -145,9 +181,36 @@ void ShowConflict(const ControlContext& context, const OneArguments& arguments) 
     columns.PrintTable(context.out, "This table has no columns.");
 }
 
-void Restore(const ControlContext& context, const OneArguments& arguments) {
+/// Each row for itself: one that the database refuses does not keep the others back.
+void RestoreAllGivenUp(const ControlContext& context, const OpenedCompany& company) {
+    const suite::GivenUpConflicts conflicts = suite::FindGivenUpConflicts(company.Database());
+    std::size_t restored = 0;
+    std::string failures;
+    for (const std::int64_t id : conflicts.restorable) {
+        try {
+            suite::RestoreConflict(company.Database(), id);
+            ++restored;
+        } catch (const services::Failure& failure) {
+            failures += (failures.empty() ? "" : "; ") + std::to_string(id) + ": " + failure.what();
+        }
+    }
+    context.out << "Restored " << restored << " changes that were given up by a reset.\n";
+    if (conflicts.changedSince > 0) {
+        context.out << "The rows of " << conflicts.changedSince
+                    << " more were changed here since; they wait for a decision, one by one.\n";
+    }
+    if (!failures.empty()) {
+        throw services::Failure("not all could be restored: " + failures);
+    }
+}
+
+void Restore(const ControlContext& context, const RestoreArguments& arguments) {
     const OpenedCompany company(context, arguments.file);
     company.DemandThatChangesTravel();
+    if (arguments.allGivenUp) {
+        RestoreAllGivenUp(context, company);
+        return;
+    }
     switch (suite::RestoreConflict(company.Database(), arguments.id)) {
     case suite::Restoration::Updated:
         context.out << "Changed the row back to the losing values.\n";
@@ -157,6 +220,9 @@ void Restore(const ControlContext& context, const OneArguments& arguments) {
         break;
     case suite::Restoration::Deleted:
         context.out << "Deleted the row.\n";
+        break;
+    case suite::Restoration::SentAgain:
+        context.out << "The row stands like the losing version already; it is sent again.\n";
         break;
     case suite::Restoration::NothingToDo:
         context.out << "Nothing was changed: the row stands like the losing version already.\n";
@@ -217,10 +283,27 @@ CLI::App& AddOneArguments(const Command<OneArguments>& command, const std::strin
     return command.app;
 }
 
+void AddRestoreCommand(CLI::App& group, const ControlContext& context, const std::string& idDescription) {
+    const auto restore = AddCommand<RestoreArguments>(group, context, "restore",
+                                                      "Make the losing version the row's present one; this is a "
+                                                      "new change, which is audited and travels with the "
+                                                      "next exchange",
+                                                      Restore);
+    restore.app.add_option("FILE", restore.arguments.file, "The company's .psd file")->required();
+    CLI::Option_group& which = *restore.app.add_option_group("What to restore");
+    which.add_option("ID", restore.arguments.id, idDescription);
+    which.add_flag(
+        "--all-given-up", restore.arguments.allGivenUp,
+        "All open conflicts that come from a reset, orders first; rows that were changed here since are "
+        "left out");
+    which.require_option(1);
+}
+
 } // namespace
 
 void AddConflictCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "conflicts", "Versions of rows that lost against another company's");
+    CLI::App& group =
+        AddGroup(program, "conflicts", "Versions of rows that lost against another company's or in a reset");
     const auto list = AddCommand<ListArguments>(group, context, "list", "The open conflicts", ListConflicts);
     list.app.add_option("FILE", list.arguments.file, "The company's .psd file")->required();
     list.app.add_flag("--all", list.arguments.all, "Also those that were restored or dismissed");
@@ -232,12 +315,7 @@ void AddConflictCommands(CLI::App& program, const ControlContext& context) {
         ShowConflict);
     AddJsonFlag(AddOneArguments(show, id), show.arguments.json);
 
-    AddOneArguments(
-        AddCommand<OneArguments>(group, context, "restore",
-                                 "Make the losing version the row's present one; this is a new change, "
-                                 "which is audited and travels with the next exchange",
-                                 Restore),
-        id);
+    AddRestoreCommand(group, context, id);
     AddOneArguments(AddCommand<OneArguments>(group, context, "dismiss",
                                              "Take a conflict off the list of the open ones; its values are kept",
                                              Dismiss),

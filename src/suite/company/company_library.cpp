@@ -4,6 +4,7 @@
 #include "suite/company/connection_string.h"
 #include "suite/company/provisioning.h"
 #include "suite/database/sqlite_database.h"
+#include "suite/engine/given_up_changes.h"
 
 namespace qndr::suite {
 namespace {
@@ -75,13 +76,27 @@ class LibraryOptions : public services::Options {
     SqliteDatabase& database_;
 };
 
-/// Works on the company's own connection: for a second one the database would be locked.
+/// The connection for the clearing of a reset. It works on the company's own one: for a second one the database
+/// would be locked. A statement runs only when the changes that the reset gives up are kept; else it is refused.
 class LibrarySql : public services::SqlConnection {
   public:
     explicit LibrarySql(SqliteDatabase& database) : database_(database) {}
 
     std::int32_t ExecuteNonQuery(const std::string& statement) override {
-        return database_.ExecuteNonQuery(statement);
+        try {
+            const SqliteConnection& connection = database_.Connection();
+            SqliteTransaction transaction(connection, SqliteTransaction::Kind::Write);
+            KeepBeforeClearing(connection);
+            const std::int32_t rows = database_.ExecuteNonQuery(statement);
+            if (rows < 0) {
+                return rows;
+            }
+            PassOverAuditSoFar(connection);
+            transaction.Commit();
+            return rows;
+        } catch (const services::Failure&) {
+            return -1;
+        }
     }
     /// The connection stays open for the library.
     void PreTerminate() override {}
@@ -146,7 +161,29 @@ services::Database& CompanyLibrary::Database() {
 }
 
 services::SqlConnection* CompanyLibrary::QNDRSQL() {
-    return state_->database.HasFile() ? &state_->sql : nullptr;
+    if (!state_->database.HasFile()) {
+        return nullptr;
+    }
+    try {
+        const SqliteConnection& connection = Connection();
+        SqliteTransaction transaction(connection, SqliteTransaction::Kind::Write);
+        KeepBeforeClearing(connection);
+        transaction.Commit();
+    } catch (const services::Failure& failure) {
+        TellThatNothingIsCleared(failure.what());
+        return nullptr;
+    }
+    return &state_->sql;
+}
+
+void CompanyLibrary::TellThatNothingIsCleared(const std::string& reason) {
+    try {
+        RecordEvent("The tables were not cleared for a reset: the changes that it gives up could not be kept: " +
+                        reason,
+                    std::nullopt);
+    } catch (const services::Failure&) {
+        // The result says it already; a full or locked event list changes nothing.
+    }
 }
 
 void CompanyLibrary::RecordEvent(const std::string& text, std::optional<std::int32_t> number) {

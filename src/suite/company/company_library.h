@@ -26,6 +26,7 @@ class CompanyLibrary : public services::SharedCodeLibrary {
     services::Security& Security() override;
     services::Options& Options() override;
     services::Database& Database() override;
+    /// For the clearing of a reset: first keeps the changes that are given up, and gives nothing when it cannot.
     services::SqlConnection* QNDRSQL() override;
     void RecordEvent(const std::string& text, std::optional<std::int32_t> number) override;
     void PreTerminate() override;
@@ -35,6 +36,8 @@ class CompanyLibrary : public services::SharedCodeLibrary {
     const std::string& PSDFile() const;
 
   private:
+    void TellThatNothingIsCleared(const std::string& reason);
+
     struct State;
     std::unique_ptr<State> state_;
 };

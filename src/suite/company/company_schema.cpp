@@ -89,6 +89,45 @@ std::string SentRangesScript() {
            triggers("Company", "''", "NextSequenceToMain");
 }
 
+/// The engine's memory of what a sync reset gives up on a workstation. The agent moves Company.LastAuditID over
+/// changes that it never sent in the same UPDATE in which it moves the state; only here does that show. The
+/// trigger runs before the row changes, and so before the counters of SentRanges go back.
+constexpr std::string_view GivenUpScript = R"(
+-- Rows with changes that were given up and whose values are not in ImportConflicts yet. Made: main never had the row.
+CREATE TABLE GivenUpChanges (
+  TableName TEXT NOT NULL,
+  RowUniqueID TEXT COLLATE NOCASE NOT NULL,
+  Reason INTEGER NOT NULL,
+  Made INTEGER NOT NULL,
+  PRIMARY KEY (TableName, RowUniqueID)
+) WITHOUT ROWID;
+-- The audit rows up to here were noted, or come from the clearing of a reset.
+CREATE TABLE GivenUpMark (AuditID INTEGER NOT NULL);
+INSERT INTO GivenUpMark (AuditID) VALUES (0);
+-- Of each row that main is not known to have as it stands here. The oldest entry of SentRanges tells what main has
+-- confirmed, for older ones are forgotten then. Reason as in ImportConflicts.
+CREATE VIEW vwUnconfirmedChanges AS
+SELECT TableName, AuditUniqueID AS RowUniqueID, MAX(ID) AS NewestID,
+  CASE WHEN MAX(ID) > (SELECT LastAuditID FROM Company) THEN 1 ELSE 2 END AS Reason,
+  MIN(ID) > (SELECT LastAuditID FROM Company)
+    AND MIN(ID) IS MIN(CASE AuditType WHEN 1 THEN ID END) AS Made
+FROM AuditLog
+WHERE (SELECT CompanyType FROM Company) = 2
+  AND ID > (SELECT AuditID FROM GivenUpMark)
+  AND ID > ifnull((SELECT LastAuditID FROM SentRanges WHERE Receiver = '' ORDER BY NextSequence LIMIT 1), 0)
+GROUP BY TableName, AuditUniqueID;
+-- 6 is the state of a pending reset: nothing that stands in the log then is ever sent. At a reset's end the log counts
+-- as sent up to the new LastAuditID, and what is above it will be sent.
+CREATE TRIGGER noteGivenUpChanges BEFORE UPDATE OF SyncState ON Company
+WHEN NEW.SyncState = 6 OR NEW.LastAuditID > OLD.LastAuditID
+BEGIN
+  INSERT INTO GivenUpChanges (TableName, RowUniqueID, Reason, Made)
+  SELECT TableName, RowUniqueID, Reason, Made FROM vwUnconfirmedChanges
+  WHERE NEW.SyncState = 6 OR NewestID <= NEW.LastAuditID
+  ON CONFLICT DO UPDATE SET Reason = min(Reason, excluded.Reason);
+END;
+)";
+
 /// What stays in this database: it tells about this company alone.
 constexpr std::string_view OwnTables = R"(
 CREATE TABLE CompanyOptions (
@@ -112,7 +151,8 @@ CREATE TABLE ImportMark (
   OriginID INTEGER
 );
 -- LosingValues is a JSON object from column to text or null, bytes as {"base64": text}; NULL for a deletion. State: 0
--- open, 1 restored, 2 dismissed.
+-- open, 1 restored, 2 dismissed. Reason: 0 lost against another version, 1 not sent when a reset gave it up, 2 sent
+-- before a reset, but not confirmed by main.
 CREATE TABLE ImportConflicts (
   ID INTEGER PRIMARY KEY AUTOINCREMENT,
   TableName TEXT NOT NULL,
@@ -122,9 +162,11 @@ CREATE TABLE ImportConflicts (
   WinningOrigin TEXT,
   LosingValues TEXT,
   Deleted INTEGER NOT NULL DEFAULT 0,
-  State INTEGER NOT NULL DEFAULT 0
+  State INTEGER NOT NULL DEFAULT 0,
+  Reason INTEGER NOT NULL DEFAULT 0
 );
 CREATE INDEX ixImportConflicts_Row ON ImportConflicts (RowUniqueID);
+CREATE INDEX ixImportConflicts_GivenUp ON ImportConflicts (RowUniqueID) WHERE Reason > 0 AND State = 0;
 CREATE TABLE ImportProblems (
   ID INTEGER PRIMARY KEY AUTOINCREMENT,
   TableName TEXT NOT NULL,
@@ -152,7 +194,8 @@ const Table* FindAuditedTable(std::string_view name) {
 }
 
 std::string CompanySchemaScript() {
-    std::string script = std::string(ExchangeTables) + SentRangesScript() + std::string(OwnTables);
+    std::string script =
+        std::string(ExchangeTables) + SentRangesScript() + std::string(GivenUpScript) + std::string(OwnTables);
     for (const Table& table : AuditedTables()) {
         script += AuditedTableScript(table);
     }

@@ -59,16 +59,45 @@ void InsertQueuedRow(const SqliteConnection& connection, const Conflict& conflic
     }
 }
 
+// AuditLog.AuditType. Stored: never change.
+constexpr std::int64_t AuditUpdate = 2;
+constexpr std::int64_t AuditDelete = 3;
+
+/// Writes the audit row that sends what stands here already. The row of a deletion is gone, and with it its local
+/// key, which no deletion needs on its way.
+void SendAgain(const SqliteConnection& connection, const Conflict& conflict) {
+    const std::string table(conflict.table->name);
+    const std::string data =
+        conflict.table->auditData.empty() ? "NULL" : "\"" + std::string(conflict.table->auditData) + "\"";
+    SqliteStatement audit = connection.Prepare(
+        "INSERT INTO AuditLog (TableName, RecordID, AuditType, AddedOn, AuditUniqueID, AuditData) " +
+        (conflict.losing
+             ? "SELECT ?1, ID, ?2, GETUTCDATE(), UniqueID, " + data + " FROM \"" + table + "\" WHERE UniqueID = ?3"
+             : std::string("VALUES (?1, 0, ?2, GETUTCDATE(), ?3, NULL)")));
+    audit.Bind(1, conflict.table->name);
+    audit.Bind(2, conflict.losing ? AuditUpdate : AuditDelete);
+    audit.Bind(3, conflict.uniqueID);
+    audit.Step();
+}
+
+Restoration StandsAlready(const SqliteConnection& connection, const Conflict& conflict) {
+    if (conflict.reason == ConflictReason::OtherVersion) {
+        return Restoration::NothingToDo;
+    }
+    SendAgain(connection, conflict);
+    return Restoration::SentAgain;
+}
+
 Restoration Restore(const SqliteConnection& connection, const Conflict& conflict) {
     if (!conflict.losing) {
         const RowChange change = DeleteRow(connection, *conflict.table, conflict.uniqueID);
-        return change == RowChange::Changed ? Restoration::Deleted : Restoration::NothingToDo;
+        return change == RowChange::Changed ? Restoration::Deleted : StandsAlready(connection, conflict);
     }
     switch (UpdateRow(connection, *conflict.table, conflict.uniqueID, *conflict.losing)) {
     case RowChange::Changed:
         return Restoration::Updated;
     case RowChange::Unchanged:
-        return Restoration::NothingToDo;
+        return StandsAlready(connection, conflict);
     case RowChange::NoRow:
         break;
     }
@@ -80,7 +109,7 @@ Restoration Restore(const SqliteConnection& connection, const Conflict& conflict
 
 Conflict ReadConflict(const SqliteConnection& connection, std::int64_t id) {
     SqliteStatement row = connection.Prepare(
-        "SELECT TableName, RowUniqueID, OccurredOn, LosingOrigin, WinningOrigin, State, LosingValues "
+        "SELECT TableName, RowUniqueID, OccurredOn, LosingOrigin, WinningOrigin, State, LosingValues, Reason "
         "FROM ImportConflicts WHERE ID = ?1");
     row.Bind(1, id);
     if (!row.Step()) {
@@ -98,6 +127,7 @@ Conflict ReadConflict(const SqliteConnection& connection, std::int64_t id) {
     conflict.losingOrigin = row.Text(3);
     conflict.winningOrigin = row.Text(4);
     conflict.state = static_cast<ConflictState>(row.Integer(5));
+    conflict.reason = static_cast<ConflictReason>(row.Integer(7));
     if (!row.IsNull(6)) {
         conflict.losing = ReadVersion(connection, *conflict.table, row.Text(6));
     }
@@ -110,6 +140,26 @@ Restoration RestoreConflict(const SqliteConnection& connection, std::int64_t id)
     Mark(connection, id, ConflictState::Restored);
     transaction.Commit();
     return restoration;
+}
+
+GivenUpConflicts FindGivenUpConflicts(const SqliteConnection& connection) {
+    SqliteStatement row = connection.Prepare(
+        "SELECT ID, EXISTS (SELECT 1 FROM AuditLog WHERE TableName = ImportConflicts.TableName AND AuditUniqueID "
+        "= "
+        "RowUniqueID AND ID > (SELECT AuditID FROM GivenUpMark)) FROM ImportConflicts WHERE Reason > 0 AND State "
+        "= ?1 "
+        "ORDER BY CASE TableName WHEN 'Orders' THEN 1 WHEN 'OrderItems' THEN 2 WHEN 'PurchaseOrders' THEN 3 "
+        "WHEN 'PurchaseOrderItems' THEN 4 ELSE 5 END, ID");
+    row.Bind(1, static_cast<std::int64_t>(ConflictState::Open));
+    GivenUpConflicts found;
+    while (row.Step()) {
+        if (row.Integer(1) != 0) {
+            ++found.changedSince;
+        } else {
+            found.restorable.push_back(row.Integer(0));
+        }
+    }
+    return found;
 }
 
 void DismissConflict(const SqliteConnection& connection, std::int64_t id) {

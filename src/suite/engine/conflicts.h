@@ -12,8 +12,15 @@ namespace qndr::suite {
 /// ImportConflicts.State. Stored: never change.
 enum class ConflictState : std::int64_t { Open = 0, Restored = 1, Dismissed = 2 };
 
-/// A version of a row that lost against a different one and was kept. Both versions' companies are told by their
-/// UniqueIDs.
+/// ImportConflicts.Reason. Stored: never change.
+enum class ConflictReason : std::int64_t {
+    OtherVersion = 0, ///< it lost against a different version
+    GivenUp = 1,      ///< a change that was not sent when a reset gave it up
+    NotConfirmed = 2, ///< a change that was sent before a reset, and main did not tell that it took it
+};
+
+/// A version of a row that lost against a different one, or was given up by a reset, and was kept. Both versions'
+/// companies are told by their UniqueIDs.
 struct Conflict {
     std::int64_t id = 0;
     const Table* table = nullptr;
@@ -22,6 +29,7 @@ struct Conflict {
     std::string losingOrigin;
     std::string winningOrigin;
     ConflictState state = ConflictState::Open;
+    ConflictReason reason = ConflictReason::OtherVersion;
     /// The losing version's values; nothing when it is a deletion.
     std::optional<std::vector<ColumnValue>> losing;
 };
@@ -30,11 +38,22 @@ struct Conflict {
 /// readable; columns that the table no longer has are passed over.
 Conflict ReadConflict(const SqliteConnection& connection, std::int64_t id);
 
-enum class Restoration { Updated, Inserted, Deleted, NothingToDo };
+enum class Restoration { Updated, Inserted, Deleted, SentAgain, NothingToDo };
 
 /// Makes the losing version the row's present one, as a new change of this company, and marks the conflict; both
-/// or, with a services::Failure, neither. A conflict that was restored or dismissed can be restored again.
+/// or, with a services::Failure, neither. A row that holds it already is left alone, but when a reset gave it up
+/// it is sent again: main does not have it. A conflict that was restored or dismissed can be restored again.
 Restoration RestoreConflict(const SqliteConnection& connection, std::int64_t id);
+
+/// The open conflicts that come from a reset.
+struct GivenUpConflicts {
+    /// Orders first, then their items, purchase orders and theirs; of one row the oldest version first, so that
+    /// the newest stays.
+    std::vector<std::int64_t> restorable;
+    /// Those whose row was changed here since: its newer values would be lost.
+    std::int64_t changedSince = 0;
+};
+GivenUpConflicts FindGivenUpConflicts(const SqliteConnection& connection);
 
 /// Marks a conflict as settled without its losing version. Raises services::Failure when there is none of this
 /// number or it was restored.

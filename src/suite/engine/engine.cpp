@@ -87,6 +87,9 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
             Tell(std::to_string(result.conflicts) +
                  " records were changed on both sides; the versions that lost were kept.");
         }
+        if (result.givenUp > 0) {
+            Tell(std::to_string(result.givenUp) + " changes that were given up by a reset are kept.");
+        }
         if (verbose_) {
             Tell(std::to_string(result.records) + " records were imported.");
         }

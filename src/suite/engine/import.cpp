@@ -28,8 +28,9 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
     for (; batch != nullptr; batch = pipe.Next()) {
         applier.Apply(*batch);
     }
+    const ImportResult result = applier.Result();
     applier.Commit();
-    return applier.Result();
+    return result;
 }
 
 } // namespace qndr::suite

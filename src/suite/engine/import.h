@@ -12,6 +12,7 @@ struct ImportResult {
     std::int64_t records = 0;   ///< those of tables that are known here
     std::int64_t problems = 0;  ///< records that were put aside
     std::int64_t conflicts = 0; ///< versions that lost and were kept
+    std::int64_t givenUp = 0;   ///< while a reset is pending: changes that it gave up and that main does not have
 };
 
 /// Takes a whole exchange file into a company database. Durable when it returns; raises services::Failure, with

@@ -6,6 +6,8 @@ ImportApplier::ImportApplier(const SqliteConnection& connection, const std::stri
                              const std::string& seen)
     : connection_(connection), transaction_(connection, SqliteTransaction::Kind::Write),
       rules_(connection, sender, seen), audits_(connection, rules_.IsMain()), ledger_(connection) {
+    KeepBeforeImport(connection_);
+    givenUp_.emplace(connection_);
     SqliteStatement insert =
         connection_.Prepare("INSERT INTO ImportMark (Audited, Origin, OriginID) VALUES (?1, NULL, NULL)");
     insert.Bind(1, std::int64_t{rules_.IsMain() ? 1 : 0});
@@ -24,6 +26,13 @@ void ImportApplier::Commit() {
     transaction_.Commit();
 }
 
+ImportResult ImportApplier::Result() const {
+    return {.records = records_,
+            .problems = ledger_.Problems(),
+            .conflicts = ledger_.Conflicts(),
+            .givenUp = IsResetPending(connection_) ? givenUp_->Open() : 0};
+}
+
 void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) {
     ImportTable& table = TableOf(record);
     if (!table.Exists()) {
@@ -40,7 +49,9 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
     }
     switch (decision.verdict) {
     case OriginRules::Verdict::Take:
-        PutAside(batch, record, table.Apply(batch, record));
+        if (!PutAside(batch, record, table.Apply(batch, record))) {
+            givenUp_->Settle(*record.table, table, batch.Text(record, record.uniqueID));
+        }
         return;
     case OriginRules::Verdict::TakeAndKeepLoser:
         TakeAndKeepLoser(batch, record, table, decision);

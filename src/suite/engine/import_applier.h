@@ -2,6 +2,7 @@
 
 #include "suite/database/sqlite_connection.h"
 #include "suite/engine/audit_switch.h"
+#include "suite/engine/given_up_changes.h"
 #include "suite/engine/import.h"
 #include "suite/engine/import_batch.h"
 #include "suite/engine/import_ledger.h"
@@ -28,7 +29,8 @@ class ImportApplier {
     /// Durable when it returns.
     void Commit();
 
-    ImportResult Result() const { return {records_, ledger_.Problems(), ledger_.Conflicts()}; }
+    /// To be asked before Commit.
+    ImportResult Result() const;
 
   private:
     void Apply(const ImportBatch& batch, const ImportRecord& record);
@@ -46,6 +48,7 @@ class ImportApplier {
     OriginRules rules_;
     AuditSwitch audits_;
     ImportLedger ledger_;
+    std::optional<GivenUpVersions> givenUp_;
     std::int64_t records_ = 0;
     std::optional<SqliteStatement> mark_;
     std::string markedOrigin_;

@@ -1,5 +1,6 @@
 #include "suite/engine/origin_rules.h"
 
+#include "suite/engine/given_up_changes.h"
 #include "suite/engine/sent_ranges.h"
 #include "suite/files/ascii_case.h"
 
@@ -25,6 +26,10 @@ OriginRules::OriginRules(const SqliteConnection& connection, const std::string& 
     }
     const std::optional<std::int64_t> files = AcceptedFilesOf(seen, own_);
     known_ = files ? CoveredBy(connection, isMain_ ? sender : MainReceiver, *files) : sent_;
+    if (IsResetPending(connection)) {
+        // What this workstation had against main is given up and kept; none of it will ever be sent.
+        known_ = latest_;
+    }
 }
 
 OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string_view uniqueID) {

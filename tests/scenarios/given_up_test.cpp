@@ -1,0 +1,110 @@
+#include "suite/engine/conflicts.h"
+#include "support/dealer.h"
+
+namespace qndr::testing {
+namespace {
+
+void RunUntilReady(Dealer& dealer) {
+    for (int round = 0; round < 8 && dealer.Laptop().SyncState() != 4; ++round) {
+        dealer.RunRound();
+        dealer.Time().Advance(6 * 60 * 1000); // main waits for five quiet minutes
+    }
+    ASSERT_EQ(dealer.Laptop().SyncState(), 4);
+}
+
+/// Refuses one call of an agent's pass, or raises in it.
+class OneFault : public services::CallGate {
+  public:
+    OneFault(long number, bool raises) : number_(number), raises_(raises) {}
+    bool Admits(std::string_view call) override {
+        ++calls_;
+        if (call == "SharedCodeLibrary.QNDRSQL") {
+            clearing = calls_;
+        }
+        if (calls_ != number_) {
+            return true;
+        }
+        if (raises_) {
+            throw services::Failure("fault injected into " + std::string(call));
+        }
+        return false;
+    }
+    long clearing = 0; ///< the number of the call that the clearing begins with
+
+  private:
+    long calls_ = 0;
+    long number_;
+    bool raises_;
+};
+
+TEST(GivenUp, NoFaultWhileTheDataIsTakenLosesAChangeOrKeepsItTwice) {
+    const test::TemporaryFolder folder(test::QuickPlace());
+    Dealer dealer(folder.Path() + "/live", 1);
+    dealer.SetUp(60);
+    RunUntilReady(dealer);
+    const DealerComputer& laptop = dealer.Laptop();
+    laptop.Open()->ExecuteScript("INSERT INTO Orders (UniqueID, OrderNumber) VALUES ('O1', 1);"
+                                 "UPDATE Customers SET Notes = 'mine' WHERE ID = 1");
+    suite::RequestReset(*laptop.Open());
+    for (int round = 0; round < 2; ++round) {
+        dealer.RunRound();
+        dealer.Time().Advance(6 * 60 * 1000); // main waits for five quiet minutes
+    }
+    laptop.Open()->Execute("UPDATE CustomerTypes SET Name = 'mine' WHERE ID = 1");
+    ASSERT_EQ(dealer.FilesInSyncFolder(), 1U);
+    const auto copy = [](const std::string& from, const std::string& to) {
+        std::filesystem::remove_all(to);
+        std::filesystem::copy(from, to, std::filesystem::copy_options::recursive);
+    };
+    copy(folder.Path() + "/live", folder.Path() + "/before");
+    OneFault counting(0, false);
+    laptop.RunPass(&counting);
+    ASSERT_GT(counting.clearing, 0);
+    for (long number = counting.clearing; number < counting.clearing + 45; ++number) {
+        SCOPED_TRACE(number);
+        copy(folder.Path() + "/before", folder.Path() + "/live");
+        OneFault fault(number, number % 2 == 1);
+        laptop.RunPass(&fault);
+        laptop.RunPass();
+        ASSERT_EQ(
+            laptop.Value("SELECT group_concat(TableName || ' ' || Reason, ', ') FROM (SELECT TableName, Reason "
+                         "FROM ImportConflicts WHERE State = 0 ORDER BY TableName)"),
+            "CustomerTypes 1, Customers 1, Orders 1");
+    }
+}
+
+TEST(GivenUp, WhatAResetGivesUpIsGotBack) {
+    const test::TemporaryFolder folder(test::QuickPlace());
+    Dealer dealer(folder.Path(), 1);
+    dealer.SetUp(200);
+    RunUntilReady(dealer);
+    const auto laptop = dealer.Laptop().Open();
+    laptop->Execute("INSERT INTO Orders (UniqueID, OrderNumber, State, ReferenceNumber) VALUES ('SENT', 1, 1, 1)");
+    dealer.Laptop().RunPass();
+    laptop->ExecuteScript(
+        "INSERT INTO Orders (UniqueID, OrderNumber, State, ReferenceNumber) VALUES ('UNSENT', 2, 1, 2);"
+        "UPDATE Customers SET Notes = 'mine' WHERE ID = 1; DELETE FROM PhoneLabels WHERE ID = 1");
+    suite::RequestReset(*laptop);
+    RunUntilReady(dealer);
+    EXPECT_EQ(laptop->Number("SELECT COUNT(*) FROM Orders"), 2);
+    EXPECT_EQ(laptop->Number("SELECT COUNT(*) FROM Customers WHERE Notes = 'mine'"), 0);
+    EXPECT_EQ(dealer.Main().Number("SELECT COUNT(*) FROM Orders WHERE UniqueID LIKE '%SENT'"), 0);
+    EXPECT_EQ(laptop->Value("SELECT group_concat(TableName || Reason, ' ') FROM (SELECT TableName, Reason FROM "
+                            "ImportConflicts ORDER BY TableName, Reason)"),
+              "Customers1 OrderNumberSync2 Orders1 Orders2 PhoneLabels1");
+
+    const suite::GivenUpConflicts found = suite::FindGivenUpConflicts(*laptop);
+    for (const std::int64_t id : found.restorable) {
+        suite::RestoreConflict(*laptop, id);
+    }
+    dealer.RunRound();
+    dealer.RunRound();
+    EXPECT_EQ(dealer.Main().Number("SELECT COUNT(*) FROM Orders WHERE UniqueID LIKE '%SENT'"), 2);
+    EXPECT_EQ(dealer.Main().Number("SELECT COUNT(*) FROM OrderNumberSync WHERE OrderUniqueID LIKE '%SENT'"), 2);
+    EXPECT_EQ(dealer.Main().Number("SELECT COUNT(*) FROM Customers WHERE Notes = 'mine'"), 1);
+    EXPECT_EQ(dealer.Differences(dealer.Laptop()), std::vector<std::string>{});
+    EXPECT_EQ(dealer.FilesInSyncFolder(), 0U);
+}
+
+} // namespace
+} // namespace qndr::testing
