@@ -143,11 +143,8 @@ class ChangeFaults : public RecordedPasses {
 };
 
 TEST_P(ChangeFaults, ARefusedCallComesToAnEndThatTheProtocolKnows) {
-    // What lies beneath the folder library is seen through its own calls, and the log's switch is read at every
-    // line.
     const auto wanted = [](const std::vector<std::string>& names, std::size_t place) {
-        return IsBehindTheOpening(names, place) && names[place].rfind("Directory", 0) != 0 &&
-               names[place] != "RegistryTools.GetLong" && names[place] != "MessagePump.ProcessMessages";
+        return IsBehindTheOpening(names, place) && StandsForItself(names[place]);
     };
     ForEachCall(wanted, [&](int pass, long number) {
         FailingCall gate(FailingCall::Way::Refuse, number);
