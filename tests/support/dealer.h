@@ -223,6 +223,22 @@ class Dealer {
         return false;
     }
 
+    /// Runs rounds more than five minutes apart, which end the drain of a reset, until every pairing is ready.
+    /// False when one of them does not come to that.
+    bool FinishResets() {
+        const auto isReady = [&](const auto& laptop) {
+            return laptop->SyncState() == 4 && RowState(*laptop) == 4;
+        };
+        for (int round = 0; round < 8; ++round) {
+            if (std::all_of(laptops_.begin(), laptops_.end(), isReady)) {
+                return true;
+            }
+            time_.Advance(6 * 60 * 1000);
+            RunRound();
+        }
+        return false;
+    }
+
     /// State of a laptop's row on main.
     std::int64_t RowState(const DealerComputer& laptop) const {
         return main_.Number("SELECT SyncState FROM RoamingWorkstations WHERE UniqueID = '" + laptop.UniqueID() +
