@@ -114,7 +114,7 @@ TEST_F(SyncLogTest, NoFailureOfTheOutsideLeavesTheLog) {
         services::ProgramFactsWrapper program(facts, &gate);
         const AgentContext context(services::AgentServices{
             objects, switches, registryTools, fileTools, pathTools, iniFiles, textFiles, stringArrays, arrays,
-            facts, specialFolders, gatedClock, messages, timers, facts, appender, program});
+            facts, specialFolders, gatedClock, messages, timers, facts, appender, program, processes});
         Switch() = "1";
         StartDate() = "2026-11-01";
         files.files[kLog] = std::string(131073, '.');
