@@ -135,10 +135,12 @@ class ChangeFaults : public RecordedPasses {
         }
         return outcome;
     }
-    /// The calls up to the engine's open the company, as they do in a first exchange.
-    static bool IsBehindTheOpening(const std::vector<std::string>& names, std::size_t place) {
-        const auto opened = std::find(names.begin(), names.end(), "Engine.Initialize");
-        return opened <= names.begin() + static_cast<std::ptrdiff_t>(place);
+    /// What a person does about a pairing whose numbers are apart.
+    bool ComesBackByAReset() {
+        suite::RequestReset(*dealer.Laptop().Open());
+        return dealer.FinishResets() && dealer.ComeToRest() &&
+               CountersAgree(*dealer.Main().Open(), *dealer.Laptop().Open()) &&
+               dealer.Differences(dealer.Laptop()).empty();
     }
 };
 
@@ -153,6 +155,8 @@ TEST_P(ChangeFaults, ARefusedCallComesToAnEndThatTheProtocolKnows) {
         const Outcome outcome = Recover(pass);
         ASSERT_TRUE(Explains(call, outcome))
             << "call " << number << " of pass " << pass << ", " << call << ", came to " << outcome;
+        ASSERT_TRUE(outcome != Outcome::Misnumbered || ComesBackByAReset())
+            << "call " << number << " of pass " << pass << ", " << call;
         ASSERT_TRUE(dealer.Laptop().TemporaryFiles() + dealer.Main().TemporaryFiles() == 0 ||
                     LeavesTemporaryFile(call))
             << "call " << number << " of pass " << pass << ", " << call << ", leaves a temporary file";

@@ -108,6 +108,11 @@ class RecordedPasses : public ::testing::TestWithParam<int> {
         ASSERT_GT(turn, 30U);
     }
 
+    /// Whether the company is open at that place. The calls that open it are alike in all passes of a computer.
+    static bool IsBehindTheOpening(const std::vector<std::string>& names, std::size_t place) {
+        const auto opened = std::find(names.begin(), names.end(), "Engine.Initialize");
+        return opened <= names.begin() + static_cast<std::ptrdiff_t>(place);
+    }
     /// What lies beneath the folder library is seen through its own calls, and the log's switch is read at every
     /// line.
     static bool StandsForItself(const std::string& call) {
