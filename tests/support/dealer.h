@@ -14,6 +14,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -33,7 +35,13 @@ class DealerComputer {
     std::string Companies() const { return folder_ + "/Companies"; }
     const std::string& UniqueID() const { return uniqueId_; }
     std::string Psd() const { return Companies() + "/dealer.psd"; }
+    const suite::Computer& Computer() const { return computer_; }
     std::string TemporaryFolder() const { return computer_.temporaryFolder; }
+    std::string LogFolder() const { return computer_.commonApplicationData; }
+    /// A folder that the agent keeps for the company, "History" for instance.
+    std::string KeptFolder(const std::string& name) const {
+        return computer_.localRoot + "/dealer/Sync Local/" + name;
+    }
 
     /// Makes the company and sets the computer up for its role.
     void SetUp(int type, const std::string& syncFolder) {
@@ -97,7 +105,7 @@ class DealerComputer {
     }
     /// Paths of the backup archives below the folder of the orders, with "/" between the levels.
     std::vector<std::string> OrderBackups() const {
-        const std::string orders = computer_.localRoot + "/dealer/Sync Local/Orders/";
+        const std::string orders = KeptFolder("Orders") + "/";
         std::vector<std::string> found;
         if (std::filesystem::exists(orders)) {
             for (const auto& entry : std::filesystem::recursive_directory_iterator(orders)) {
@@ -109,6 +117,28 @@ class DealerComputer {
         std::sort(found.begin(), found.end());
         return found;
     }
+    /// Gives the virtual moment to every file and folder that bears a later one, as whatever is made or changed
+    /// does: the disk goes by the real clock. Only for a virtual time that lies far in the past; a pass takes what
+    /// it made itself for young.
+    void StampNewFiles() const {
+        const auto now = VirtualFileTime();
+        for (const std::string& place :
+             {computer_.temporaryFolder, KeptFolder(""), computer_.commonApplicationData}) {
+            if (std::filesystem::exists(place)) {
+                for (const auto& entry : std::filesystem::recursive_directory_iterator(place)) {
+                    if (entry.last_write_time() > now) {
+                        std::filesystem::last_write_time(entry, now);
+                    }
+                }
+            }
+        }
+    }
+    /// The virtual moment, that many days ago, as the date of a file.
+    std::filesystem::file_time_type VirtualFileTime(int daysAgo = 0) const {
+        constexpr double unixEpoch = 25569;
+        const auto seconds = std::llround((time_.Now().Days() - unixEpoch - daysAgo) * 86400);
+        return std::chrono::file_clock::from_sys(std::chrono::sys_seconds(std::chrono::seconds(seconds)));
+    }
     std::size_t TemporaryFiles() const {
         const std::filesystem::directory_iterator left(TemporaryFolder());
         return static_cast<std::size_t>(std::distance(begin(left), end(left)));
@@ -116,6 +146,10 @@ class DealerComputer {
     void SetNumber(const std::string& setting, std::int32_t value) const {
         suite::RegistryStore(computer_.registryFile, time_)
             .SetLong(services::CurrentUserHive, settings::RootKey, setting, value);
+    }
+    std::int32_t GetNumber(const std::string& setting) const {
+        return suite::RegistryStore(computer_.registryFile, time_)
+            .GetLong(services::CurrentUserHive, settings::RootKey, setting, -1);
     }
 
   private:

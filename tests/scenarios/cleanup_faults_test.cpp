@@ -1,0 +1,88 @@
+#include "scenarios/recorded_passes.h"
+
+#include <fstream>
+
+namespace qndr::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A main company's computer with files of every age in all the places that are cleaned up.
+class CleanUpFaults : public ::testing::Test {
+  protected:
+    CleanUpFaults() {
+        dealer.Time().SetNow(*ParseDate("2020-11-22 14:00:00"));
+        dealer.SetUp(0);
+        fs::create_directories(main.TemporaryFolder());
+        FillPlaces();
+        FailingCall counting(FailingCall::Way::None, 0);
+        main.RunPass(&counting);
+        calls = counting.Names();
+        ExpectOnlyYoungFiles("without a fault");
+    }
+
+    /// A file at its limit and one behind it in each folder. All folders are old: nothing but its files keeps one.
+    void FillPlaces() {
+        young.clear();
+        old.clear();
+        const std::pair<std::string, int> limits[] = {{main.TemporaryFolder(), 5},
+                                                      {main.KeptFolder("History"), 30},
+                                                      {main.KeptFolder("Orders"), 90},
+                                                      {main.KeptFolder("Deleted"), 3}};
+        for (const auto& [place, days] : limits) {
+            const std::string below = place + "/2020/08";
+            fs::create_directories(below);
+            for (const std::string& folderPath : {place, place + "/2020", below}) {
+                Write(folderPath + "/young", days);
+                young.push_back(folderPath + "/young");
+                Write(folderPath + "/old", days + 1);
+                old.push_back(folderPath + "/old");
+            }
+            for (const std::string& folderPath : {below, place + "/2020", place}) {
+                fs::last_write_time(folderPath, main.VirtualFileTime(200));
+            }
+        }
+    }
+    void Write(const std::string& path, int daysAgo) const {
+        std::ofstream(path) << "kept";
+        fs::last_write_time(path, main.VirtualFileTime(daysAgo));
+    }
+    void ExpectYoungFiles(const std::string& what) const {
+        for (const std::string& file : young) {
+            ASSERT_TRUE(fs::exists(file)) << file << " is gone, " << what;
+        }
+    }
+    void ExpectOnlyYoungFiles(const std::string& what) const {
+        ExpectYoungFiles(what);
+        for (const std::string& file : old) {
+            ASSERT_FALSE(fs::exists(file)) << file << " is left, " << what;
+        }
+    }
+
+    test::TemporaryFolder folder{test::QuickPlace()};
+    Dealer dealer{folder.Path(), 0};
+    const DealerComputer& main = dealer.Main();
+    std::vector<std::string> calls;
+    std::vector<std::string> young;
+    std::vector<std::string> old;
+};
+
+TEST_F(CleanUpFaults, NoRefusedOrRaisingCallTakesAFileBeforeItsTime) {
+    const auto [first, behind] = CallsOfTheCleanUps(calls);
+    ASSERT_GT(behind, first + 50);
+    for (std::size_t place = first; place < behind && !HasFatalFailure(); ++place) {
+        const auto way = place % 2 == 0 ? FailingCall::Way::Refuse : FailingCall::Way::Raise;
+        const std::string what = "call " + std::to_string(place) + " of a pass, " + calls[place];
+        FillPlaces();
+        FailingCall gate(way, static_cast<long>(place) + 1);
+        main.RunPass(&gate);
+        ExpectYoungFiles(what);
+        if (std::any_of(old.begin(), old.end(), [](const auto& file) { return fs::exists(file); })) {
+            main.RunPass();
+            ExpectOnlyYoungFiles(what);
+        }
+    }
+}
+
+} // namespace
+} // namespace qndr::testing
