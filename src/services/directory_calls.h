@@ -32,7 +32,8 @@ class DirectoryListing {
     virtual ~DirectoryListing() = default;
 
     /// The next entry in the order of the operating system; nothing behind the last one. An entry that vanished
-    /// since the listing was opened is passed over.
+    /// since the listing was opened is passed over. Raises Failure when the listing breaks off, for its end must
+    /// not come early: what was not seen would count as not there.
     virtual std::optional<DirectoryEntry> Next() = 0;
 };
 
@@ -96,9 +97,7 @@ class DirectoryListingWrapper : public DirectoryListing, private Gated {
         : Gated(gate), target_(std::move(target)) {}
 
     std::optional<DirectoryEntry> Next() override {
-        if (!Admits("DirectoryListing.Next")) {
-            return std::nullopt;
-        }
+        Demand("DirectoryListing.Next");
         return target_->Next();
     }
 

@@ -21,7 +21,8 @@ class CleanUpFaults : public ::testing::Test {
         ExpectOnlyYoungFiles("without a fault");
     }
 
-    /// A file at its limit and one behind it in each folder. All folders are old: nothing but its files keeps one.
+    /// In each place a file at its limit and one behind it, and a folder with only a file at its limit. All
+    /// folders are old: nothing but its files keeps one.
     void FillPlaces() {
         young.clear();
         old.clear();
@@ -30,17 +31,15 @@ class CleanUpFaults : public ::testing::Test {
                                                       {main.KeptFolder("Orders"), 90},
                                                       {main.KeptFolder("Deleted"), 3}};
         for (const auto& [place, days] : limits) {
-            const std::string below = place + "/2020/08";
+            const std::string below = place + "/2020";
             fs::create_directories(below);
-            for (const std::string& folderPath : {place, place + "/2020", below}) {
-                Write(folderPath + "/young", days);
-                young.push_back(folderPath + "/young");
-                Write(folderPath + "/old", days + 1);
-                old.push_back(folderPath + "/old");
-            }
-            for (const std::string& folderPath : {below, place + "/2020", place}) {
-                fs::last_write_time(folderPath, main.VirtualFileTime(200));
-            }
+            young.insert(young.end(), {place + "/young", below + "/young"});
+            old.push_back(place + "/old");
+            Write(place + "/young", days);
+            Write(below + "/young", days);
+            Write(place + "/old", days + 1);
+            fs::last_write_time(below, main.VirtualFileTime(200));
+            fs::last_write_time(place, main.VirtualFileTime(200));
         }
     }
     void Write(const std::string& path, int daysAgo) const {
@@ -70,16 +69,20 @@ class CleanUpFaults : public ::testing::Test {
 TEST_F(CleanUpFaults, NoRefusedOrRaisingCallTakesAFileBeforeItsTime) {
     const auto [first, behind] = CallsOfTheCleanUps(calls);
     ASSERT_GT(behind, first + 50);
-    for (std::size_t place = first; place < behind && !HasFatalFailure(); ++place) {
-        const auto way = place % 2 == 0 ? FailingCall::Way::Refuse : FailingCall::Way::Raise;
-        const std::string what = "call " + std::to_string(place) + " of a pass, " + calls[place];
-        FillPlaces();
-        FailingCall gate(way, static_cast<long>(place) + 1);
-        main.RunPass(&gate);
-        ExpectYoungFiles(what);
-        if (std::any_of(old.begin(), old.end(), [](const auto& file) { return fs::exists(file); })) {
-            main.RunPass();
-            ExpectOnlyYoungFiles(what);
+    for (std::size_t place = first; place < behind; ++place) {
+        if (calls[place] == "MessagePump.ProcessMessages") {
+            continue;
+        }
+        for (const auto way : {FailingCall::Way::Refuse, FailingCall::Way::Raise}) {
+            const std::string what = "call " + std::to_string(place) + " of a pass, " + calls[place];
+            FillPlaces();
+            FailingCall gate(way, static_cast<long>(place) + 1);
+            main.RunPass(&gate);
+            ASSERT_NO_FATAL_FAILURE(ExpectYoungFiles(what));
+            if (std::any_of(old.begin(), old.end(), [](const auto& file) { return fs::exists(file); })) {
+                main.RunPass();
+                ASSERT_NO_FATAL_FAILURE(ExpectOnlyYoungFiles(what));
+            }
         }
     }
 }
