@@ -194,7 +194,8 @@ void RestoreAllGivenUp(const ControlContext& context, const OpenedCompany& compa
             failures += (failures.empty() ? "" : "; ") + std::to_string(id) + ": " + failure.what();
         }
     }
-    context.out << "Restored " << restored << " changes that were given up by a reset.\n";
+    context.out << "Restored " << restored << (restored == 1 ? " change that was" : " changes that were")
+                << " given up by a reset.\n";
     if (conflicts.changedSince > 0) {
         context.out << "The rows of " << conflicts.changedSince
                     << " more were changed here since; they wait for a decision, one by one.\n";

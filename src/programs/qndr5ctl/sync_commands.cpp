@@ -77,7 +77,8 @@ void RequestReset(const ControlContext& context, const ResetArguments& arguments
     context.out << "The workstation asks its main company for a reset at its next pass.\n";
     if (unsent > 0) {
         context.out << "Warning: the reset gives up what was not sent to main, at this moment " << unsent
-                    << (unsent == 1 ? " change.\n" : " changes.\n");
+                    << (unsent == 1 ? " change" : " changes")
+                    << ". 'qndr5ctl conflicts' keeps what is lost by it and sends it again.\n";
     }
 }
 
