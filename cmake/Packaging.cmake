@@ -87,6 +87,13 @@ if(TARGET qndr5rwsync)
   install(FILES ${PACKAGING_DIR}/qndr5rwsync.desktop DESTINATION ${applications} COMPONENT qndr5rwsync)
   install(FILES ${PACKAGING_DIR}/qndr5rwsync-autostart.desktop RENAME qndr5rwsync.desktop
           DESTINATION /etc/xdg/autostart COMPONENT qndr5rwsync)
+  set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
+  install(FILES ${CMAKE_SOURCE_DIR}/src/window/icons/qndr5rwsync.svg
+          DESTINATION ${icons}/scalable/apps COMPONENT qndr5rwsync)
+  foreach(size IN ITEMS 16 22 24 32 48 64 128 256)
+    install(FILES ${CMAKE_SOURCE_DIR}/src/window/icons/${size}.png RENAME qndr5rwsync.png
+            DESTINATION ${icons}/${size}x${size}/apps COMPONENT qndr5rwsync)
+  endforeach()
   set(CPACK_DEBIAN_QNDR5RWSYNC_DESCRIPTION
 "sync agent of roaming workstations, with its window
 Keeps the companies of a main computer and its laptops alike through nothing
