@@ -162,7 +162,7 @@ TEST_F(Registry, OnlyOneCopyOfAProgramRuns) {
         EXPECT_FALSE(agent.AnotherCopyIsRunning());
         EXPECT_TRUE(othersSee("qndr5rwsync"));
         EXPECT_FALSE(othersSee("another"));
-        EXPECT_EQ(agent.Version(), "5.0.0");
+        EXPECT_EQ(agent.Version(), "5.0.169");
         EXPECT_EQ(agent.Folder(), fs::read_symlink("/proc/self/exe").parent_path());
     }
     EXPECT_FALSE(othersSee("qndr5rwsync"));
