@@ -95,6 +95,14 @@ void AgentScheduler::SyncNow() {
     Attempt([&] { view_.RefreshStatus(); });
 }
 
+void AgentScheduler::SetSyncFrequency(std::int32_t minutes) {
+    syncFrequency_ = minutes;
+    Attempt([&] {
+        context_.services.registryTools.SetLong(CurrentUserHive, settings::RootKey, settings::SyncFrequency,
+                                                syncFrequency_);
+    });
+}
+
 void AgentScheduler::SetNextSyncTime(std::int64_t minutesFromNow) {
     Attempt([&] { nextSyncTime_ = context_.services.clock.Now().AddMinutes(minutesFromNow); });
     Attempt([&] {

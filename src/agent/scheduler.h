@@ -49,6 +49,11 @@ class AgentScheduler {
     /// Makes the next TickSync run a pass. Inside a pass this has no lasting effect.
     void SyncNow();
 
+    /// Minutes between passes.
+    std::int32_t SyncFrequency() const { return syncFrequency_; }
+    /// Takes and stores a new one. The present schedule stands: it counts from the end of the next pass on.
+    void SetSyncFrequency(std::int32_t minutes);
+
     /// Whether the window may be closed now. A close during a pass is refused.
     bool MayClose() const { return !isSyncing_; }
 

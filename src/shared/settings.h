@@ -12,10 +12,12 @@ inline constexpr const char* DefaultProfileKey = R"(Software\Velmoran\Ordergrove
 /// What a /DVLP run works on: texts MainProfile, MainCompany, RoamingProfile, RoamingCompany.
 inline constexpr const char* DeveloperKey = R"(Software\Velmoran\Ordergrove Suite\5.0\Settings (Developer))";
 
-inline constexpr const char* SyncFrequency = "SyncFrequency";     ///< number, minutes between passes, default 5
-inline constexpr const char* NextSync = "NextSync";               ///< date, when the next pass is due
-inline constexpr const char* LastSync = "LastSync";               ///< date, when the last pass ended
-inline constexpr const char* StopSync = "StopSync";               ///< number, non-zero asks the agent to exit
+inline constexpr const char* SyncFrequency = "SyncFrequency"; ///< number, minutes between passes, default 5
+inline constexpr const char* NextSync = "NextSync";           ///< date, when the next pass is due
+inline constexpr const char* LastSync = "LastSync";           ///< date, when the last pass ended
+inline constexpr const char* StopSync = "StopSync";           ///< number, non-zero asks the agent to exit
+/// Number. The window's attempt to store it fails by its nature, so it is never there; nothing reads it.
+inline constexpr const char* SyncSettingsUpdated = "SyncSettingsUpdated";
 inline constexpr const char* SyncHeartbeat = "SyncHeartbeat";     ///< number, 0 pending, 1 OK, 2 no response
 inline constexpr const char* EnableHeartbeat = "EnableHeartbeat"; ///< number, default 1
 inline constexpr const char* KeepSyncFiles = "KeepSyncFiles";     ///< number, default 0

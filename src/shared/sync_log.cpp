@@ -104,13 +104,7 @@ void WriteLogEntry(const AgentServices& services, const std::string& message, st
     Attempt([&] { services.textAppender.Append(path, lines); });
 }
 
-std::string GetLogFilePath(const AgentServices& services) {
-    std::string fileName;
-    Attempt([&] {
-        const CivilTime today = services.clock.Now().Civil();
-        fileName = services.program.ExecutableName() + " " + Digits(today.month, 2) + Digits(today.year % 100, 2) +
-                   ".log";
-    });
+std::string GetLogsFolder(const AgentServices& services) {
     auto& paths = services.pathTools;
     std::string folder;
     Attempt([&] { folder = services.specialFolderTools.GetFolderPath(kCommonApplicationData); });
@@ -123,7 +117,18 @@ std::string GetLogFilePath(const AgentServices& services) {
         return "";
     }
     Attempt([&] { folder = paths.FixPath(folder, true); });
-    return folder + fileName;
+    return folder;
+}
+
+std::string GetLogFilePath(const AgentServices& services) {
+    std::string fileName;
+    Attempt([&] {
+        const CivilTime today = services.clock.Now().Civil();
+        fileName = services.program.ExecutableName() + " " + Digits(today.month, 2) + Digits(today.year % 100, 2) +
+                   ".log";
+    });
+    const std::string folder = GetLogsFolder(services);
+    return folder.empty() ? "" : folder + fileName;
 }
 
 } // namespace qndr

@@ -27,6 +27,9 @@ void WriteLog(const services::AgentServices& services, const std::string& messag
 void WriteLogEntry(const services::AgentServices& services, const std::string& message, std::int32_t errorNumber,
                    const std::string& errorDescription);
 
+/// Folder of the log files, ending in a separator. Made on demand; empty when it cannot be reached.
+std::string GetLogsFolder(const services::AgentServices& services);
+
 /// Full path of this month's log file, whose folder is made on demand; empty when the folder cannot be reached.
 std::string GetLogFilePath(const services::AgentServices& services);
 

@@ -1,6 +1,5 @@
 #include "agent/agent_test.h"
 #include "programs/qndr5rwsyncd/headless_agent.h"
-#include "programs/qndr5rwsyncd/options.h"
 #include "suite/files/command_line.h"
 
 #include <sstream>
@@ -47,16 +46,17 @@ TEST_F(HeadlessAgentTest, PassesRunAtOnceUntilTheStopRequest) {
 }
 
 TEST(HeadlessOptionsTest, WordsAreTakenOrRefused) {
-    const auto passes = [](const Lines& words) { return ReadOptions(words).passes; };
+    const auto read = [](const Lines& words) { return ReadOptions(HeadlessProgram().switches, words); };
+    const auto passes = [&](const Lines& words) { return read(words).passes; };
     EXPECT_EQ(passes({}), std::nullopt);
     EXPECT_EQ(passes({"--ONCE", "/Companies", "/srv/companies"}), 1);
     EXPECT_EQ(passes({"-passes:3", "--Profile=--once"}), 3);
-    EXPECT_EQ(ReadOptions({"/Companies", "/srv/our companies"}).commandLine, R"(/Companies "/srv/our companies")");
+    EXPECT_EQ(read({"/Companies", "/srv/our companies"}).commandLine, R"(/Companies "/srv/our companies")");
 
     std::istringstream refused("--onec|stray|\"\"|-|--once yes|--once=0|--Companies --onec|--Companies /a /b|"
-                               "--passes|--passes 0|--passes 1.5|--passes 1e9|--once --passes 2");
+                               "--passes|--passes 0|--show|--passes 1.5|--passes 1e9|--once --passes 2");
     for (std::string words; std::getline(refused, words, '|');) {
-        EXPECT_THROW(ReadOptions(suite::SplitCommandLine(words)), services::Failure) << words;
+        EXPECT_THROW(read(suite::SplitCommandLine(words)), services::Failure) << words;
     }
 }
 

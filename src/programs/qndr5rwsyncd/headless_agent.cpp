@@ -1,9 +1,6 @@
 #include "programs/qndr5rwsyncd/headless_agent.h"
 
-#include "agent/stop_request.h"
-#include "services/failure.h"
-
-#include <iostream>
+#include <ostream>
 
 namespace qndr {
 namespace {
@@ -13,9 +10,18 @@ constexpr const char* kExitTick = "tmr_Exit";
 
 } // namespace
 
+AgentProgram HeadlessProgram() {
+    return {.name = "qndr5rwsyncd",
+            .switches = {{"once", false}, {"passes", true}},
+            .usage = "Keeps the companies of the Companies folder in step with those on other computers.\n"
+                     "Runs until it is asked to stop: by qndr5ctl stop, by SIGTERM or by SIGINT.\n",
+            .ownOptions = "  --once              one pass at once, then ends\n"
+                          "  --passes N          N passes, one behind the other, then ends\n"};
+}
+
 HeadlessAgent::HeadlessAgent(AgentContext& context, suite::HeadlessLoop& loop, std::ostream* terminal)
     : context_(context), loop_(loop), terminal_(terminal), scheduler_(context, *this, *this) {
-    loop_.OnEndRequest([this] { EndWhenIdle(); });
+    loop_.OnEndRequest([this] { EndWhenIdle(HeadlessProgram(), context_, [this] { Unload(); }); });
 }
 
 HeadlessAgent::~HeadlessAgent() {
@@ -36,16 +42,6 @@ void HeadlessAgent::RunPasses(int count) {
         scheduler_.SyncNow();
         scheduler_.TickSync();
         scheduler_.TickExit();
-    }
-}
-
-void HeadlessAgent::EndWhenIdle() {
-    try {
-        RequestStopSync(context_);
-    } catch (const services::Failure& failure) {
-        // Without a registry no tick would ever find the request; the pass in work still runs to its end.
-        std::cerr << "qndr5rwsyncd: " << failure.what() << '\n';
-        Unload();
     }
 }
 

@@ -1,11 +1,15 @@
 #pragma once
 
 #include "agent/scheduler.h"
+#include "programs/agent_program/agent_program.h"
 #include "suite/computer/message_loop.h"
 
 #include <iosfwd>
 
 namespace qndr {
+
+/// The agent without a window, as a program.
+AgentProgram HeadlessProgram();
 
 /// The agent without a window: the scheduler on a headless loop. There are no labels and no controls to fill; what
 /// the tray would show goes to a terminal, if there is one.
@@ -33,8 +37,6 @@ class HeadlessAgent final : public AgentView, public ActivityTarget {
     void SetText(const std::string& text) override;
 
   private:
-    void EndWhenIdle();
-
     AgentContext& context_;
     suite::HeadlessLoop& loop_;
     std::ostream* terminal_;

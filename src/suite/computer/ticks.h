@@ -34,6 +34,8 @@ class SystemTicks : public Ticks {
     std::int64_t Now() const override;
     void SleepUntil(std::optional<std::int64_t> due) override;
     bool TakeEndRequest() override;
+    /// Can be read from as long as a request waits to be taken. For a loop that sleeps by other means.
+    int EndRequestHandle() const;
 
   private:
     struct Signals;

@@ -58,6 +58,10 @@ void SystemTicks::SleepUntil(std::optional<std::int64_t> due) {
     }
 }
 
+int SystemTicks::EndRequestHandle() const {
+    return signals_->handle;
+}
+
 bool SystemTicks::TakeEndRequest() {
     bool any = false;
     signalfd_siginfo signal{};
