@@ -53,10 +53,6 @@ QCheckBox* MakeCheckBox(const char* name, const QString& caption, QChar letter) 
     return Named(new QCheckBox(WithMnemonic(caption, letter)), name);
 }
 
-void SetMuted(QLabel& label) {
-    label.setForegroundRole(QPalette::PlaceholderText);
-}
-
 /// A page whose rows are captions with their values, and a button in its lower corner.
 class Page {
   public:
@@ -148,6 +144,8 @@ QSlider* MakeFrequencySlider() {
     slider->setTickInterval(5);
     slider->setTickPosition(QSlider::TicksBelow);
     slider->setAccessibleName("Sync frequency");
+    // Some styles cut the handle at the height that they ask for.
+    slider->setMinimumHeight(slider->sizeHint().height() + kGap);
     return slider;
 }
 
@@ -181,7 +179,6 @@ QLayout* MakeTitles(const QFont& font) {
     titleFont.setBold(true);
     Label6->setFont(titleFont);
     auto* Label5 = MakeLabel("Label5", "Velmoran Ordergrove Suite");
-    SetMuted(*Label5);
     auto* titles = new QGridLayout;
     titles->setHorizontalSpacing(kMargin);
     titles->setVerticalSpacing(2);
@@ -213,7 +210,6 @@ Controls BuildControls(QWidget& window) {
     BuildAdvancedPage(*tabs, controls);
 
     controls.lblVersion = MakeLabel("lblVersion", "Version {0}");
-    SetMuted(*controls.lblVersion);
     controls.cmdClose = MakeButton("cmdClose", "Close", 'C');
     auto* footer = new QHBoxLayout;
     footer->addWidget(controls.lblVersion, 1);
