@@ -23,11 +23,6 @@ constexpr int kGap = 10;
 constexpr int kLogoSize = 48;
 constexpr double kTitleScale = 1.3;
 
-/// The caption with its keyboard access: the first place where the letter stands as it is given here.
-QString WithMnemonic(QString caption, QChar letter) {
-    return caption.insert(caption.indexOf(letter), '&');
-}
-
 template <typename Control> Control* Named(Control* control, const char* name) {
     control->setObjectName(name);
     return control;
@@ -199,6 +194,10 @@ QFont WindowFont(const QWidget& window) {
 }
 
 } // namespace
+
+QString WithMnemonic(QString caption, QChar letter) {
+    return caption.insert(caption.indexOf(letter), '&');
+}
 
 Controls BuildControls(QWidget& window) {
     Controls controls{};

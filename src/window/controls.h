@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 class QCheckBox;
 class QLabel;
 class QPushButton;
@@ -38,5 +40,8 @@ struct Controls {
 
 /// Fills an empty window with all controls and gives it its font and its fixed size.
 Controls BuildControls(QWidget& window);
+
+/// The caption with its keyboard access: the first place where the letter stands in that case. It must be there.
+QString WithMnemonic(QString caption, QChar letter);
 
 } // namespace qndr

@@ -31,8 +31,9 @@ bool ElidingLabel::event(QEvent* event) {
 
 void ElidingLabel::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    style()->drawItemText(&painter, contentsRect(), QStyle::visualAlignment(layoutDirection(), alignment()),
-                          palette(), isEnabled(), ElidedText(), foregroundRole());
+    style()->drawItemText(&painter, contentsRect(),
+                          static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())), palette(),
+                          isEnabled(), ElidedText(), foregroundRole());
 }
 
 QString ElidingLabel::ElidedText() const {

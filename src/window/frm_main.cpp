@@ -54,23 +54,22 @@ void frmMain::BuildTimer(QTimer& timer, const char* name, int interval, void (Ag
     timer.setInterval(interval);
     // A coarse timer may be late by a twentieth of its interval.
     timer.setTimerType(Qt::PreciseTimer);
-    connect(&timer, &QTimer::timeout, this, [this, tick] {
-        // In a call of its own, for inside the handler of its timer no further tick of that timer would arrive.
-        const auto run = [this, tick] {
-            if (!isUnloaded_) {
-                (scheduler_.*tick)();
-            }
-        };
-        QMetaObject::invokeMethod(this, run, Qt::QueuedConnection);
-    });
+    // The tick is posted: inside the handler of its timer no further tick of that timer would arrive.
+    const auto run = [this, tick] {
+        if (!isUnloaded_) {
+            (scheduler_.*tick)();
+        }
+    };
+    connect(&timer, &QTimer::timeout, this, run, Qt::QueuedConnection);
 }
 
 void frmMain::BuildTray() {
     mnuTray_.setObjectName("mnuTray");
-    QAction* mnuShow = mnuTray_.addAction("&Show", this, &frmMain::Restore);
+    QAction* mnuShow = mnuTray_.addAction(WithMnemonic("Show", 'S'), this, &frmMain::Restore);
     mnuShow->setObjectName("mnuShow");
     mnuTray_.addSeparator()->setObjectName("mnuSep1");
-    QAction* mnuExit = mnuTray_.addAction("E&xit", this, [this] { Attempt([&] { RequestStopSync(context_); }); });
+    QAction* mnuExit = mnuTray_.addAction(WithMnemonic("Exit", 'x'), this,
+                                          [this] { Attempt([&] { RequestStopSync(context_); }); });
     mnuExit->setObjectName("mnuExit");
     mnuTray_.setDefaultAction(mnuShow);
     tray_.setContextMenu(&mnuTray_);
