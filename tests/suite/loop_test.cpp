@@ -9,6 +9,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace qndr::suite {
 namespace {
@@ -149,6 +151,15 @@ TEST(SystemTicks, TurnSignalsIntoOneRequest) {
     std::signal(SIGINT, SIG_DFL);
     SystemTicks ticks;
     HeadlessLoop loop(ticks);
+    const pid_t child = fork();
+    if (child == 0) {
+        sigset_t blocked;
+        pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+        _exit(sigismember(&blocked, SIGTERM));
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0) << "whoever is started from here is ended as ever";
     EXPECT_FALSE(ticks.TakeEndRequest());
     std::raise(SIGTERM);
     std::raise(SIGINT);

@@ -22,7 +22,8 @@ class Ticks {
 };
 
 /// The computer's own. From its construction on to its destruction, those of SIGTERM, SIGINT and SIGHUP that would
-/// end the process wait here instead. To be made before any second thread. One implementation for each platform.
+/// end the process wait here instead; the processes that it starts get theirs as ever. To be made before any
+/// second thread. One implementation for each platform.
 class SystemTicks : public Ticks {
   public:
     /// Raises services::Failure when the system cannot redirect the signals.

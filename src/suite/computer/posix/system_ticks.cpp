@@ -3,6 +3,7 @@
 #include "services/failure.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -12,6 +13,22 @@
 #include <unistd.h>
 
 namespace qndr::suite {
+namespace {
+
+constexpr std::array<int, 3> kEndSignals{SIGTERM, SIGINT, SIGHUP};
+
+/// In a process that is started from here, such as a file manager: it would keep them blocked for good, and the
+/// user's session could not end it.
+void UnblockEndSignals() {
+    sigset_t ends;
+    sigemptyset(&ends);
+    for (const int signal : kEndSignals) {
+        sigaddset(&ends, signal);
+    }
+    pthread_sigmask(SIG_UNBLOCK, &ends, nullptr);
+}
+
+} // namespace
 
 /// The signals are blocked and read as data, so that nothing of the agent runs in a signal handler.
 struct SystemTicks::Signals {
@@ -22,7 +39,7 @@ struct SystemTicks::Signals {
 SystemTicks::SystemTicks() : signals_(std::make_unique<Signals>()) {
     sigset_t ends;
     sigemptyset(&ends);
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    for (const int signal : kEndSignals) {
         // Whoever started the program may have had it ignore one, as nohup does; blocked it would arrive all the
         // same.
         struct sigaction present {};
@@ -31,7 +48,8 @@ SystemTicks::SystemTicks() : signals_(std::make_unique<Signals>()) {
         }
     }
     signals_->handle = signalfd(-1, &ends, SFD_NONBLOCK | SFD_CLOEXEC);
-    if (signals_->handle < 0 || pthread_sigmask(SIG_BLOCK, &ends, &signals_->before) != 0) {
+    if (signals_->handle < 0 || pthread_atfork(nullptr, nullptr, &UnblockEndSignals) != 0 ||
+        pthread_sigmask(SIG_BLOCK, &ends, &signals_->before) != 0) {
         throw services::Failure("the signals that end the program cannot be received");
     }
 }
