@@ -81,23 +81,23 @@ void frmMain::BuildTray() {
     });
 }
 
-// Acts of the user only: what the program itself sets is no click and no change, or each refresh would write the
-// settings, and the debug log would never reach its end.
+// A box tells of each change, for assistive tools change it without a click. What the program itself sets is no
+// change, or each refresh would write the settings, and the debug log would never reach its end.
 void frmMain::ConnectControls() {
     connect(controls_.cmdClose, &QPushButton::clicked, this, &frmMain::HideToTray);
     connect(controls_.cmdSyncNow, &QPushButton::clicked, this, [this] { scheduler_.SyncNow(); });
     connect(controls_.sldFrequency, &QSlider::valueChanged, this, &frmMain::ChangeFrequency);
-    WriteOnClick(controls_.chkKeep, settings::KeepSyncFiles);
-    WriteOnClick(controls_.chkManageDeleted, settings::ManageDeleting);
-    WriteOnClick(controls_.chkBackupOrders, settings::BackupOrderData);
-    WriteOnClick(controls_.chkEnableHeartbeat, settings::EnableHeartbeat);
-    connect(controls_.chkDebug, &QCheckBox::clicked, this, &frmMain::ClickDebug);
+    WriteOnChange(controls_.chkKeep, settings::KeepSyncFiles);
+    WriteOnChange(controls_.chkManageDeleted, settings::ManageDeleting);
+    WriteOnChange(controls_.chkBackupOrders, settings::BackupOrderData);
+    WriteOnChange(controls_.chkEnableHeartbeat, settings::EnableHeartbeat);
+    connect(controls_.chkDebug, &QCheckBox::toggled, this, &frmMain::ChangeDebug);
     connect(controls_.cmdLogFolder, &QPushButton::clicked, this, &frmMain::OpenLogsFolder);
     connect(controls_.cmdOpenSyncFolder, &QPushButton::clicked, this, &frmMain::OpenSyncFolder);
 }
 
-void frmMain::WriteOnClick(QCheckBox* box, const char* setting) {
-    connect(box, &QCheckBox::clicked, this, [this, setting](bool ticked) { SetNumber(setting, ticked ? 1 : 0); });
+void frmMain::WriteOnChange(QCheckBox* box, const char* setting) {
+    connect(box, &QCheckBox::toggled, this, [this, setting](bool ticked) { SetNumber(setting, ticked ? 1 : 0); });
 }
 
 void frmMain::Load() {
@@ -211,13 +211,16 @@ void frmMain::RefreshSyncFolder() {
 
 void frmMain::RefreshCheckBoxes() {
     services::RegistryTools& registry = context_.services.registryTools;
+    const auto setTick = [](QCheckBox* box, bool ticked) {
+        const QSignalBlocker noChange(box);
+        box->setChecked(ticked);
+    };
     Attempt([&] {
         // The log is on only at exactly 1.
-        controls_.chkDebug->setChecked(registry.GetLong(CurrentUserHive, RootKey, settings::DebugSyncAgent, 0) ==
-                                       1);
+        setTick(controls_.chkDebug, registry.GetLong(CurrentUserHive, RootKey, settings::DebugSyncAgent, 0) == 1);
     });
     const auto refresh = [&](QCheckBox* box, const char* setting, std::int32_t fallback) {
-        Attempt([&] { box->setChecked(registry.GetLong(CurrentUserHive, RootKey, setting, fallback) != 0); });
+        Attempt([&] { setTick(box, registry.GetLong(CurrentUserHive, RootKey, setting, fallback) != 0); });
     };
     refresh(controls_.chkKeep, settings::KeepSyncFiles, 0);
     refresh(controls_.chkEnableHeartbeat, settings::EnableHeartbeat, 1);
@@ -279,7 +282,7 @@ void frmMain::SetNumber(const char* setting, std::int32_t value) {
     Attempt([&] { context_.services.registryTools.SetLong(CurrentUserHive, RootKey, setting, value); });
 }
 
-void frmMain::ClickDebug(bool ticked) {
+void frmMain::ChangeDebug(bool ticked) {
     SetNumber(settings::DebugSyncAgent, ticked ? 1 : 0);
     Attempt([&] {
         const std::string start = ticked ? FormatGeneralDate(context_.services.clock.Now()) : "";

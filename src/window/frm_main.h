@@ -11,7 +11,7 @@
 namespace qndr {
 
 /// The window of the agent. It holds the scheduler, and the agent lives as long as the window is loaded, hidden or
-/// not. Settings are read afresh at each refresh and written by the controls' own clicks alone. No handler shows
+/// not. Settings are read afresh at each refresh and written by changes of the controls alone. No handler shows
 /// or raises an error.
 class frmMain final : public QWidget, public AgentView {
   public:
@@ -38,7 +38,7 @@ class frmMain final : public QWidget, public AgentView {
     void BuildTimer(QTimer& timer, const char* name, int interval, void (AgentScheduler::*tick)());
     void BuildTray();
     void ConnectControls();
-    void WriteOnClick(QCheckBox* box, const char* setting);
+    void WriteOnChange(QCheckBox* box, const char* setting);
 
     void RefreshFrequencyLabel();
     void RefreshSyncFolder();
@@ -50,7 +50,7 @@ class frmMain final : public QWidget, public AgentView {
 
     void HideToTray();
     void ChangeFrequency();
-    void ClickDebug(bool ticked);
+    void ChangeDebug(bool ticked);
     void OpenLogsFolder();
     void OpenSyncFolder();
     /// Opens the folder with the desktop's own program, or tells that it does not exist.
