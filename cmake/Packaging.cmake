@@ -4,10 +4,7 @@
 include(GNUInstallDirs)
 
 set(PACKAGING_DIR ${CMAKE_SOURCE_DIR}/packaging)
-set(PACKAGED_PROGRAMS qndr5ctl qndr5rwsyncd)
-if(TARGET qndr5rwsync)
-  list(APPEND PACKAGED_PROGRAMS qndr5rwsync)
-endif()
+set(PACKAGED_PROGRAMS qndr5ctl qndr5rwsyncd qndr5rwsync)
 
 # The newest entry of the packages' changelog is the version that is built.
 file(STRINGS ${PACKAGING_DIR}/changelog NEWEST_ENTRY LIMIT_COUNT 1)
@@ -43,6 +40,17 @@ get_property(documents DIRECTORY PROPERTY QNDR_DOCUMENTS)
 add_custom_target(documents ALL DEPENDS ${documents})
 
 install(FILES ${PACKAGING_DIR}/qndr5rwsyncd.service DESTINATION lib/systemd/user COMPONENT qndr5rwsyncd)
+install(FILES ${PACKAGING_DIR}/qndr5rwsync.desktop
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT qndr5rwsync)
+install(FILES ${PACKAGING_DIR}/qndr5rwsync-autostart.desktop RENAME qndr5rwsync.desktop
+        DESTINATION /etc/xdg/autostart COMPONENT qndr5rwsync)
+set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
+install(FILES ${CMAKE_SOURCE_DIR}/src/window/icons/qndr5rwsync.svg
+        DESTINATION ${icons}/scalable/apps COMPONENT qndr5rwsync)
+foreach(size IN ITEMS 16 22 24 32 48 64 128 256)
+  install(FILES ${CMAKE_SOURCE_DIR}/src/window/icons/${size}.png RENAME qndr5rwsync.png
+          DESTINATION ${icons}/${size}x${size}/apps COMPONENT qndr5rwsync)
+endforeach()
 
 # A package is made of what was built; whoever runs cpack builds first, and only what the packages hold.
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
@@ -82,28 +90,15 @@ This is the agent for computers that nobody sits at. It comes with a systemd
 user unit, which runs for those users only who enable it.")
 set(CPACK_DEBIAN_QNDR5RWSYNCD_PACKAGE_DEPENDS "qndr5ctl (= ${PROJECT_VERSION})")
 
-if(TARGET qndr5rwsync)
-  set(applications ${CMAKE_INSTALL_DATADIR}/applications)
-  install(FILES ${PACKAGING_DIR}/qndr5rwsync.desktop DESTINATION ${applications} COMPONENT qndr5rwsync)
-  install(FILES ${PACKAGING_DIR}/qndr5rwsync-autostart.desktop RENAME qndr5rwsync.desktop
-          DESTINATION /etc/xdg/autostart COMPONENT qndr5rwsync)
-  set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
-  install(FILES ${CMAKE_SOURCE_DIR}/src/window/icons/qndr5rwsync.svg
-          DESTINATION ${icons}/scalable/apps COMPONENT qndr5rwsync)
-  foreach(size IN ITEMS 16 22 24 32 48 64 128 256)
-    install(FILES ${CMAKE_SOURCE_DIR}/src/window/icons/${size}.png RENAME qndr5rwsync.png
-            DESTINATION ${icons}/${size}x${size}/apps COMPONENT qndr5rwsync)
-  endforeach()
-  set(CPACK_DEBIAN_QNDR5RWSYNC_DESCRIPTION
+set(CPACK_DEBIAN_QNDR5RWSYNC_DESCRIPTION
 "sync agent of roaming workstations, with its window
 Keeps the companies of a main computer and its laptops alike through nothing
 but one shared folder of addressed ZIP files.
 
 The agent starts when somebody logs in, lives behind a tray icon, and shows in
 its window how far the exchange has come.")
-  set(CPACK_DEBIAN_QNDR5RWSYNC_PACKAGE_DEPENDS "qndr5ctl (= ${PROJECT_VERSION})")
-  set(CPACK_DEBIAN_QNDR5RWSYNC_PACKAGE_RECOMMENDS "hicolor-icon-theme, qt6-wayland, xdg-utils")
-  set(CPACK_DEBIAN_QNDR5RWSYNC_PACKAGE_CONTROL_EXTRA ${PACKAGING_DIR}/conffiles)
-endif()
+set(CPACK_DEBIAN_QNDR5RWSYNC_PACKAGE_DEPENDS "qndr5ctl (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_QNDR5RWSYNC_PACKAGE_RECOMMENDS "hicolor-icon-theme, qt6-wayland, xdg-utils")
+set(CPACK_DEBIAN_QNDR5RWSYNC_PACKAGE_CONTROL_EXTRA ${PACKAGING_DIR}/conffiles)
 
 include(CPack)
