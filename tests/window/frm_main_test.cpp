@@ -86,8 +86,6 @@ TEST_F(FrmMainTest, FirstStartShowsTheDefaults) {
     EXPECT_EQ(Text("lblFrequency"), "Every 5 minutes");
     EXPECT_FALSE(Find<QAbstractButton>("cmdOpenSyncFolder").isEnabled());
     EXPECT_FALSE(Find<QLabel>("lblNotResponsible").isVisibleTo(&window));
-    EXPECT_EQ(Find<QTimer>("tmr_Sync").interval(), 60000);
-    EXPECT_EQ(Find<QTimer>("tmr_Exit").interval(), 5000);
 
     SetText(settings::RootKey, settings::NextSync, "soon");
     SetText(settings::RootKey, settings::LastSync, "2026-11-31 10:00:00");
@@ -101,6 +99,9 @@ TEST_F(FrmMainTest, FirstStartShowsTheDefaults) {
 TEST_F(FrmMainTest, CheckBoxesWriteWhenClickedAndNeverWhenRefreshed) {
     SetNumber(settings::DebugSyncAgent, 0);
     Show(2);
+    const auto stored = [&](const std::string& setting) {
+        return registry.GetLong(services::CurrentUserHive, settings::RootKey, setting, 7);
+    };
     struct Box {
         const char* name;
         const char* setting;
@@ -113,16 +114,15 @@ TEST_F(FrmMainTest, CheckBoxesWriteWhenClickedAndNeverWhenRefreshed) {
                            {"chkDebug", settings::DebugSyncAgent, 0}}) {
         SCOPED_TRACE(box.name);
         EXPECT_EQ(Find<QCheckBox>(box.name).isChecked(), box.fallback == 1);
-        EXPECT_EQ(registry.GetLong(services::CurrentUserHive, settings::RootKey, box.setting, 7),
-                  box.setting == std::string(settings::DebugSyncAgent) ? 0 : 7);
+        EXPECT_EQ(stored(box.setting), box.name == std::string("chkDebug") ? 0 : 7);
         Click(box.name);
-        EXPECT_EQ(ReadNumber(box.setting), 1 - box.fallback);
+        EXPECT_EQ(stored(box.setting), 1 - box.fallback);
         QAccessible::queryAccessibleInterface(&Find<QCheckBox>(box.name))
             ->actionInterface()
             ->doAction(QAccessibleActionInterface::toggleAction());
-        EXPECT_EQ(registry.GetLong(services::CurrentUserHive, settings::RootKey, box.setting, 7), box.fallback);
+        EXPECT_EQ(stored(box.setting), box.fallback);
         QTest::keyClick(&Find<QCheckBox>(box.name), Qt::Key_Space);
-        EXPECT_EQ(ReadNumber(box.setting), 1 - box.fallback);
+        EXPECT_EQ(stored(box.setting), 1 - box.fallback);
     }
 
     const std::string start = Now();
@@ -170,7 +170,8 @@ TEST_F(FrmMainTest, SliderSetsTheFrequencyOfTheNextPassAndKnowsNoZero) {
     EXPECT_EQ(ReadSetting(settings::NextSync), Now(17));
 }
 
-TEST_F(FrmMainTest, HeartbeatIsShownInWords) {
+TEST_F(FrmMainTest, StatusTellsTheHeartbeatInWordsAndCountsEveryFileForNobody) {
+    AddMain("acme");
     Show();
     const auto shown = [&](int heartbeat) {
         SetNumber(settings::SyncHeartbeat, heartbeat);
@@ -183,6 +184,15 @@ TEST_F(FrmMainTest, HeartbeatIsShownInWords) {
     EXPECT_EQ(shown(0), "Pending");
     SetNumber(settings::EnableHeartbeat, 0);
     EXPECT_EQ(shown(1), "N/A");
+
+    RunPass();
+    ASSERT_NE(agent.MainUniqueID, "");
+    for (int file = 0; file < 12; ++file) {
+        WriteText(Path("Sync/" + agent.MainUniqueID + "~" + std::to_string(file) + ".txt"), "");
+    }
+    agent.RoamingUniqueID = RoamingID;
+    Tick("tmr_Sync");
+    EXPECT_EQ(Text("lblFileCount"), "12/0/0");
 }
 
 TEST_F(FrmMainTest, SyncNowStartsAPassAtTheNextTick) {
@@ -208,21 +218,6 @@ TEST_F(FrmMainTest, SyncNowStartsAPassAtTheNextTick) {
     TakeLog();
     Tick("tmr_Sync");
     EXPECT_EQ(TakeLog(), Lines{});
-}
-
-TEST_F(FrmMainTest, EveryFileCountsAndNoneForSomebody) {
-    AddMain("acme");
-    Show();
-    RunPass();
-    ASSERT_NE(agent.MainUniqueID, "");
-    for (int file = 0; file < 12; ++file) {
-        WriteText(Path("Sync/" + agent.MainUniqueID + "~" + std::to_string(file) + ".txt"), "");
-    }
-    agent.RoamingUniqueID = RoamingID;
-    Tick("tmr_Sync");
-    EXPECT_EQ(Text("lblFileCount"), "12/0/0");
-    EXPECT_EQ(Find<QLabel>("lblFileCount").toolTip(),
-              "Total number of files / Files for Main / Files for Local Roaming");
 }
 
 TEST_F(FrmMainTest, TicksInsideAPassShowTheStatusAndTheActivity) {
