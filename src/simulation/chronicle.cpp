@@ -6,7 +6,7 @@
 namespace qndr::simulation {
 namespace {
 
-constexpr std::size_t KeptEvents = 400;
+constexpr std::size_t KeptEvents = 20'000;
 constexpr std::uint64_t FingerprintPrime = 1099511628211U; // FNV-1a
 
 } // namespace

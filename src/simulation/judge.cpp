@@ -122,7 +122,9 @@ void Judge::Compare(std::size_t workstation, const End& before, const End& now) 
                std::to_string(before.nextOut) + "/" + std::to_string(before.nextIn) + " to " +
                std::to_string(now.nextOut) + "/" + std::to_string(now.nextIn));
     }
-    if (now.lastAudit < before.lastAudit && now.state != SyncStateInitialSyncRequested) {
+    // A reset's data comes into an emptied log.
+    const bool logMayBeEmpty = now.state == SyncStateInitialSyncRequested || before.state == SyncStateResetPending;
+    if (now.lastAudit < before.lastAudit && (isMain || !logMayBeEmpty)) {
         Accuse("LastAuditID of " + computers_[workstation]->Name() + " went back from " +
                std::to_string(before.lastAudit) + " to " + std::to_string(now.lastAudit));
     }

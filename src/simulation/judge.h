@@ -26,6 +26,7 @@ inline constexpr const char* SentTwice = "sent, but not noted as sent";
 inline constexpr const char* RefusedImport = "import refused";
 inline constexpr const char* IncompleteFile = "file built incompletely";
 inline constexpr const char* OldNumbering = "file of an old numbering";
+inline constexpr const char* InitialAsChange = "initial sync taken as a change";
 inline constexpr const char* Restored = "database restored";
 inline constexpr const char* DuringInitialSync = "changed during an initial sync";
 } // namespace loss

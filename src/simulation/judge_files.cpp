@@ -108,6 +108,12 @@ void Judge::NoteOldFiles() {
         if (IsOld(found->second)) {
             Explain(found->second.workstation, loss::OldNumbering);
         }
+        // One that could not be retired, or its copy: behind the initial sync it counts as number 0.
+        const End& end = known_[computer_][found->second.workstation];
+        if (computer_ != 0 && found->second.descriptor.state == SyncFileInitialSync &&
+            end.state >= SyncStateReady && end.nextIn == 0) {
+            Explain(found->second.workstation, loss::InitialAsChange);
+        }
     }
 }
 

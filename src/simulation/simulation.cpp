@@ -103,6 +103,7 @@ void Simulation::LiveThrough(std::int64_t minutes) {
     for (std::size_t place = NextToWake(); stations_[place].nextWake < minutes; place = NextToWake()) {
         minute_ = stations_[place].nextWake;
         chronicle_.SetTime(minute_);
+        stations_[place].computer->MoveTo(minute_);
         ActAround(place);
         RunPass(place);
         ScheduleNextWake(place);
@@ -115,7 +116,9 @@ void Simulation::ActAround(std::size_t place) {
         users_->BeginOrders();
     }
     for (std::int64_t edits = random_.Below(4); edits > 0; --edits) {
-        users_->Edit(static_cast<std::size_t>(random_.Below(static_cast<std::int64_t>(stations_.size()))));
+        const auto busy = static_cast<std::size_t>(random_.Below(static_cast<std::int64_t>(stations_.size())));
+        stations_[busy].computer->MoveTo(minute_);
+        users_->Edit(busy);
     }
     SimulatedComputer& computer = *stations_[place].computer;
     if (place != 0 && random_.Chance(plan_.Rate(Fault::Reset)) && judge_->States(place).first == 4) {

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <string>
 
@@ -60,6 +61,10 @@ int RunAll(const Arguments& arguments) {
         if (result.violation.empty()) {
             std::filesystem::remove_all(options.folder);
         } else {
+            std::ofstream events(options.folder + "/events.txt");
+            for (const std::string& event : result.lastEvents) {
+                events << event << '\n';
+            }
             std::cerr << "faults: " << result.faultsInPlan << '\n' << qndr::DescribeFailure(options, result);
         }
         if (!arguments.json && run % 100 == 99) {

@@ -1,7 +1,6 @@
 #include "suite/engine/origin_rules.h"
 
 #include "suite/engine/given_up_changes.h"
-#include "suite/engine/sent_ranges.h"
 #include "suite/files/ascii_case.h"
 
 #include <optional>
@@ -20,7 +19,7 @@ OriginRules::OriginRules(const SqliteConnection& connection, const std::string& 
                                  "ORDER BY ID DESC LIMIT 1")),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")), sender_(sender),
       isMain_(connection.Number("SELECT CompanyType FROM Company") != RoamingWorkstationType),
-      latest_(connection.Number("SELECT MAX(ID) FROM AuditLog")) {
+      skipped_(connection, sender), latest_(connection.Number("SELECT MAX(ID) FROM AuditLog")) {
     if (!isMain_) {
         sent_ = connection.Number("SELECT LastAuditID FROM Company");
     }
@@ -43,15 +42,19 @@ OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string
     return newest;
 }
 
+bool OriginRules::WasKnown(std::string_view table, const Newest& newest) const {
+    return newest.id <= known_ && !skipped_.Hides(table, newest.id);
+}
+
 OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_view uniqueID,
                                           std::string_view origin) {
     // A full import asks half a million times: nothing is looked up where no local version can matter.
-    if (latest_ <= known_) {
+    if (latest_ <= known_ && skipped_.Empty()) {
         return {};
     }
     const Newest newest = NewestAudit(table, uniqueID);
     // Audit rows above latest_ are this import's own.
-    if (newest.id <= known_ || newest.id > latest_) {
+    if (WasKnown(table, newest) || newest.id > latest_) {
         return {};
     }
     const std::string arriving(origin.empty() ? std::string_view(sender_) : origin);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "suite/database/sqlite_connection.h"
+#include "suite/engine/sent_ranges.h"
 
 #include <cstdint>
 #include <string>
@@ -43,12 +44,15 @@ class OriginRules {
     };
     Newest NewestAudit(std::string_view table, std::string_view uniqueID);
 
+    bool WasKnown(std::string_view table, const Newest& newest) const;
+
     SqliteStatement newest_;
     std::string own_;
     std::string sender_;
     bool isMain_ = false;
     std::int64_t sent_ = 0;   ///< on a workstation: the audit rows up to here are out
     std::int64_t known_ = 0;  ///< the audit rows up to here were known to the sender when it made the file
+    SkippedRanges skipped_;   ///< on main: what the sender never got although it is below
     std::int64_t latest_ = 0; ///< the newest audit row before this import
 };
 
