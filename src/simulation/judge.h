@@ -23,6 +23,8 @@ namespace qndr::simulation {
 namespace loss {
 inline constexpr const char* LostFile = "file lost";
 inline constexpr const char* SentTwice = "sent, but not noted as sent";
+inline constexpr const char* RefusedUpdate = "update refused";
+inline constexpr const char* NoAcknowledge = "initial sync not acknowledged";
 inline constexpr const char* RefusedImport = "import refused";
 inline constexpr const char* IncompleteFile = "file built incompletely";
 inline constexpr const char* OldNumbering = "file of an old numbering";
@@ -104,6 +106,7 @@ class Judge {
     bool IsOld(const Dropped& file);
     void NoteSentTwice(const Dropped& file);
     void NoteRefusals();
+    void NoteMissingAcknowledge();
     void Explain(std::size_t workstation, const char* name);
     void ExplainAll(const char* name);
     bool HasRefused(const std::set<std::string>& calls) const;

@@ -22,6 +22,7 @@ void Judge::EndPass(const std::vector<std::string>& abandoned) {
         }
     }
     NoteRefusals();
+    NoteMissingAcknowledge();
     if (editedInPass_) {
         for (const std::size_t workstation : initialSyncs_) {
             Explain(workstation, loss::DuringInitialSync);
@@ -95,6 +96,28 @@ void Judge::NoteRefusals() {
                                                         "PathTools.CreateTemporaryFolder"};
     if (HasRefused(refusingAnImport)) {
         ExplainAll(loss::RefusedImport);
+    }
+    if (HasRefused({"Engine.AddToExport"})) {
+        ExplainAll(loss::IncompleteFile);
+    }
+    // Few updates are looked at, and the file that led to one is retired all the same.
+    if (HasRefused({"Database.ExecuteNonQuery"})) {
+        ExplainAll(loss::RefusedUpdate);
+    }
+}
+
+/// Once it is taken, the initial sync is gone, whether or not the acknowledge could be sent.
+void Judge::NoteMissingAcknowledge() {
+    if (computer_ == 0 || known_[computer_][computer_].state != SyncStateInitialSyncRequested) {
+        return;
+    }
+    const std::set<std::string> names = folders_.Names(computer_);
+    for (const std::string& name : present_) {
+        const auto found = files_.find(SyncFolders::DroppedName(name));
+        if (!names.contains(name) && found != files_.end() && found->second.workstation == computer_ &&
+            found->second.descriptor.state == SyncFileInitialSync) {
+            Explain(computer_, loss::NoAcknowledge);
+        }
     }
 }
 
