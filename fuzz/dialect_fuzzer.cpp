@@ -55,7 +55,9 @@ Prepared PrepareAsItStands(const SqliteConnection& connection, const std::string
     const bool readable = sqlite3_prepare_v2(connection.Handle(), sql.c_str(), -1, &raw, &tail) == SQLITE_OK;
     const SqliteStatement statement(raw);
     Prepared prepared{.taken = readable && raw != nullptr};
-    prepared.alone = prepared.taken && std::strchr(tail, ';') == nullptr;
+    // More semicolons are refused, and so is a vertical tab, which the database takes for a blank behind another
+    // one.
+    prepared.alone = prepared.taken && std::strpbrk(tail, ";\v") == nullptr;
     while (prepared.taken && !prepared.followed && *tail != '\0') {
         sqlite3_stmt* next = nullptr;
         prepared.followed = sqlite3_prepare_v2(connection.Handle(), tail, -1, &next, &tail) != SQLITE_OK;

@@ -123,6 +123,7 @@ void Judge::NoteMissingAcknowledge() {
 
 void Judge::NoteOldFiles() {
     for (const std::string& name : present_) {
+        NoteUnreadableFile(name);
         const auto found = files_.find(SyncFolders::DroppedName(name));
         if (found == files_.end() || found->second.sender == computer_ ||
             (computer_ != 0 && found->second.workstation != computer_)) {
@@ -140,6 +141,15 @@ void Judge::NoteOldFiles() {
     }
 }
 
+/// A workstation does not ask who a file is from, and one whose descriptor cannot be read counts as number 0.
+void Judge::NoteUnreadableFile(const std::string& name) {
+    const End& end = known_[computer_][computer_];
+    if (computer_ != 0 && end.state >= SyncStateReady && end.nextIn == 0 && name.ends_with(".zip") &&
+        WorkstationOf(0, name) == computer_ && !ReadDescriptor(folders_.Folder(computer_) + "/" + name)) {
+        Explain(computer_, loss::UnreadableAsFirst);
+    }
+}
+
 /// Whether this end would take the file for one of the present numbering, which it is not.
 bool Judge::IsOld(const Dropped& file) {
     const Pairing& pairing = pairings_[file.workstation];
@@ -149,13 +159,13 @@ bool Judge::IsOld(const Dropped& file) {
         if (file.epoch >= pairing.laptopEpoch) {
             return false;
         }
-        return descriptor.state == SyncFileInitialSync || descriptor.sequence == end.nextIn;
+        return descriptor.state == SyncFileInitialSync || descriptor.sequence >= end.nextIn;
     }
     if (descriptor.state == SyncFileInitialSyncRequest || descriptor.sequence == SyncResetSequence) {
         return file.epoch <= pairing.mainEpoch; // it was followed already
     }
     return file.epoch < pairing.mainEpoch &&
-           (descriptor.state == SyncFileReady || descriptor.sequence == end.nextIn);
+           (descriptor.state == SyncFileReady || descriptor.sequence >= end.nextIn);
 }
 
 void Judge::NoteLostFile(const std::string& name) {

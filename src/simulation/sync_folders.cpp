@@ -122,8 +122,13 @@ void SyncFolders::Upload(std::size_t computer, const std::string& name, std::int
     }
     if (Strikes(Fault::EmptyFile)) {
         chronicle_.NoteFault(who, "empty-file", name + " shows as empty at first");
+        const std::size_t sent = underWay_.size();
         Spread(computer, name, std::make_shared<const std::string>(), now);
-        Spread(computer, name, content, now + 1 + random_.Below(12 * HourMinutes));
+        const std::vector<Delivery> empty(underWay_.begin() + static_cast<std::ptrdiff_t>(sent), underWay_.end());
+        for (const Delivery& delivery : empty) {
+            underWay_.push_back(
+                {delivery.due + 1 + random_.Below(12 * HourMinutes), delivery.computer, name, content});
+        }
         return;
     }
     Spread(computer, name, content, now);
