@@ -1,28 +1,39 @@
 #include "simulation/judge.h"
 
 #include "shared/text.h"
+#include "suite/files/zip_archive.h"
 #include "syncfiles/packaging.h"
 #include "syncfiles/sync_state.h"
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 namespace qndr::simulation {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Each refused, an import fails as a whole or is not reached, and nobody sends its data again.
-const std::set<std::string> RefusingAnImport{"Engine.ImportFile",
-                                             "Engine.Initialize",
-                                             "ZipArchive.OpenZip",
-                                             "ZipArchive.GetEntryByName",
-                                             "ZipEntry.Extract",
-                                             "ObjectFactory.CreateZipArchive",
-                                             "PathTools.CreateTemporaryFolder"};
 /// No write of a descriptor is examined, and a number or an identity that cannot be read is 0 or empty. An entry
 /// that cannot be added is passed over.
 const std::set<std::string> BuildingAFile{"IniTools.SetValue", "PathTools.FixPath", "Database.ExecuteScaler",
                                           "Engine.AddToExport", "Database.ExecuteRead"};
+
+/// Empty when there is no such entry.
+std::string ReadEntry(const std::string& archive, const std::string& name) {
+    const std::string folder = fs::path(archive).parent_path().string() + "-judged";
+    suite::LibZipArchive zip;
+    std::string content;
+    fs::create_directory(folder);
+    if (zip.OpenZip(archive) != 0) {
+        if (const auto entry = zip.GetEntryByName(name); entry != nullptr && entry->Extract(folder) == 1) {
+            std::ifstream file(folder + "/" + name, std::ios::binary);
+            content.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+        }
+    }
+    fs::remove_all(folder);
+    return content;
+}
 
 } // namespace
 
@@ -90,6 +101,7 @@ void Judge::BeginPass(std::size_t computer, const FaultGate& gate) {
     present_ = folders_.Names(computer);
     temporaryFiles_ = computers_[computer]->TemporaryFiles();
     editedInPass_ = false;
+    tookInitialSync_ = false;
     initialSyncs_.clear();
     NoteOldFiles();
 }
@@ -127,6 +139,11 @@ void Judge::Compare(std::size_t workstation, const End& before, const End& now) 
     if (now.lastAudit < before.lastAudit && (isMain || !logMayBeEmpty)) {
         Accuse("LastAuditID of " + computers_[workstation]->Name() + " went back from " +
                std::to_string(before.lastAudit) + " to " + std::to_string(now.lastAudit));
+    }
+    tookInitialSync_ = tookInitialSync_ || (!isMain && before.state == SyncStateInitialSyncRequested);
+    if (tookInitialSync_ && now.nextIn > before.nextIn) {
+        // Main sends number 0 only to one that it knows to be ready.
+        Explain(workstation, loss::InitialAsChange);
     }
     DemandFile(workstation, before, now);
 }
@@ -189,6 +206,9 @@ void Judge::DemandFile(std::size_t workstation, const End& before, const End& no
         const auto descriptor = ReadDescriptor(folder + "/" + name);
         if (descriptor && (sentInitial ? descriptor->state == SyncFileInitialSync
                                        : descriptor->state == 0 && descriptor->sequence == before.nextOut)) {
+            if (!sentInitial && !descriptor->isReset) {
+                DemandContent(folder + "/" + name, before.lastAudit, now.lastAudit);
+            }
             return;
         }
     }
@@ -198,6 +218,28 @@ void Judge::DemandFile(std::size_t workstation, const End& before, const End& no
     }
     Accuse("number " + std::to_string(before.nextOut) + " of " + computers_[workstation]->Name() +
            " counts as sent, and there is no such file in the Sync folder");
+}
+
+/// Every change of the range is in the file, if it still is one.
+void Judge::DemandContent(const std::string& path, std::int64_t from, std::int64_t to) {
+    if (editedInPass_ || HasRefused(BuildingAFile)) {
+        return;
+    }
+    const std::string data = ReadEntry(path, "data.xml");
+    const suite::SqliteConnection& company = computers_[computer_]->Company();
+    suite::SqliteStatement changes = company.Prepare(
+        "SELECT TableName, AuditUniqueID, MAX(AuditType) FROM AuditLog WHERE ID > ? AND ID <= ? GROUP BY 1, 2");
+    changes.Bind(1, from);
+    changes.Bind(2, to);
+    while (changes.Step()) {
+        const std::string table(changes.Text(0));
+        const std::string id(changes.Text(1));
+        const bool deleted = changes.Integer(2) == 3;
+        if (data.find(id) == std::string::npos &&
+            (deleted || company.Number("SELECT COUNT(*) FROM " + table + " WHERE UniqueID = '" + id + "'") != 0)) {
+            Accuse("the change of " + table + " " + id + " counts as sent, and no file has carried it");
+        }
+    }
 }
 
 std::optional<Judge::Descriptor> Judge::ReadDescriptor(const std::string& path) {

@@ -42,7 +42,9 @@ struct Pairing {
     int mainEpoch = 0;            ///< the one of them that main is in
 };
 
-/// Watches the agents while they work, between any two of their calls. Raises Violation for what must never be.
+/// Watches the agents while they work, between any two of their calls. Raises Violation for what must never be: a
+/// state that no step leads to, a counter that goes back, a range of the audit log that no file has carried, a
+/// file that is taken with effect a second time, something left behind, a statement abandoned for nothing.
 class Judge {
   public:
     /// The first computer is main, the others are its workstations. All must outlive the judge.
@@ -98,6 +100,7 @@ class Judge {
 
     Ends Read(std::size_t computer) const;
     std::optional<Descriptor> ReadDescriptor(const std::string& path);
+    void DemandContent(const std::string& path, std::int64_t from, std::int64_t to);
     std::size_t WorkstationOf(std::size_t sender, const std::string& name) const;
     void Compare(std::size_t workstation, const End& before, const End& now);
     void CompareStates(std::size_t workstation, std::int64_t before, std::int64_t now);
@@ -119,8 +122,8 @@ class Judge {
     Chronicle& chronicle_;
     std::map<std::size_t, Pairing> pairings_;
     std::vector<Ends> known_;
-    std::map<std::string, Dropped> files_; ///< all that were ever dropped, by their names
-    std::vector<std::unique_ptr<ComputerServices>> outside_;
+    std::map<std::string, Dropped> files_;                   ///< all that were ever dropped, by their names
+    std::vector<std::unique_ptr<ComputerServices>> outside_; ///< to read files with, past all faults
 
     // The pass in work.
     std::size_t computer_ = 0;
@@ -128,6 +131,7 @@ class Judge {
     std::set<std::string> present_; ///< in the folder when it began
     std::size_t temporaryFiles_ = 0;
     bool editedInPass_ = false;
+    bool tookInitialSync_ = false;       ///< a workstation became ready by it
     std::set<std::size_t> initialSyncs_; ///< workstations whose initial sync was noted as sent
 };
 

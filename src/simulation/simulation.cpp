@@ -64,6 +64,7 @@ void Simulation::SetUp() {
     for (std::size_t place = 0; place < stations_.size(); ++place) {
         stations_[place].gate->AfterCall([this](std::string_view call) { judge_->AfterCall(call); });
         stations_[place].gate->OnEdit([this, place] {
+            chronicle_.NoteFault(stations_[place].computer->Name(), "edit-in-pass", "somebody works in the pass");
             users_->Edit(place);
             judge_->NoteEdit();
         });
@@ -82,6 +83,8 @@ SimulationResult Simulation::Run() {
         result_.violation = violation.what;
     }
     result_.edits = users_->Edits();
+    result_.files = folders_->FilesDropped();
+    result_.bytes = folders_->BytesDropped();
     for (const Station& station : stations_) {
         result_.conflicts += station.computer->Number("SELECT COUNT(*) FROM ImportConflicts");
     }

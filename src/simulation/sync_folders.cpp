@@ -107,6 +107,8 @@ void SyncFolders::Upload(std::size_t computer, const std::string& name, std::int
     const auto content = std::make_shared<const std::string>(Read(path));
     const std::string& who = places_[computer].computer;
     known_[computer][name] = content;
+    ++filesDropped_;
+    bytesDropped_ += static_cast<std::int64_t>(content->size());
     if (Strikes(Fault::LoseFile)) {
         chronicle_.NoteFault(who, "lose-file", name + " is lost in the Sync folder");
         fs::remove(path);

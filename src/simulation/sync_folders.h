@@ -43,6 +43,9 @@ class SyncFolders {
     std::set<std::string> Names(std::size_t computer) const;
     const std::string& Folder(std::size_t computer) const { return places_[computer].folder; }
 
+    std::int64_t FilesDropped() const { return filesDropped_; }
+    std::int64_t BytesDropped() const { return bytesDropped_; }
+
     /// The name under which the file was dropped; the services give copies names of their own.
     static std::string DroppedName(const std::string& name);
 
@@ -68,6 +71,8 @@ class SyncFolders {
     std::function<void(const std::string&)> lostFile_;
     std::vector<std::map<std::string, Content>> known_; ///< what each computer had when it was last looked at
     std::vector<Delivery> underWay_;                    ///< in the order in which they were sent off
+    std::int64_t filesDropped_ = 0;
+    std::int64_t bytesDropped_ = 0;
 };
 
 } // namespace qndr::simulation

@@ -56,7 +56,10 @@ int RunAll(const Arguments& arguments) {
     }
     for (std::uint64_t run = 0; run < arguments.seeds; ++run, ++options.seed) {
         options.folder = MakeFolder();
+        // An agent that is not told its root folder files what it retires below the present one.
+        std::filesystem::current_path(options.folder);
         const auto result = qndr::simulation::Simulation(options).Run();
+        std::filesystem::current_path(std::filesystem::temp_directory_path());
         report.Add(result);
         if (result.violation.empty()) {
             std::filesystem::remove_all(options.folder);
