@@ -101,7 +101,6 @@ void Judge::BeginPass(std::size_t computer, const FaultGate& gate) {
     present_ = folders_.Names(computer);
     temporaryFiles_ = computers_[computer]->TemporaryFiles();
     editedInPass_ = false;
-    tookInitialSync_ = false;
     initialSyncs_.clear();
     NoteOldFiles();
 }
@@ -140,10 +139,8 @@ void Judge::Compare(std::size_t workstation, const End& before, const End& now) 
         Accuse("LastAuditID of " + computers_[workstation]->Name() + " went back from " +
                std::to_string(before.lastAudit) + " to " + std::to_string(now.lastAudit));
     }
-    tookInitialSync_ = tookInitialSync_ || (!isMain && before.state == SyncStateInitialSyncRequested);
-    if (tookInitialSync_ && now.nextIn > before.nextIn) {
-        // Main sends number 0 only to one that it knows to be ready.
-        Explain(workstation, loss::InitialAsChange);
+    if (before.nextIn == 0 && now.nextIn == 1) {
+        NoteTakenAsFirst(workstation);
     }
     DemandFile(workstation, before, now);
 }

@@ -28,7 +28,7 @@ inline constexpr const char* NoAcknowledge = "initial sync not acknowledged";
 inline constexpr const char* RefusedImport = "import refused";
 inline constexpr const char* IncompleteFile = "file built incompletely";
 inline constexpr const char* OldNumbering = "file of an old numbering";
-inline constexpr const char* InitialAsChange = "initial sync taken as a change";
+inline constexpr const char* TakenAsChange = "file of the first exchange taken as a change";
 inline constexpr const char* UnreadableAsFirst = "unreadable file taken as the first";
 inline constexpr const char* Restored = "database restored";
 inline constexpr const char* DuringInitialSync = "changed during an initial sync";
@@ -107,7 +107,7 @@ class Judge {
     void DemandFile(std::size_t workstation, const End& before, const End& now);
     void NoteDropped(const std::string& name);
     void NoteOldFiles();
-    void NoteUnreadableFile(const std::string& name);
+    void NoteTakenAsFirst(std::size_t workstation);
     bool IsOld(const Dropped& file);
     void NoteSentTwice(const Dropped& file);
     void NoteRefusals();

@@ -123,7 +123,6 @@ void Judge::NoteMissingAcknowledge() {
 
 void Judge::NoteOldFiles() {
     for (const std::string& name : present_) {
-        NoteUnreadableFile(name);
         const auto found = files_.find(SyncFolders::DroppedName(name));
         if (found == files_.end() || found->second.sender == computer_ ||
             (computer_ != 0 && found->second.workstation != computer_)) {
@@ -132,21 +131,23 @@ void Judge::NoteOldFiles() {
         if (IsOld(found->second)) {
             Explain(found->second.workstation, loss::OldNumbering);
         }
-        // One that could not be retired, or its copy: behind the initial sync it counts as number 0.
-        const End& end = known_[computer_][found->second.workstation];
-        if (computer_ != 0 && found->second.descriptor.state == SyncFileInitialSync &&
-            end.state >= SyncStateReady && end.nextIn == 0) {
-            Explain(found->second.workstation, loss::InitialAsChange);
-        }
     }
 }
 
-/// A workstation does not ask who a file is from, and one whose descriptor cannot be read counts as number 0.
-void Judge::NoteUnreadableFile(const std::string& name) {
-    const End& end = known_[computer_][computer_];
-    if (computer_ != 0 && end.state >= SyncStateReady && end.nextIn == 0 && name.ends_with(".zip") &&
-        WorkstationOf(0, name) == computer_ && !ReadDescriptor(folders_.Folder(computer_) + "/" + name)) {
-        Explain(computer_, loss::UnreadableAsFirst);
+/// A file of the first exchange and one whose descriptor cannot be read have no number and so count as number 0,
+/// if they lie there when that is expected: they could not be retired, or came a second time.
+void Judge::NoteTakenAsFirst(std::size_t workstation) {
+    for (const std::string& name : folders_.Names(computer_)) {
+        const auto found = files_.find(SyncFolders::DroppedName(name));
+        if (found == files_.end() || found->second.workstation != workstation ||
+            found->second.sender == computer_) {
+            continue;
+        }
+        if (found->second.descriptor.state != 0) {
+            Explain(workstation, loss::TakenAsChange);
+        } else if (computer_ != 0 && !ReadDescriptor(folders_.Folder(computer_) + "/" + name)) {
+            Explain(workstation, loss::UnreadableAsFirst);
+        }
     }
 }
 

@@ -71,6 +71,7 @@ class Simulation {
     std::string Position() const;
     void Mend(std::size_t place);
     bool Agrees(std::size_t place);
+    void DemandNothingTwice() const;
     void DemandValues() const;
     std::vector<SimulatedComputer*> Computers() const;
 
