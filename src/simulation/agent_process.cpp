@@ -25,7 +25,7 @@ class SeededSystemTools : public services::SystemToolsWrapper {
     SeededRandom& random_;
 };
 
-/// Lists in the order of the names, or in any other.
+/// Lists in the order of the names, or in any other: what a file system has of its own must not be in a run.
 class SeededPathTools : public services::PathToolsWrapper {
   public:
     SeededPathTools(services::PathTools& target, const FaultPlan& plan, SeededRandom& random)
@@ -41,6 +41,12 @@ class SeededPathTools : public services::PathToolsWrapper {
             }
         }
         return files;
+    }
+    /// A parent stands before its children.
+    std::vector<std::string> FindFolders(const std::string& folder) override {
+        std::vector<std::string> folders = PathToolsWrapper::FindFolders(folder);
+        std::sort(folders.begin(), folders.end());
+        return folders;
     }
 
   private:

@@ -114,7 +114,6 @@ CREATE TRIGGER endSkippedRange AFTER UPDATE OF SyncState ON RoamingWorkstations
 WHEN NEW.SyncState = 3 OR (OLD.SyncState = 5 AND NEW.SyncState = 4)
 BEGIN
   UPDATE SkippedRanges SET ToID = NEW.LastAuditID WHERE Receiver = NEW.UniqueID AND ToID IS NULL;
-  DELETE FROM SkippedRanges WHERE ToID <= FromID;
 END;
 )";
 
