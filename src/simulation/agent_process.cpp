@@ -25,7 +25,7 @@ class SeededSystemTools : public services::SystemToolsWrapper {
     SeededRandom& random_;
 };
 
-/// Lists in the order of the names, or in any other: what a file system has of its own must not be in a run.
+/// Lists in the order of the names, or in any other.
 class SeededPathTools : public services::PathToolsWrapper {
   public:
     SeededPathTools(services::PathTools& target, const FaultPlan& plan, SeededRandom& random)
@@ -42,16 +42,23 @@ class SeededPathTools : public services::PathToolsWrapper {
         }
         return files;
     }
-    /// A parent stands before its children.
-    std::vector<std::string> FindFolders(const std::string& folder) override {
-        std::vector<std::string> folders = PathToolsWrapper::FindFolders(folder);
-        std::sort(folders.begin(), folders.end());
-        return folders;
-    }
 
   private:
     const FaultPlan& plan_;
     SeededRandom& random_;
+};
+
+/// What runs on the real machine is none of the simulated computer's.
+class NoProcesses : public services::Processes {
+  public:
+    explicit NoProcesses(FaultGate& gate) : gate_(gate) {}
+    std::vector<std::string> Names() override {
+        gate_.Admits("Processes.Names");
+        return {};
+    }
+
+  private:
+    FaultGate& gate_;
 };
 
 /// Refuses now and then to take a file out of the Sync folder, as when another program has it open.
@@ -89,18 +96,31 @@ class StubbornFileTools : public services::FileToolsWrapper {
 
 class AgentProcess::Parts {
   public:
-    Parts(const services::AgentServices& all, const SimulatedComputer& computer, const FaultPlan& plan,
-          SeededRandom& random, Chronicle& chronicle)
-        : systemTools(all.systemTools, random), pathTools(all.pathTools, plan, random),
-          fileTools(all.fileTools, computer, plan, random, chronicle),
-          services{all.objects,    all.commandLineTools, all.registryTools,      fileTools,
-                   pathTools,      all.iniTools,         all.textFileTools,      all.stringArrayTools,
-                   all.arrayTools, systemTools,          all.specialFolderTools, all.clock,
-                   all.messages,   all.timers,           all.fileVersions,       all.textAppender,
-                   all.program,    all.processes} {}
+    Parts(const services::AgentServices& all, const SimulatedComputer& computer, FaultGate& gate,
+          const FaultPlan& plan, SeededRandom& random, Chronicle& chronicle)
+        : systemTools(all.systemTools, random), pathTools(all.pathTools, plan, random), processes(gate),
+          fileTools(all.fileTools, computer, plan, random, chronicle), services{all.objects,
+                                                                                all.commandLineTools,
+                                                                                all.registryTools,
+                                                                                fileTools,
+                                                                                pathTools,
+                                                                                all.iniTools,
+                                                                                all.textFileTools,
+                                                                                all.stringArrayTools,
+                                                                                all.arrayTools,
+                                                                                systemTools,
+                                                                                all.specialFolderTools,
+                                                                                all.clock,
+                                                                                all.messages,
+                                                                                all.timers,
+                                                                                all.fileVersions,
+                                                                                all.textAppender,
+                                                                                all.program,
+                                                                                processes} {}
 
     SeededSystemTools systemTools;
     SeededPathTools pathTools;
+    NoProcesses processes;
     StubbornFileTools fileTools;
     services::AgentServices services;
 };
@@ -109,7 +129,7 @@ AgentProcess::AgentProcess(SimulatedComputer& computer, FaultGate& gate, const F
                            SeededRandom& random, Chronicle& chronicle)
     : computer_(computer), outside_(computer.Places(), {computer.Time(), computer.Time(), computer.Time()},
                                     "qndr5rwsync", {"Companies"}, &gate),
-      parts_(std::make_unique<Parts>(outside_.Services(), computer, plan, random, chronicle)),
+      parts_(std::make_unique<Parts>(outside_.Services(), computer, gate, plan, random, chronicle)),
       context_(std::make_unique<AgentContext>(parts_->services)),
       scheduler_(new AgentScheduler(*context_, *this, *this)) {
 }

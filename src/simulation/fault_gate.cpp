@@ -25,6 +25,10 @@ const std::set<std::string, std::less<>> WritesToTheDisk{
     "ZipEntry.Extract",
 };
 
+/// Comes once for each level of a path from the root down. Were it counted, a seed would lead elsewhere in a
+/// folder that lies deeper.
+constexpr std::string_view PerLevel = "DirectoryCalls.Find";
+
 /// Refused, it would end the whole agent before it has begun anything.
 bool IsPartOfTheStart(std::string_view call) {
     return call.starts_with("CommandLineTools.") || call.starts_with("ProgramFacts.");
@@ -41,6 +45,9 @@ void FaultGate::BeginPass() {
 bool FaultGate::Admits(std::string_view call) {
     if (dying_) {
         return false;
+    }
+    if (call == PerLevel) {
+        return true;
     }
     if (!previous_.empty()) {
         afterCall_(std::exchange(previous_, std::string()));

@@ -2,6 +2,7 @@
 #include "services/failure.h"
 
 #include <CLI/CLI.hpp>
+#include <sqlite3.h>
 
 #include <cstdlib>
 #include <exception>
@@ -81,6 +82,9 @@ int RunAll(const Arguments& arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
+    // The application keeps each company open all the time, so that no pass has to read its schema anew. That is
+    // most of what a pass would do.
+    sqlite3_enable_shared_cache(1);
     Arguments arguments;
     CLI::App program(
         "Lets a main computer and laptops live through days in which everything goes wrong, from one seed.",
