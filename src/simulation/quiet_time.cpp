@@ -142,11 +142,20 @@ void Simulation::DemandNothingTwice() const {
     }
 }
 
-void Simulation::DemandValues() const {
+/// A file that is lost, or a first exchange that stops half-way, costs time and a reset, and no value: what a
+/// workstation has sent and main has not confirmed is kept when the reset gives it up.
+void Simulation::DemandValues() {
     const std::vector<std::string> lost = users_->LostValues();
-    if (!lost.empty() && chronicle_.Losses().empty()) {
-        throw Violation{"the value " + lost.front() + " is lost, and no loss explains it"};
+    if (lost.empty()) {
+        return;
     }
+    for (const auto& [name, count] : chronicle_.Losses()) {
+        if (name != loss::LostFile && name != loss::NoAcknowledge) {
+            result_.lostValues = static_cast<std::int64_t>(lost.size());
+            return;
+        }
+    }
+    throw Violation{"the value " + lost.front() + " is lost, and no loss explains it"};
 }
 
 } // namespace qndr::simulation

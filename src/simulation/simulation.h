@@ -31,7 +31,8 @@ struct SimulationResult {
     std::int64_t bytes = 0;
     std::int64_t edits = 0;
     std::int64_t conflicts = 0;
-    std::int64_t resets = 0; ///< that mended a pairing that was out of step
+    std::int64_t resets = 0;     ///< that mended a pairing that was out of step
+    std::int64_t lostValues = 0; ///< that somebody entered and that are gone, for a loss that is known by name
     std::map<std::string, std::int64_t> faults;
     std::map<std::string, std::int64_t> losses;
     std::uint64_t fingerprint = 0; ///< of all events; the same for the same options
@@ -72,7 +73,7 @@ class Simulation {
     void Mend(std::size_t place);
     bool Agrees(std::size_t place);
     void DemandNothingTwice() const;
-    void DemandValues() const;
+    void DemandValues();
     std::vector<SimulatedComputer*> Computers() const;
 
     SimulationOptions options_;

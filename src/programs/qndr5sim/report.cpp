@@ -52,6 +52,7 @@ void SimulationReport::Add(const simulation::SimulationResult& result) {
     sum_.edits += result.edits;
     sum_.conflicts += result.conflicts;
     sum_.resets += result.resets;
+    sum_.lostValues += result.lostValues;
     AddUp(result.faults, sum_.faults);
     AddUp(result.losses, sum_.losses);
     sum_.fingerprint ^= result.fingerprint;
@@ -65,7 +66,8 @@ std::string SimulationReport::ToTable() const {
                                                           {"bytes", sum_.bytes},
                                                           {"edits", sum_.edits},
                                                           {"conflicts kept", sum_.conflicts},
-                                                          {"pairings mended", sum_.resets}};
+                                                          {"pairings mended", sum_.resets},
+                                                          {"values lost for a known loss", sum_.lostValues}};
     for (const auto& [name, count] : lines) {
         out << std::left << std::setw(34) << name << std::right << std::setw(10) << count << '\n';
     }
@@ -90,6 +92,7 @@ std::string SimulationReport::ToJson(std::uint64_t firstSeed) const {
         .Set("edits", sum_.edits)
         .Set("conflicts", sum_.conflicts)
         .Set("mended", sum_.resets)
+        .Set("lostValues", sum_.lostValues)
         .Set("faults", qndr::ToJson(sum_.faults))
         .Set("losses", qndr::ToJson(sum_.losses))
         .Set("fingerprint", Hexadecimal(sum_.fingerprint))
