@@ -120,8 +120,9 @@ Date Variant::ToDate() const {
         return *date;
     }
     const double days = ToNumber();
-    // The years 100 to 9999, the range of dates that the suite knows.
-    if (!(days >= -657434.0 && days < 2958466.0)) {
+    // The years 100 to 9999, the range of dates that the suite knows. The last half second would be rounded out of
+    // it.
+    if (!(days >= -657434.0 && days < 2958466.0) || Date(days) >= Date(2958466.0)) {
         throw Failure("overflow: the number is no date");
     }
     return Date(days);

@@ -110,6 +110,8 @@ TEST(Variant, ConvertsAsTheSuiteDoes) {
     EXPECT_EQ(Variant(*ParseDate("2026-11-22")).ToText(), "2026-11-22 00:00:00");
     EXPECT_EQ(Variant(2).ToDate(), NoDate);
     EXPECT_THROW(Variant(3'000'000).ToDate(), Failure);
+    EXPECT_EQ(Variant(2958465.99999).ToDate(), *ParseDate("9999-12-31 23:59:59"));
+    EXPECT_THROW(Variant(2958465.999999).ToDate(), Failure) << "rounds to the year 10000";
 }
 
 TEST(Variant, WholeNumbersSurviveAsText) {

@@ -21,6 +21,7 @@ class StandingClock : public services::Clock {
 
 class TestFolder : public test::TemporaryFolder {
   public:
+    using TemporaryFolder::TemporaryFolder;
     std::string Path(const std::string& name) const { return *this / name; }
 };
 

@@ -270,5 +270,13 @@ TEST_F(EngineImportTest, RecordsThatCrossTheReadersBuffersArriveWhole) {
     EXPECT_TRUE(laptop_.Rows("Reports") == main_.Rows("Reports"));
 }
 
+TEST_F(EngineImportTest, ALongRecordThatIsPassedOverTakesNothingWithIt) {
+    const std::string passedOver = "<Table Name=\"Nothing\"><Record><UniqueID>X</UniqueID><Notes>" +
+                                   std::string(300'000, 'x') + "</Notes></Record></Table>";
+    EXPECT_TRUE(Import(laptop_, Exchange(Label("<UniqueID>A</UniqueID><Name>Home</Name>") + passedOver +
+                                         Label("<UniqueID>B</UniqueID><Name>Work</Name>"))));
+    EXPECT_EQ(Labels(), "A Home -, B Work -");
+}
+
 } // namespace
 } // namespace qndr::suite

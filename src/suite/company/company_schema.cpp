@@ -89,6 +89,34 @@ std::string SentRangesScript() {
            triggers("Company", "''", "NextSequenceToMain");
 }
 
+/// Main's memory of what a workstation never got: full data starts a numbering anew and skips the changes that
+/// were on their way, but not all rows are part of it. Without this a version of such a row would count as seen by
+/// the workstation and be overwritten unkept. The first trigger runs before SentRanges goes back.
+constexpr std::string_view SkippedRangesScript = R"(
+-- Audit rows above FromID up to ToID; NULL until the full data that skips them has gone out.
+CREATE TABLE SkippedRanges (
+  ID INTEGER PRIMARY KEY,
+  Receiver TEXT COLLATE NOCASE NOT NULL,
+  FromID INTEGER NOT NULL,
+  ToID INTEGER
+);
+-- 1 and 6 are the states in which full data is owed.
+CREATE TRIGGER beginSkippedRange BEFORE UPDATE OF SyncState, NextSequenceToRoaming ON RoamingWorkstations
+WHEN NEW.SyncState IN (1, 6) OR NEW.NextSequenceToRoaming < OLD.NextSequenceToRoaming
+BEGIN
+  INSERT INTO SkippedRanges (Receiver, FromID)
+  SELECT NEW.UniqueID, ifnull(
+    (SELECT LastAuditID FROM SentRanges WHERE Receiver = NEW.UniqueID ORDER BY NextSequence LIMIT 1), 0)
+  WHERE NOT EXISTS (SELECT 1 FROM SkippedRanges WHERE Receiver = NEW.UniqueID AND ToID IS NULL);
+END;
+-- An initial sync has gone out at 3, a reset's data when 5 becomes 4.
+CREATE TRIGGER endSkippedRange AFTER UPDATE OF SyncState ON RoamingWorkstations
+WHEN NEW.SyncState = 3 OR (OLD.SyncState = 5 AND NEW.SyncState = 4)
+BEGIN
+  UPDATE SkippedRanges SET ToID = NEW.LastAuditID WHERE Receiver = NEW.UniqueID AND ToID IS NULL;
+END;
+)";
+
 /// The engine's memory of what a sync reset gives up on a workstation. The agent moves Company.LastAuditID over
 /// changes that it never sent in the same UPDATE in which it moves the state; only here does that show. The
 /// trigger runs before the row changes, and so before the counters of SentRanges go back.
@@ -193,9 +221,15 @@ const Table* FindAuditedTable(std::string_view name) {
     return found == tables.end() ? nullptr : &*found;
 }
 
+bool IsWhollyExported(const Table& table) {
+    return table.exported && std::none_of(table.columns.begin(), table.columns.end(), [](const Column& column) {
+               return column.name == "ActivityDate" || column.name == "AttachmentType";
+           });
+}
+
 std::string CompanySchemaScript() {
-    std::string script =
-        std::string(ExchangeTables) + SentRangesScript() + std::string(GivenUpScript) + std::string(OwnTables);
+    std::string script = std::string(ExchangeTables) + SentRangesScript() + std::string(SkippedRangesScript) +
+                         std::string(GivenUpScript) + std::string(OwnTables);
     for (const Table& table : AuditedTables()) {
         script += AuditedTableScript(table);
     }

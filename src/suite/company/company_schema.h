@@ -41,6 +41,10 @@ const std::vector<Table>& AuditedTables();
 /// Finds an audited table, without regard to letter case; null when there is none.
 const Table* FindAuditedTable(std::string_view name);
 
+/// Whether all of the table's rows are part of a full export. Orders are not, and of activities and
+/// attachments only some.
+bool IsWhollyExported(const Table& table);
+
 /// The version of company databases that this code makes. Stored in Company.DatabaseVersion.
 inline constexpr std::string_view CompanyDatabaseVersion = "5.0.1";
 

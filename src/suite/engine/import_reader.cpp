@@ -118,7 +118,8 @@ bool ImportReader::Read(ImportBatch& batch) {
 }
 
 void ImportReader::SetAside(ImportBatch& batch) {
-    if (depth_ < InRecord) {
+    // A record that is passed over has nothing in the batch; what is known of a record is the last taken one's.
+    if (depth_ < InRecord || table_ == nullptr) {
         return;
     }
     setAside_.text.assign(batch.text, record_.text);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "suite/database/sqlite_connection.h"
+#include "suite/engine/sent_ranges.h"
 
 #include <cstdint>
 #include <string>
@@ -21,7 +22,7 @@ class OriginRules {
         Take,
         TakeAndKeepLoser, ///< the version that stands here was unknown to the sender
         KeepOwn,          ///< the arriving version loses against an unsent change of this workstation
-        PassOver          ///< nothing of it is to be kept: a newer version of this workstation is on its way
+        PassOver          ///< nothing of it is to be kept: it was taken before, or a newer version is on its way
     };
 
     struct Decision {
@@ -30,8 +31,9 @@ class OriginRules {
         std::string winningOrigin;
     };
 
-    /// `origin` is empty for the records of a full export.
-    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin);
+    /// `origin` is empty for the records of a full export; `originID` numbers the origin's versions.
+    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin,
+                    std::int64_t originID);
 
     bool IsMain() const { return isMain_; }
 
@@ -43,12 +45,18 @@ class OriginRules {
     };
     Newest NewestAudit(std::string_view table, std::string_view uniqueID);
 
+    bool WasKnown(std::string_view table, const Newest& newest) const;
+    bool WasTaken(std::string_view table, std::string_view uniqueID, std::string_view origin,
+                  std::int64_t originID);
+
     SqliteStatement newest_;
+    SqliteStatement taken_;
     std::string own_;
     std::string sender_;
     bool isMain_ = false;
     std::int64_t sent_ = 0;   ///< on a workstation: the audit rows up to here are out
     std::int64_t known_ = 0;  ///< the audit rows up to here were known to the sender when it made the file
+    SkippedRanges skipped_;   ///< on main: what the sender never got although it is below
     std::int64_t latest_ = 0; ///< the newest audit row before this import
 };
 

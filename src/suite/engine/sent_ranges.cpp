@@ -1,5 +1,6 @@
 #include "suite/engine/sent_ranges.h"
 
+#include "suite/company/company_schema.h"
 #include "suite/files/ascii_case.h"
 
 #include <algorithm>
@@ -48,6 +49,26 @@ std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view rece
     forget.Bind(2, range.Integer(0));
     forget.Step();
     return covered;
+}
+
+SkippedRanges::SkippedRanges(const SqliteConnection& connection, std::string_view receiver) {
+    SqliteStatement ranges = connection.Prepare(
+        "SELECT FromID, ifnull(ToID, 9223372036854775807) FROM SkippedRanges WHERE Receiver = ? ORDER BY ID");
+    ranges.Bind(1, receiver);
+    while (ranges.Step()) {
+        ranges_.push_back({ranges.Integer(0), ranges.Integer(1)});
+    }
+}
+
+std::int64_t SkippedRanges::End() const {
+    return ranges_.empty() ? 0 : ranges_.back().to;
+}
+
+bool SkippedRanges::Hides(std::string_view table, std::int64_t auditID) const {
+    const bool lies = std::any_of(ranges_.begin(), ranges_.end(),
+                                  [&](const Range& range) { return range.from < auditID && auditID <= range.to; });
+    const Table* const known = lies ? FindAuditedTable(table) : nullptr;
+    return known != nullptr && !IsWhollyExported(*known);
 }
 
 } // namespace qndr::suite

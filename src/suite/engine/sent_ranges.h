@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qndr::suite {
 
@@ -24,5 +25,25 @@ inline constexpr std::string_view MainReceiver;
 /// version too many, too high a one would lose values. What fewer files covered is forgotten; a caller has a
 /// transaction.
 std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view receiver, std::int64_t files);
+
+/// The audit rows that full data to a workstation has skipped. A row whose newest version is among them never got
+/// there, unless the table's rows are all part of full data.
+class SkippedRanges {
+  public:
+    /// All that were noted for the receiver by now.
+    SkippedRanges(const SqliteConnection& connection, std::string_view receiver);
+
+    bool Empty() const { return ranges_.empty(); }
+    /// The newest audit row when full data last went out; 0 when none did.
+    std::int64_t End() const;
+    bool Hides(std::string_view table, std::int64_t auditID) const;
+
+  private:
+    struct Range {
+        std::int64_t from; ///< excluded
+        std::int64_t to;   ///< included
+    };
+    std::vector<Range> ranges_;
+};
 
 } // namespace qndr::suite

@@ -3,6 +3,7 @@
 #include "suite/computer/file_calls.h"
 #include "suite/files/wildcards.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <dirent.h>
@@ -124,6 +125,8 @@ std::unique_ptr<services::DirectoryListing> PosixDirectoryCalls::List(const std:
     if (isCutShort) {
         return nullptr;
     }
+    // A file system has an order of its own; what an agent does should follow from the names alone.
+    std::sort(names.begin(), names.end());
     return std::make_unique<NamesListing>(folder, std::move(names));
 }
 

@@ -1,0 +1,1 @@
+UPDATE T SET AddedOn = dateadd ( /* , */ Minute , 1, DateAdd(hh, 2, AddedOn)) WHERE Name = 'x';

@@ -1,0 +1,1 @@
+SELECT :a, @b, $c::d(e), ?1, #x, x'00ff' FROM T WHERE ID = DATEADD(ID, 1, 'x') ;

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "services/call_gate.h"
+#include "simulation/chronicle.h"
+#include "simulation/faults.h"
+
+#include <functional>
+#include <set>
+#include <string>
+
+namespace qndr::simulation {
+
+/// The end of a process in the middle of its work. Not a failure, so that no guard of the agent holds it up; while
+/// it unwinds, every further call is refused.
+struct AgentDied {};
+
+/// Stands before all that one computer's agent asks of the outside, and injects what can go wrong there. What it
+/// refuses is told to the judge, and a pairing comes back from all of it by waiting or by a reset.
+class FaultGate : public services::CallGate {
+  public:
+    /// Plan and chronicle must outlive the gate.
+    FaultGate(std::string computer, const FaultPlan& plan, SeededRandom random, Chronicle& chronicle)
+        : computer_(std::move(computer)), plan_(plan), random_(random), chronicle_(chronicle) {}
+
+    /// Called between two calls, with the name of the one that was made.
+    void AfterCall(std::function<void(std::string_view)> handler) { afterCall_ = std::move(handler); }
+    void OnEdit(std::function<void()> handler) { edit_ = std::move(handler); }
+    void OnStop(std::function<void()> handler) { stop_ = std::move(handler); }
+
+    bool Admits(std::string_view call) override;
+
+    /// Forgets what the last pass suffered.
+    void BeginPass();
+    /// The calls that were refused in this pass.
+    const std::set<std::string>& Refused() const { return refused_; }
+    bool Died() const { return dying_; }
+
+    void SetDiskFull(bool full) { diskFull_ = full; }
+    void SetLocked(bool locked) { locked_ = locked; }
+    bool IsDisturbed() const { return diskFull_ || locked_; }
+
+  private:
+    bool Strikes(Fault fault) { return random_.Chance(plan_.Rate(fault)); }
+
+    std::string computer_;
+    const FaultPlan& plan_;
+    SeededRandom random_;
+    Chronicle& chronicle_;
+    std::function<void(std::string_view)> afterCall_;
+    std::function<void()> edit_;
+    std::function<void()> stop_;
+    std::string previous_;
+    std::set<std::string> refused_;
+    bool dying_ = false;
+    bool diskFull_ = false;
+    bool locked_ = false;
+};
+
+} // namespace qndr::simulation

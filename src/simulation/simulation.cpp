@@ -1,0 +1,229 @@
+#include "simulation/simulation.h"
+
+#include "services/failure.h"
+#include "shared/failure_rule.h"
+#include "shared/settings.h"
+#include "suite/company/company_creation.h"
+#include "suite/company/provisioning.h"
+
+#include <algorithm>
+
+namespace qndr::simulation {
+namespace {
+
+constexpr std::int64_t HourMinutes = 60;
+constexpr std::int64_t DayMinutes = 24 * HourMinutes;
+/// Longer than an agent of the simulation waits between its passes, so that each wake brings one.
+constexpr std::int32_t Frequency = 30;
+
+class AbandonedStatements : public FailureObserver {
+  public:
+    void StatementAbandoned(const std::string& reason) override { reasons.push_back(reason); }
+    std::vector<std::string> reasons;
+};
+
+} // namespace
+
+Simulation::Simulation(const SimulationOptions& options)
+    : options_(options), random_(options.seed), plan_(options.faults, random_), identifiers_(random_.Branch()) {
+    if (options.workstations < 1 || options.days < 1) {
+        throw services::Failure("a simulation needs a workstation and a day");
+    }
+    result_.faultsInPlan = plan_.Names();
+    SetUp();
+}
+
+std::vector<SimulatedComputer*> Simulation::Computers() const {
+    std::vector<SimulatedComputer*> computers;
+    for (const Station& station : stations_) {
+        computers.push_back(station.computer.get());
+    }
+    return computers;
+}
+
+void Simulation::SetUp() {
+    std::vector<SyncFolders::Place> places;
+    for (int number = 0; number <= options_.workstations; ++number) {
+        const std::string name = number == 0 ? "main" : "laptop-" + std::to_string(number);
+        Station station;
+        station.computer = std::make_unique<SimulatedComputer>(options_.folder, name);
+        station.gate = std::make_unique<FaultGate>(name, plan_, random_.Branch(), chronicle_);
+        station.nextWake = random_.Below(2 * HourMinutes);
+        places.push_back({name, options_.folder + "/" + name + "/sync"});
+        station.computer->SetUp(number == 0 ? suite::MainCompanyType : suite::RoamingCompanyType,
+                                places.back().folder, Frequency, identifiers_);
+        stations_.push_back(std::move(station));
+    }
+    folders_ = std::make_unique<SyncFolders>(places, plan_, random_.Branch(), chronicle_);
+    users_ = std::make_unique<Users>(Computers(), random_.Branch(), chronicle_);
+    for (std::size_t place = 1; place < stations_.size(); ++place) {
+        suite::AddWorkstation(stations_[0].computer->Company(), stations_[place].computer->Company());
+    }
+    judge_ = std::make_unique<Judge>(Computers(), *folders_, chronicle_);
+    folders_->OnLostFile([this](const std::string& name) { judge_->NoteLostFile(name); });
+    for (std::size_t place = 0; place < stations_.size(); ++place) {
+        stations_[place].gate->AfterCall([this](std::string_view call) { judge_->AfterCall(call); });
+        stations_[place].gate->OnEdit([this, place] {
+            chronicle_.NoteFault(stations_[place].computer->Name(), "edit-in-pass", "somebody works in the pass");
+            users_->Edit(place);
+            judge_->NoteEdit();
+        });
+        stations_[place].gate->OnStop([this, place] {
+            chronicle_.NoteFault(stations_[place].computer->Name(), "stop-agent", "is asked to stop");
+            stations_[place].computer->SetSetting(settings::StopSync, 1);
+        });
+    }
+}
+
+SimulationResult Simulation::Run() {
+    try {
+        LiveThrough(options_.days * DayMinutes);
+        ComeToRest();
+    } catch (const Violation& violation) {
+        result_.violation = violation.what;
+    }
+    result_.edits = users_->Edits();
+    result_.files = folders_->FilesDropped();
+    result_.bytes = folders_->BytesDropped();
+    for (const Station& station : stations_) {
+        result_.conflicts += station.computer->Number("SELECT COUNT(*) FROM ImportConflicts");
+    }
+    result_.faults = chronicle_.Faults();
+    result_.losses = chronicle_.Losses();
+    result_.fingerprint = chronicle_.Fingerprint();
+    result_.lastEvents.assign(chronicle_.LastEvents().begin(), chronicle_.LastEvents().end());
+    return result_;
+}
+
+std::size_t Simulation::NextToWake() const {
+    const auto next =
+        std::min_element(stations_.begin(), stations_.end(),
+                         [](const Station& left, const Station& right) { return left.nextWake < right.nextWake; });
+    return static_cast<std::size_t>(next - stations_.begin());
+}
+
+void Simulation::LiveThrough(std::int64_t minutes) {
+    for (std::size_t place = NextToWake(); stations_[place].nextWake < minutes; place = NextToWake()) {
+        minute_ = stations_[place].nextWake;
+        chronicle_.SetTime(minute_);
+        stations_[place].computer->MoveTo(minute_);
+        ActAround(place);
+        RunPass(place);
+        ScheduleNextWake(place);
+    }
+}
+
+/// What people do since the last pass of any computer, and what happens to the one that wakes.
+void Simulation::ActAround(std::size_t place) {
+    if (stations_[0].computer->Number("SELECT COUNT(*) FROM RoamingWorkstations WHERE SyncState <> 4") == 0) {
+        users_->BeginOrders();
+    }
+    for (std::int64_t edits = random_.Below(4); edits > 0; --edits) {
+        const auto busy = static_cast<std::size_t>(random_.Below(static_cast<std::int64_t>(stations_.size())));
+        stations_[busy].computer->MoveTo(minute_);
+        users_->Edit(busy);
+    }
+    SimulatedComputer& computer = *stations_[place].computer;
+    if (place != 0 && random_.Chance(plan_.Rate(Fault::Reset)) && judge_->States(place).first == 4) {
+        chronicle_.NoteFault(computer.Name(), "reset", "asks for a reset");
+        suite::RequestReset(computer.Company());
+        judge_->PairingOf(place).wasReset = true;
+        judge_->Accept(place);
+    }
+    if (plan_.Has(Fault::RestoreBackup)) {
+        RestoreBackup(place);
+    }
+    Disturb(place);
+}
+
+void Simulation::RestoreBackup(std::size_t place) {
+    SimulatedComputer& computer = *stations_[place].computer;
+    if (computer.HasBackup() && random_.Chance(plan_.Rate(Fault::RestoreBackup))) {
+        chronicle_.NoteFault(computer.Name(), "restore-backup", "its database is restored from a backup");
+        stations_[place].agent.reset();
+        computer.RestoreBackup();
+        judge_->NoteRestored(place);
+    } else if (random_.Chance(0.1)) {
+        computer.TakeBackup();
+        chronicle_.Note(computer.Name(), "its database is backed up");
+    }
+}
+
+void Simulation::Disturb(std::size_t place) {
+    Station& station = stations_[place];
+    const std::string& name = station.computer->Name();
+    if (station.disturbedUntil <= minute_) {
+        station.gate->SetDiskFull(false);
+        station.gate->SetLocked(false);
+        if (random_.Chance(plan_.Rate(Fault::DiskFull))) {
+            chronicle_.NoteFault(name, "disk-full", "its disk is full");
+            station.gate->SetDiskFull(true);
+            station.disturbedUntil = minute_ + random_.Below(8 * HourMinutes);
+        } else if (random_.Chance(plan_.Rate(Fault::LockDatabase))) {
+            chronicle_.NoteFault(name, "lock-database", "its database is locked");
+            station.gate->SetLocked(true);
+            station.disturbedUntil = minute_ + random_.Below(2 * HourMinutes);
+        }
+    }
+    if (station.clockWrongUntil <= minute_) {
+        std::int64_t error = 0;
+        if (random_.Chance(plan_.Rate(Fault::JumpClock))) {
+            error = random_.Below(6 * DayMinutes) - 3 * DayMinutes;
+            chronicle_.NoteFault(name, "jump-clock",
+                                 "its clock is set " + std::to_string(error) + " minutes wrong");
+        } else if (random_.Chance(plan_.Rate(Fault::DriftClock))) {
+            error = random_.Below(30) - 15;
+            chronicle_.NoteFault(name, "drift-clock",
+                                 "its clock goes " + std::to_string(error) + " minutes wrong");
+        }
+        station.computer->SetClockError(error);
+        station.clockWrongUntil = minute_ + random_.Below(DayMinutes);
+    }
+}
+
+void Simulation::RunPass(std::size_t place) {
+    Station& station = stations_[place];
+    SimulatedComputer& computer = *station.computer;
+    computer.MoveTo(minute_);
+    folders_->Deliver(place, minute_);
+    station.gate->BeginPass();
+    judge_->BeginPass(place, *station.gate);
+    AbandonedStatements abandoned;
+    {
+        const ObserveFailures observing(abandoned);
+        try {
+            if (station.agent == nullptr) {
+                station.agent =
+                    std::make_unique<AgentProcess>(computer, *station.gate, plan_, identifiers_, chronicle_);
+                station.agent->Load();
+            }
+            if (quiet_) {
+                station.agent->SyncNow();
+            }
+            station.agent->RunUntilNextTick();
+        } catch (const AgentDied&) {
+            station.agent.reset();
+            computer.EmptyTemporaryFolder();
+        }
+    }
+    if (station.agent != nullptr && station.agent->HasEnded()) {
+        chronicle_.Note(computer.Name(), "its agent ends");
+        station.agent.reset();
+    }
+    ++result_.passes;
+    computer.StampNewFiles();
+    judge_->EndPass(abandoned.reasons);
+    folders_->Collect(place, minute_);
+}
+
+void Simulation::ScheduleNextWake(std::size_t place) {
+    std::int64_t pause = Frequency + 2 + random_.Below(3 * HourMinutes);
+    if (place != 0 && random_.Chance(plan_.Rate(Fault::Sleep))) {
+        pause = random_.Below(21 * DayMinutes);
+        chronicle_.NoteFault(stations_[place].computer->Name(), "sleep",
+                             "sleeps for " + std::to_string(pause / DayMinutes) + " days");
+    }
+    stations_[place].nextWake = minute_ + pause;
+}
+
+} // namespace qndr::simulation

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "simulation/chronicle.h"
+#include "simulation/simulated_computer.h"
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace qndr::simulation {
+
+/// The people at the computers, and what they have entered. Every value that somebody enters is a text of its own;
+/// whoever writes over it or deletes its row had it before his eyes. All others must never get lost.
+class Users {
+  public:
+    /// Computers and chronicle must outlive the object.
+    Users(std::vector<SimulatedComputer*> computers, SeededRandom random, Chronicle& chronicle);
+
+    /// Somebody at the computer enters, changes or deletes something, if the company may be worked on at all.
+    void Edit(std::size_t computer);
+
+    /// From now on there are orders: main's are in no initial sync, so they come when all workstations are ready.
+    void BeginOrders() { ordersHaveBegun_ = true; }
+
+    /// The values that stand in no row and are kept nowhere, each with where it was entered.
+    std::vector<std::string> LostValues() const;
+    std::int64_t Edits() const { return edits_; }
+
+  private:
+    struct Row {
+        std::string table;
+        std::string id;
+    };
+
+    void Put(std::size_t computer, const std::string& table, const std::string& id, const std::string& column,
+             const std::string& further = "", const std::string& furtherValue = "");
+    void AddOrder(std::size_t computer);
+    void Delete(std::size_t computer, const Row& row);
+    void Overwritten(std::size_t computer, const std::string& table, const std::string& id,
+                     const std::string& column);
+
+    std::vector<SimulatedComputer*> computers_;
+    SeededRandom random_;
+    Chronicle& chronicle_;
+    std::vector<Row> rows_;                     ///< that somebody has made somewhere
+    std::map<std::string, std::string> values_; ///< that must not get lost, with where each was entered
+    bool ordersHaveBegun_ = false;
+    std::int64_t edits_ = 0;
+    std::int64_t entered_ = 0;
+};
+
+} // namespace qndr::simulation
