@@ -50,7 +50,12 @@ bool FaultGate::Admits(std::string_view call) {
         return true;
     }
     if (!previous_.empty()) {
-        afterCall_(std::exchange(previous_, std::string()));
+        try {
+            afterCall_(std::exchange(previous_, std::string()));
+        } catch (const Violation&) {
+            dying_ = true; // what unwinds now is not to be judged again
+            throw;
+        }
     }
     previous_ = call;
     if (Strikes(Fault::EditInPass)) {

@@ -37,7 +37,6 @@ class FaultGate : public services::CallGate {
 
     void SetDiskFull(bool full) { diskFull_ = full; }
     void SetLocked(bool locked) { locked_ = locked; }
-    bool IsDisturbed() const { return diskFull_ || locked_; }
 
   private:
     bool Strikes(Fault fault) { return random_.Chance(plan_.Rate(fault)); }

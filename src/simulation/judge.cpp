@@ -217,7 +217,8 @@ void Judge::DemandFile(std::size_t workstation, const End& before, const End& no
            " counts as sent, and there is no such file in the Sync folder");
 }
 
-/// Every change of the range is in the file, if it still is one.
+/// Every change of the range is in the file, if it still is one: a row that an import has made anew since, under
+/// another local key, holds somebody else's version.
 void Judge::DemandContent(const std::string& path, std::int64_t from, std::int64_t to) {
     if (editedInPass_ || HasRefused(BuildingAFile)) {
         return;
@@ -225,7 +226,8 @@ void Judge::DemandContent(const std::string& path, std::int64_t from, std::int64
     const std::string data = ReadEntry(path, "data.xml");
     const suite::SqliteConnection& company = computers_[computer_]->Company();
     suite::SqliteStatement changes = company.Prepare(
-        "SELECT TableName, AuditUniqueID, MAX(AuditType) FROM AuditLog WHERE ID > ? AND ID <= ? GROUP BY 1, 2");
+        "SELECT TableName, AuditUniqueID, MAX(AuditType), MAX(RecordID) FROM AuditLog WHERE ID > ? AND ID <= ? "
+        "GROUP BY TableName, AuditUniqueID");
     changes.Bind(1, from);
     changes.Bind(2, to);
     while (changes.Step()) {
@@ -233,7 +235,8 @@ void Judge::DemandContent(const std::string& path, std::int64_t from, std::int64
         const std::string id(changes.Text(1));
         const bool deleted = changes.Integer(2) == 3;
         if (data.find(id) == std::string::npos &&
-            (deleted || company.Number("SELECT COUNT(*) FROM " + table + " WHERE UniqueID = '" + id + "'") != 0)) {
+            (deleted || company.Number("SELECT COUNT(*) FROM " + table + " WHERE UniqueID = '" + id +
+                                       "' AND ID = " + std::to_string(changes.Integer(3))) != 0)) {
             Accuse("the change of " + table + " " + id + " counts as sent, and no file has carried it");
         }
     }

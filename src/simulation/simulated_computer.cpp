@@ -93,11 +93,6 @@ void SimulatedComputer::SetSetting(const std::string& name, std::int32_t value) 
         .SetLong(services::CurrentUserHive, settings::RootKey, name, value);
 }
 
-std::int32_t SimulatedComputer::Setting(const std::string& name) const {
-    return suite::RegistryStore(places_.registryFile, time_)
-        .GetLong(services::CurrentUserHive, settings::RootKey, name, -1);
-}
-
 std::size_t SimulatedComputer::TemporaryFiles() const {
     if (!fs::exists(places_.temporaryFolder)) {
         return 0;

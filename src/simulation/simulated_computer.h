@@ -44,7 +44,6 @@ class SimulatedComputer {
     void RestoreBackup();
 
     void SetSetting(const std::string& name, std::int32_t value) const;
-    std::int32_t Setting(const std::string& name) const;
     std::size_t TemporaryFiles() const;
     void EmptyTemporaryFolder() const;
     /// Gives this computer's moment to every file that the last pass has made: the disk goes by the real clock.

@@ -125,6 +125,7 @@ class ChangeFaults : public RecordedPasses {
     }
     /// Lets the exchange go on behind the pass with the fault, and at most three rounds further.
     Outcome Recover(int faultyPass) {
+        dealer.KeepOpen();
         for (int pass = faultyPass + 1; pass < Passes(); ++pass) {
             RunPass(pass);
         }

@@ -13,6 +13,7 @@ class CleanUpFaults : public ::testing::Test {
     CleanUpFaults() {
         dealer.Time().SetNow(*ParseDate("2020-11-22 14:00:00"));
         dealer.SetUp(0);
+        dealer.KeepOpen();
         fs::create_directories(main.TemporaryFolder());
         FillPlaces();
         FailingCall counting(FailingCall::Way::None, 0);

@@ -95,6 +95,7 @@ class Faults : public RecordedPasses {
 
     /// Lets the exchange go on behind the pass with the fault, and at most two rounds further.
     Outcome Recover(int faultyPass) {
+        dealer.KeepOpen();
         for (int pass = faultyPass + 1; pass < Passes(); ++pass) {
             RunPass(pass);
         }

@@ -83,7 +83,8 @@ class RecordedPasses : public ::testing::TestWithParam<int> {
 
     std::string Live() const { return folder.Path() + "/live"; }
     std::string Kept(int pass) const { return folder.Path() + "/before-" + std::to_string(pass); }
-    void GoBackTo(int pass) const {
+    void GoBackTo(int pass) {
+        dealer.LetGo();
         std::filesystem::remove_all(Live());
         std::filesystem::copy(Kept(pass), Live(), std::filesystem::copy_options::recursive);
     }

@@ -69,9 +69,10 @@ class DealerComputer {
         RunSync(context, nullptr);
     }
 
-    /// Opening the database takes longer than most of what is done with it; a test that never exchanges its files
-    /// can keep it open.
+    /// Opening the database takes longer than most of what is done with it. A test can keep it open as long as it
+    /// does not exchange its files.
     void KeepOpen() { kept_ = Open(); }
+    void LetGo() { kept_.reset(); }
     std::shared_ptr<suite::SqliteConnection> Open() const {
         return kept_ != nullptr ? kept_
                                 : std::make_shared<suite::SqliteConnection>(
@@ -200,6 +201,12 @@ class Dealer {
         main_.KeepOpen();
         for (const auto& laptop : laptops_) {
             laptop->KeepOpen();
+        }
+    }
+    void LetGo() {
+        main_.LetGo();
+        for (const auto& laptop : laptops_) {
+            laptop->LetGo();
         }
     }
 

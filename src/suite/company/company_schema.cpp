@@ -156,6 +156,15 @@ BEGIN
 END;
 )";
 
+/// The engine's memory of the file that main took last from each workstation. When its number could not be stored
+/// it comes a second time, and what was changed here in between must not go back.
+constexpr std::string_view LastImportsTable = R"(
+CREATE TABLE LastImports (
+  Sender TEXT COLLATE NOCASE PRIMARY KEY,
+  FileID TEXT NOT NULL
+) WITHOUT ROWID;
+)";
+
 /// What stays in this database: it tells about this company alone.
 constexpr std::string_view OwnTables = R"(
 CREATE TABLE CompanyOptions (
@@ -229,7 +238,7 @@ bool IsWhollyExported(const Table& table) {
 
 std::string CompanySchemaScript() {
     std::string script = std::string(ExchangeTables) + SentRangesScript() + std::string(SkippedRangesScript) +
-                         std::string(GivenUpScript) + std::string(OwnTables);
+                         std::string(LastImportsTable) + std::string(GivenUpScript) + std::string(OwnTables);
     for (const Table& table : AuditedTables()) {
         script += AuditedTableScript(table);
     }

@@ -1,6 +1,7 @@
 #include "suite/engine/export_writer.h"
 
 #include "services/failure.h"
+#include "suite/computer/operating_system.h"
 #include "suite/engine/sent_ranges.h"
 #include "suite/files/ascii_case.h"
 
@@ -35,6 +36,7 @@ void ExportWriter::WriteAll(const ExportList& list) {
     if (const std::string seen = AcceptedFiles(connection_); origin_ == ExportOrigin::Tell && !seen.empty()) {
         text_ += "\" Seen=\"";
         AppendXmlText(text_, seen);
+        text_ += "\" FileID=\"" + RandomToken();
     }
     text_ += "\">\n";
     for (const ExportList::Entry& entry : list.Entries()) {

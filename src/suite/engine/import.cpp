@@ -25,6 +25,9 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
     const SqliteCacheSize cache(connection, ImportCacheKibibytes);
     const SqliteTemporaryMemory temporary(connection);
     ImportApplier applier(connection, batch->from, batch->seen);
+    if (!applier.Begin(batch->from, batch->fileID)) {
+        return {};
+    }
     for (; batch != nullptr; batch = pipe.Next()) {
         applier.Apply(*batch);
     }

@@ -14,6 +14,24 @@ ImportApplier::ImportApplier(const SqliteConnection& connection, const std::stri
     insert.Step();
 }
 
+bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) {
+    if (!rules_.IsMain() || fileID.empty()) {
+        return true;
+    }
+    SqliteStatement last = connection_.Prepare("SELECT 1 FROM LastImports WHERE Sender = ?1 AND FileID = ?2");
+    last.Bind(1, sender);
+    last.Bind(2, fileID);
+    if (last.Step()) {
+        return false;
+    }
+    SqliteStatement note =
+        connection_.Prepare("INSERT OR REPLACE INTO LastImports (Sender, FileID) VALUES (?1, ?2)");
+    note.Bind(1, sender);
+    note.Bind(2, fileID);
+    note.Step();
+    return true;
+}
+
 void ImportApplier::Apply(const ImportBatch& batch) {
     for (const ImportRecord& record : batch.records) {
         Apply(batch, record);
@@ -42,8 +60,8 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
         ledger_.AddProblem(batch, record, record.problem);
         return;
     }
-    OriginRules::Decision decision = rules_.Decide(record.table->name, batch.Text(record, record.uniqueID),
-                                                   batch.Text(record, record.origin), record.originID);
+    OriginRules::Decision decision =
+        rules_.Decide(record.table->name, batch.Text(record, record.uniqueID), batch.Text(record, record.origin));
     if (rules_.IsMain()) {
         MarkOrigin(batch, record);
     }

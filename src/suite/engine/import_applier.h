@@ -25,6 +25,10 @@ class ImportApplier {
     /// the record's origin, a workstation does not audit it.
     ImportApplier(const SqliteConnection& connection, const std::string& sender, const std::string& seen);
 
+    /// False when main took this very file last from its sender: then nothing of it is to be applied. A
+    /// workstation takes a file any number of times, for its tables may have been cleared since.
+    bool Begin(const std::string& sender, const std::string& fileID);
+
     void Apply(const ImportBatch& batch);
     /// Durable when it returns.
     void Commit();

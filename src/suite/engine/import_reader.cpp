@@ -114,6 +114,7 @@ bool ImportReader::Read(ImportBatch& batch) {
     SetAside(batch);
     batch.from = from_;
     batch.seen = seen_;
+    batch.fileID = fileID_;
     return true;
 }
 
@@ -168,6 +169,7 @@ void ImportReader::StartExchange(std::string_view name, const char** attributes)
     }
     from_ = Attribute(attributes, "From");
     seen_ = Attribute(attributes, "Seen");
+    fileID_ = Attribute(attributes, "FileID");
 }
 
 void ImportReader::StartTable(std::string_view name, const char** attributes) {

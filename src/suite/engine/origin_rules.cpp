@@ -17,8 +17,6 @@ constexpr std::int64_t RoamingWorkstationType = 2;
 OriginRules::OriginRules(const SqliteConnection& connection, const std::string& sender, const std::string& seen)
     : newest_(connection.Prepare("SELECT ID, Origin FROM AuditLog WHERE TableName = ?1 AND AuditUniqueID = ?2 "
                                  "ORDER BY ID DESC LIMIT 1")),
-      taken_(connection.Prepare("SELECT 1 FROM AuditLog WHERE TableName = ?1 AND AuditUniqueID = ?2 AND ID > ?3 "
-                                "AND Origin = ?4 AND OriginID = ?5")),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")), sender_(sender),
       isMain_(connection.Number("SELECT CompanyType FROM Company") != RoamingWorkstationType),
       skipped_(connection, sender), latest_(connection.Number("SELECT MAX(ID) FROM AuditLog")) {
@@ -48,29 +46,8 @@ bool OriginRules::WasKnown(std::string_view table, const Newest& newest) const {
     return newest.id <= known_ && !skipped_.Hides(table, newest.id);
 }
 
-/// A file whose number could not be stored comes a second time, and a row may travel in two files. What was
-/// changed here in between must not go back. Before the last reset the numbers may have been those of a database
-/// that was restored since, and say nothing.
-bool OriginRules::WasTaken(std::string_view table, std::string_view uniqueID, std::string_view origin,
-                           std::int64_t originID) {
-    if (origin.empty()) {
-        return false;
-    }
-    taken_.Bind(1, table);
-    taken_.Bind(2, uniqueID);
-    taken_.Bind(3, skipped_.End());
-    taken_.Bind(4, origin);
-    taken_.Bind(5, originID);
-    const bool taken = taken_.Step();
-    taken_.Reset();
-    return taken;
-}
-
 OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_view uniqueID,
-                                          std::string_view origin, std::int64_t originID) {
-    if (isMain_ && WasTaken(table, uniqueID, origin, originID)) {
-        return {Verdict::PassOver, {}, {}};
-    }
+                                          std::string_view origin) {
     // A full import asks half a million times: nothing is looked up where no local version can matter.
     if (latest_ <= known_ && skipped_.Empty()) {
         return {};

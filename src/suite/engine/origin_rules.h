@@ -22,7 +22,7 @@ class OriginRules {
         Take,
         TakeAndKeepLoser, ///< the version that stands here was unknown to the sender
         KeepOwn,          ///< the arriving version loses against an unsent change of this workstation
-        PassOver          ///< nothing of it is to be kept: it was taken before, or a newer version is on its way
+        PassOver          ///< nothing of it is to be kept: a newer version of this workstation is on its way
     };
 
     struct Decision {
@@ -31,9 +31,8 @@ class OriginRules {
         std::string winningOrigin;
     };
 
-    /// `origin` is empty for the records of a full export; `originID` numbers the origin's versions.
-    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin,
-                    std::int64_t originID);
+    /// `origin` is empty for the records of a full export.
+    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin);
 
     bool IsMain() const { return isMain_; }
 
@@ -46,11 +45,8 @@ class OriginRules {
     Newest NewestAudit(std::string_view table, std::string_view uniqueID);
 
     bool WasKnown(std::string_view table, const Newest& newest) const;
-    bool WasTaken(std::string_view table, std::string_view uniqueID, std::string_view origin,
-                  std::int64_t originID);
 
     SqliteStatement newest_;
-    SqliteStatement taken_;
     std::string own_;
     std::string sender_;
     bool isMain_ = false;

@@ -53,15 +53,11 @@ std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view rece
 
 SkippedRanges::SkippedRanges(const SqliteConnection& connection, std::string_view receiver) {
     SqliteStatement ranges = connection.Prepare(
-        "SELECT FromID, ifnull(ToID, 9223372036854775807) FROM SkippedRanges WHERE Receiver = ? ORDER BY ID");
+        "SELECT FromID, ifnull(ToID, 9223372036854775807) FROM SkippedRanges WHERE Receiver = ?");
     ranges.Bind(1, receiver);
     while (ranges.Step()) {
         ranges_.push_back({ranges.Integer(0), ranges.Integer(1)});
     }
-}
-
-std::int64_t SkippedRanges::End() const {
-    return ranges_.empty() ? 0 : ranges_.back().to;
 }
 
 bool SkippedRanges::Hides(std::string_view table, std::int64_t auditID) const {

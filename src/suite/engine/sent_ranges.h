@@ -34,8 +34,6 @@ class SkippedRanges {
     SkippedRanges(const SqliteConnection& connection, std::string_view receiver);
 
     bool Empty() const { return ranges_.empty(); }
-    /// The newest audit row when full data last went out; 0 when none did.
-    std::int64_t End() const;
     bool Hides(std::string_view table, std::int64_t auditID) const;
 
   private:

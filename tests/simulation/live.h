@@ -1,0 +1,62 @@
+#pragma once
+
+#include "simulation/simulation.h"
+#include "support/temporary_folder.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace qndr::testing {
+
+using Faults = std::vector<std::string>;
+
+/// QNDR_SEED shifts all seeds, so that the same tests look at other days.
+inline std::uint64_t Seed(std::uint64_t number) {
+    const char* const shift = std::getenv("QNDR_SEED");
+    return number + (shift != nullptr ? std::stoull(shift) : 0);
+}
+
+/// An agent that is not told its root folder files what it retires below the present one.
+class PresentFolder {
+  public:
+    explicit PresentFolder(const std::string& path) { std::filesystem::current_path(path); }
+    ~PresentFolder() { std::filesystem::current_path(before_); }
+    PresentFolder(const PresentFolder&) = delete;
+    PresentFolder& operator=(const PresentFolder&) = delete;
+
+  private:
+    std::filesystem::path before_ = std::filesystem::current_path();
+};
+
+/// A day of main and that many workstations, and the time until all is quiet.
+inline simulation::SimulationResult Live(std::uint64_t seed, const Faults& faults, int workstations) {
+    const test::TemporaryFolder folder(test::QuickPlace());
+    const PresentFolder present(folder.Path());
+    return simulation::Simulation(
+               {.seed = seed, .workstations = workstations, .days = 1, .faults = faults, .folder = folder.Path()})
+        .Run();
+}
+
+/// How to see it again, what it was and what led to it; empty when nothing was.
+inline std::string Describe(std::uint64_t seed, int workstations, const simulation::SimulationResult& result) {
+    if (result.violation.empty()) {
+        return "";
+    }
+    constexpr std::size_t shown = 40;
+    std::string text = "qndr5sim --days 1 --seed " + std::to_string(seed) + " --workstations " +
+                       std::to_string(workstations) + " --faults " + result.faultsInPlan + '\n' +
+                       result.violation + '\n';
+    const std::size_t count = result.lastEvents.size();
+    for (std::size_t event = count > shown ? count - shown : 0; event < count; ++event) {
+        text += result.lastEvents[event] + '\n';
+    }
+    return text;
+}
+
+/// The canaries' days. They have no fault that the protocol gives anything up for.
+inline constexpr int CanarySeeds = 20;
+inline const Faults CanaryFaults{"delay-file", "drift-clock"};
+
+} // namespace qndr::testing
