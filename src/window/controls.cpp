@@ -108,7 +108,7 @@ void BuildStatusPage(QTabWidget& tabs, Controls& controls) {
     controls.lblNextSync = MakeValue("lblNextSync", "{next sync}", Qt::ElideRight);
     controls.lblFileCount = MakeLabel("lblFileCount", "{T/M/R}");
     controls.lblFileCount->setToolTip("Total number of files / Files for Main / Files for Local Roaming");
-    controls.lblActivity = MakeValue("lblActivity", "{activity}", Qt::ElideRight);
+    controls.lblActivity = MakeValue("lblActivity", "{activity}", Qt::ElideMiddle);
     controls.cmdSyncNow = MakeButton("cmdSyncNow", "Sync Now", 'N');
     page.Add(MakeLabel("Label4", "Agent status:"), controls.lblHeartbeat);
     page.Add(MakeLabel("Label7", "Last sync:"), controls.lblLastSync);
