@@ -88,6 +88,7 @@ void Judge::NoteSentTwice(const Dropped& file) {
 
 void Judge::NoteRefusals() {
     static const std::set<std::string> refusingAnImport{"Engine.ImportFile",
+                                                        "IniTools.GetValue",
                                                         "Engine.Initialize",
                                                         "ZipArchive.OpenZip",
                                                         "ZipArchive.GetEntryByName",

@@ -1,4 +1,5 @@
 #include "support/dealer.h"
+#include "support/scripted_gate.h"
 
 namespace qndr::testing {
 namespace {
@@ -291,6 +292,20 @@ TEST_F(ChangeFlow, DataThatTheEngineRefusesIsLostAndDoesNotBlockTheSequence) {
     EXPECT_TRUE(dealer.ComeToRest());
     EXPECT_EQ(two.Get("Groups", "H", "Name"), "next");
     EXPECT_EQ(NameOn(main), "");
+}
+
+TEST_F(ChangeFlow, AFileWhoseNumberMainCouldNotStoreTakesNothingBackWhenItComesAgain) {
+    Name(one, "of one");
+    one.RunPass();
+    ScriptedGate gate;
+    gate.RefuseOnly("Database.ExecuteNonQuery", 1);
+    main.RunPass(&gate);
+    ASSERT_EQ(NameOn(main), "of one");
+    ASSERT_EQ(CounterOnMain("NextSequenceFromRoaming", one), 0);
+    Name(main, "later");
+    ExpectAgreement();
+    EXPECT_EQ(NameOn(main), "later");
+    EXPECT_EQ(main.Conflicts(), "");
 }
 
 } // namespace

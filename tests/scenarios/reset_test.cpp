@@ -188,6 +188,30 @@ TEST_F(Reset, WhoseDataCannotBeExtractedIsTriedAgain) {
     ExpectNormalRunning();
 }
 
+// Orders are no part of the full data: the laptop goes on with the version that it has.
+TEST_F(Reset, KeepsMainsChangeOfAnOrderThatTheLaptopNeverGot) {
+    Ask(one);
+    ASSERT_TRUE(dealer.FinishResets());
+    main.Put("Orders", "O", "Notes", "seen by both");
+    ASSERT_TRUE(dealer.ComeToRest());
+    main.Put("Orders", "O", "Notes", "of main");
+    main.RunPass();
+    Ask(one); // throws away unread what is on its way
+    ASSERT_TRUE(dealer.FinishResets());
+    ASSERT_EQ(one.Get("Orders", "O", "Notes"), "seen by both");
+
+    one.Put("Orders", "O", "Notes", "of the laptop");
+    ASSERT_TRUE(dealer.ComeToRest());
+    EXPECT_EQ(main.Get("Orders", "O", "Notes"), "of the laptop");
+    EXPECT_NE(main.Conflicts().find(R"("Notes":"of main")"), std::string::npos) << main.Conflicts();
+
+    main.Put("Orders", "O", "Notes", "of main again");
+    ASSERT_TRUE(dealer.ComeToRest());
+    one.Put("Orders", "O", "Notes", "seen and changed");
+    ASSERT_TRUE(dealer.ComeToRest());
+    EXPECT_EQ(main.Number("SELECT COUNT(*) FROM ImportConflicts"), 1) << "what the laptop saw is no loss";
+}
+
 // There is no second try behind refused data; a person sees the empty tables and asks again.
 TEST_F(Reset, WhoseDataIsRefusedEndsWithClearedTablesUntilTheNextOne) {
     BringFullData();

@@ -162,6 +162,85 @@ TEST(EngineSeenTest, AFileTellsWhatItsSenderHadAcceptedAndTheReceiverForgetsTheR
     EXPECT_EQ(ranges(), "0>40 1>50");
 }
 
+/// Main as it stands towards one of its laptops, whose numbers the agent would move.
+class EngineSkippedTest : public testing::Test {
+  protected:
+    EngineSkippedTest() {
+        main.Run("INSERT INTO RoamingWorkstations (UniqueID, SyncState) VALUES ('" + LaptopID + "', 4), ('" +
+                 OtherLaptopID + "', 4)");
+    }
+
+    void Set(const std::string& values) {
+        main.Run("UPDATE RoamingWorkstations SET " + values + " WHERE UniqueID = '" + LaptopID + "'");
+    }
+    void Reset(std::int64_t lastAuditID) {
+        Set("SyncState = 6, NextSequenceToRoaming = 0, NextSequenceFromRoaming = 0");
+        Set("SyncState = 5");
+        Set("SyncState = 4, NextSequenceToRoaming = 1, LastAuditID = " + std::to_string(lastAuditID));
+    }
+    /// A file of the laptop, which had accepted so many of main's.
+    void Receive(const std::string& tables, int accepted) {
+        const std::string file = folder.Path("data.xml");
+        WriteFile(file, Exchange(tables, LaptopID, MainID + ":" + std::to_string(accepted)));
+        ASSERT_TRUE(main.engine.ImportFile(file));
+    }
+    std::string Ranges() {
+        return main.Value("SELECT group_concat(substr(Receiver, 1, 1) || FromID || '-' || ifnull(ToID, ''), ' ') "
+                          "FROM (SELECT * FROM SkippedRanges ORDER BY ID)");
+    }
+
+    const TestFolder folder;
+    EngineCompany main{folder, MainID, 1};
+};
+
+TEST_F(EngineSkippedTest, ARangeBeginsBehindWhatTheLaptopHasAndEndsWithTheFullData) {
+    Set("SyncState = 1");
+    EXPECT_EQ(Ranges(), "B0-");
+    Set("SyncState = 3, LastAuditID = 10");
+    EXPECT_EQ(Ranges(), "B0-10");
+    Set("SyncState = 4");
+    Set("LastAuditID = 20, NextSequenceToRoaming = 1");
+    Set("LastAuditID = 30, NextSequenceToRoaming = 2");
+    Receive("", 1);
+    Set("SyncState = 6, NextSequenceToRoaming = 0");
+    EXPECT_EQ(Ranges(), "B0-10 B20-") << "the second file may be thrown away unread";
+    Set("SyncState = 6");
+    Set("SyncState = 5");
+    EXPECT_EQ(Ranges(), "B0-10 B20-") << "asked for again";
+    Set("SyncState = 4, LastAuditID = 40, NextSequenceToRoaming = 1");
+    EXPECT_EQ(Ranges(), "B0-10 B20-40");
+}
+
+TEST_F(EngineSkippedTest, OnlyWhatFullDataLeavesOutIsUnknownToTheLaptopBehindIt) {
+    const auto change = [&](const std::string& to) {
+        main.Run("INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('L', '" + to +
+                 "') ON CONFLICT (UniqueID) DO UPDATE SET Name = excluded.Name;"
+                 "INSERT INTO Orders (UniqueID, Notes) VALUES ('O', '" +
+                 to + "') ON CONFLICT (UniqueID) DO UPDATE SET Notes = excluded.Notes");
+    };
+    const auto arrives = [&](const std::string& value, int accepted) {
+        const std::string origin = "><Record Origin=\"" + LaptopID + "\" OriginID=\"5\"><UniqueID>";
+        Receive("<Table Name=\"PhoneLabels\"" + origin + "L</UniqueID><Name>" + value +
+                    "</Name></Record></Table><Table Name=\"Orders\"" + origin + "O</UniqueID><Notes>" + value +
+                    "</Notes></Record></Table>",
+                accepted);
+    };
+    const auto conflicts = [&] { return main.Value("SELECT group_concat(TableName) FROM ImportConflicts"); };
+    change("seen");
+    Set("LastAuditID = 2, NextSequenceToRoaming = 1");
+    change("skipped");
+    Reset(4);
+    Reset(4);
+    arrives("edited", 1);
+    EXPECT_EQ(conflicts(), "Orders");
+
+    main.Run("DELETE FROM ImportConflicts");
+    change("sent");
+    Set("NextSequenceToRoaming = 2, LastAuditID = (SELECT MAX(ID) FROM AuditLog)");
+    arrives("edited with sight of it", 2);
+    EXPECT_EQ(conflicts(), "");
+}
+
 /// Main and two laptops that exchange audited changes of two rows through queues of files, as late as they like.
 /// Every edit writes a name that no other edit writes.
 class Exchanging {
