@@ -73,7 +73,7 @@ std::optional<std::string> ReadAll(const std::string& text, ImportReader::Unknow
         Require(*failure.what() != '\0', "a refusal has a reason");
         return std::nullopt;
     }
-    return all + batch.from + "|" + batch.seen;
+    return all + batch.from + "|" + batch.seen + "|" + batch.fileID;
 }
 
 /// The same file with blanks in its first tag, so many that the reader's first piece ends in the middle of the

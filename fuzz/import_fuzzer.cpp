@@ -22,7 +22,8 @@ class Company : public EngineCompany {
         sqlite3_db_config(Connection().Handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
         std::string script = "BEGIN; UPDATE GivenUpMark SET AuditID = 0; DELETE FROM GivenUpChanges;"
                              "UPDATE Company SET SyncState = 0, LastAuditID = 0, NextSequenceToMain = 0;"
-                             "DELETE FROM SentRanges; INSERT INTO SentRanges VALUES ('', 0, 0);";
+                             "DELETE FROM SentRanges; INSERT INTO SentRanges VALUES ('', 0, 0);"
+                             "DELETE FROM LastImports;";
         for (const std::string& table : UsedTables()) {
             script += "DELETE FROM \"" + table + "\";";
         }
