@@ -7,7 +7,7 @@
 namespace qndr::testing {
 namespace {
 
-TEST(Canary, IsCaughtWithinTwentySeedsAndByTheSameSeedAgain) {
+TEST(Canary, IsCaughtWithinTwelveSeedsAndByTheSameSeedAgain) {
     for (std::uint64_t number = 1; number <= CanarySeeds; ++number) {
         const auto first = Live(Seed(number), CanaryFaults, 2);
         if (!first.violation.empty()) {

@@ -56,7 +56,7 @@ inline std::string Describe(std::uint64_t seed, int workstations, const simulati
 }
 
 /// The canaries' days. They have no fault that the protocol gives anything up for.
-inline constexpr int CanarySeeds = 20;
+inline constexpr int CanarySeeds = 12;
 inline const Faults CanaryFaults{"delay-file", "drift-clock"};
 
 } // namespace qndr::testing
