@@ -29,6 +29,7 @@ struct ObservedCompany {
     std::int64_t openConflicts = 0;
     std::int64_t putAside = 0; ///< records of the last `days` days
     std::string damage;        ///< what the database's own check found; empty when it is sound
+    std::string cannotStore; ///< why its agent could not store something lately; empty when it has since, or could
 };
 
 /// A company file behind which there is no company that can be asked.

@@ -147,6 +147,9 @@ void CompanyLibrary::SetConnectionString(const std::string& text) {
     state_->database.Close();
     state_->trouble.Clear();
     state_->database.Use(SqliteFileOf(text));
+    if (state_->trouble.LacksFirstData(state_->database.Path())) {
+        AwaitFirstData();
+    }
 }
 
 void CompanyLibrary::SetPSDFile(const std::string& path) {
@@ -234,9 +237,26 @@ void CompanyLibrary::TellOfTrouble() {
     }
 }
 
+/// A workstation may find two files of the first exchange, take the one and fail with the other. Ready, it would
+/// take the one that was kept back for a file of changes.
+void CompanyLibrary::AwaitFirstData() {
+    ComputerTrouble& trouble = state_->trouble;
+    try {
+        Connection().Execute("UPDATE Company SET SyncState = 2 WHERE CompanyType = 2 AND SyncState = 4");
+        trouble.SetLacksFirstData(state_->database.Path(), false);
+    } catch (const services::Failure& failure) {
+        trouble.Note(std::string("The state of the first exchange could not be stored, and all waits: ") +
+                     failure.what());
+        trouble.SetLacksFirstData(state_->database.Path(), true);
+    }
+}
+
 void CompanyLibrary::PreTerminate() {
     if (state_->database.HasFile()) {
         TellOfTrouble();
+        if (state_->trouble.HasKeptBack()) {
+            AwaitFirstData();
+        }
     }
     state_->database.Close();
     state_->trouble.Clear();

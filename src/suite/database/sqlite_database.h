@@ -24,6 +24,7 @@ class SqliteDatabase : public services::Database {
     /// Closes the file in use; there is none from now on.
     void Close();
     bool HasFile() const { return !path_.empty(); }
+    const std::string& Path() const { return path_; }
 
     /// Raises when the file cannot be opened.
     SqliteConnection& Connection();

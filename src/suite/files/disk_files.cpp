@@ -72,7 +72,7 @@ bool MayBecomeFile(const std::string& target, bool overwrite) {
 
 } // namespace
 
-DiskFileTools::DiskFileTools(std::string temporaryFolder, const ComputerTrouble* trouble)
+DiskFileTools::DiskFileTools(std::string temporaryFolder, ComputerTrouble* trouble)
     : temporaryFolder_(std::move(temporaryFolder)), trouble_(trouble) {
 }
 
