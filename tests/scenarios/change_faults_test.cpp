@@ -35,9 +35,8 @@ bool Explains(const std::string& call, Outcome outcome) {
     case Outcome::NumberTwice:
         return call == "Database.ExecuteNonQuery";
     case Outcome::DataRefused:
-        return IsOneOf(call,
-                       {"Engine.ImportFile", "Engine.Initialize", "Engine.AddToExport",
-                        "ObjectFactory.CreateZipArchive", "ZipArchive.OpenZip", "ZipArchive.GetEntryByName"});
+        return IsOneOf(call, {"Engine.ImportFile", "Engine.AddToExport", "ObjectFactory.CreateZipArchive",
+                              "ZipArchive.OpenZip", "ZipArchive.GetEntryByName"});
     case Outcome::Misnumbered:
         // No write of a descriptor is examined, and a number or an identity that cannot be read is 0 or empty.
         return IsOneOf(call, {"IniTools.SetValue", "PathTools.FixPath", "Database.ExecuteScaler"});
