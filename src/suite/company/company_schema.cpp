@@ -167,6 +167,7 @@ CREATE TABLE LastImports (
 
 /// What stays in this database: it tells about this company alone.
 constexpr std::string_view OwnTables = R"(
+CREATE TABLE SchemaVersion (Version INTEGER NOT NULL);
 CREATE TABLE CompanyOptions (
   Profile TEXT COLLATE NOCASE NOT NULL,
   Section TEXT COLLATE NOCASE NOT NULL,
@@ -238,7 +239,9 @@ bool IsWhollyExported(const Table& table) {
 
 std::string CompanySchemaScript() {
     std::string script = std::string(ExchangeTables) + SentRangesScript() + std::string(SkippedRangesScript) +
-                         std::string(LastImportsTable) + std::string(GivenUpScript) + std::string(OwnTables);
+                         std::string(LastImportsTable) + std::string(GivenUpScript) + std::string(OwnTables) +
+                         "INSERT INTO SchemaVersion (Version) VALUES (" + std::to_string(CompanySchemaVersion) +
+                         ");\n";
     for (const Table& table : AuditedTables()) {
         script += AuditedTableScript(table);
     }
