@@ -1,6 +1,7 @@
 #include "suite/company/company_schema.h"
 
 #include "suite/company/company_ddl.h"
+#include "suite/company/exchange_memory.h"
 #include "suite/files/ascii_case.h"
 
 #include <algorithm>
@@ -238,7 +239,8 @@ bool IsWhollyExported(const Table& table) {
 
 std::string CompanySchemaScript() {
     std::string script = std::string(ExchangeTables) + SentRangesScript() + std::string(SkippedRangesScript) +
-                         std::string(LastImportsTable) + std::string(GivenUpScript) + std::string(OwnTables);
+                         std::string(LastImportsTable) + std::string(GivenUpScript) + std::string(OwnTables) +
+                         SnapshotMemoryScript();
     for (const Table& table : AuditedTables()) {
         script += AuditedTableScript(table);
     }

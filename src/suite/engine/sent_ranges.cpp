@@ -51,6 +51,15 @@ std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view rece
     return covered;
 }
 
+void NoteSnapshot(const SqliteConnection& connection, std::int64_t newestAuditID) {
+    SqliteTransaction transaction(connection, SqliteTransaction::Kind::Write);
+    connection.Execute("DELETE FROM ExportSnapshot");
+    SqliteStatement note = connection.Prepare("INSERT INTO ExportSnapshot (AuditID) VALUES (?1)");
+    note.Bind(1, newestAuditID);
+    note.Step();
+    transaction.Commit();
+}
+
 SkippedRanges::SkippedRanges(const SqliteConnection& connection, std::string_view receiver) {
     SqliteStatement ranges = connection.Prepare(
         "SELECT FromID, ifnull(ToID, 9223372036854775807) FROM SkippedRanges WHERE Receiver = ?");

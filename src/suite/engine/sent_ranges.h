@@ -26,6 +26,10 @@ inline constexpr std::string_view MainReceiver;
 /// transaction.
 std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view receiver, std::int64_t files);
 
+/// Remembers the newest audit row of an export of whole tables as it stood in the export's transaction, in the
+/// place of what was remembered; a transaction of its own.
+void NoteSnapshot(const SqliteConnection& connection, std::int64_t newestAuditID);
+
 /// The audit rows that full data to a workstation has skipped. A row whose newest version is among them never got
 /// there, unless the table's rows are all part of full data.
 class SkippedRanges {
