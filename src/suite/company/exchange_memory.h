@@ -8,4 +8,8 @@ namespace qndr::suite {
 /// early for.
 std::string SnapshotMemoryScript();
 
+/// The engine's memory, at both ends, of files that count as taken and whose data are not in. To be run behind the
+/// scripts of the tables that it watches.
+std::string RefusalMemoryScript();
+
 } // namespace qndr::suite

@@ -1,6 +1,7 @@
 #include "suite/engine/sent_ranges.h"
 
 #include "suite/company/company_schema.h"
+#include "suite/engine/refused_files.h"
 #include "suite/files/ascii_case.h"
 
 #include <algorithm>
@@ -11,9 +12,13 @@ namespace qndr::suite {
 std::string AcceptedFiles(const SqliteConnection& connection) {
     return connection
         .Value(
-            "SELECT group_concat(UniqueID || ':' || Files, ' ') FROM ("
-            "SELECT MainUniqueID AS UniqueID, NextSequenceFromMain AS Files FROM Company WHERE MainUniqueID <> '' "
-            "UNION ALL SELECT UniqueID, NextSequenceFromRoaming FROM RoamingWorkstations)")
+            "SELECT group_concat(UniqueID || ':' || ifnull((SELECT min(Files, Sequence) FROM RefusedFiles WHERE "
+            "Sender = SenderKey ORDER BY Sequence LIMIT 1 OFFSET " +
+            std::to_string(MostRefusedFilesTold) +
+            "), Files), ' ') FROM (SELECT MainUniqueID AS UniqueID, '' AS SenderKey, NextSequenceFromMain AS "
+            "Files "
+            "FROM Company WHERE MainUniqueID <> '' "
+            "UNION ALL SELECT UniqueID, UniqueID, NextSequenceFromRoaming FROM RoamingWorkstations)")
         .value_or("");
 }
 

@@ -11,7 +11,9 @@
 namespace qndr::suite {
 
 /// How many change files of each company this one exchanges with it has accepted, as "UniqueID:number" with blanks
-/// between: main for a workstation, all workstations for main. Empty for a company that exchanges with none.
+/// between: main for a workstation, all workstations for main. Empty for a company that exchanges with none. Those
+/// of them that it could not take in stand in RefusedFiles; behind more of them than that tells, nothing is
+/// accepted.
 std::string AcceptedFiles(const SqliteConnection& connection);
 
 /// The number that a text of AcceptedFiles has for a company; nothing when it has none.
