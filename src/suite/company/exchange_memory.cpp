@@ -83,7 +83,7 @@ std::string RefusalEventScript() {
            "||\n"
            "    ifnull((SELECT ifnull(nullif(Name, ''), UniqueID) FROM RoamingWorkstations WHERE UniqueID = "
            "NEW.Sender), 'main') ||\n    ' could not be imported, and will not come again.', " +
-           std::to_string(event::FileRefused) + ");\nEND;\n";
+           std::to_string(FileRefusedEvent) + ");\nEND;\n";
 }
 
 } // namespace

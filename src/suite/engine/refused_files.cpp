@@ -36,7 +36,7 @@ void NoteNotTaken(const SqliteConnection& connection, std::string_view receiver,
     SqliteStatement tell = connection.Prepare(TellFile);
     tell.Bind(1, receiver);
     tell.Bind(2, sequence);
-    tell.Bind(3, std::int64_t{event::FileRefused});
+    tell.Bind(3, std::int64_t{FileRefusedEvent});
     tell.Step();
 }
 
