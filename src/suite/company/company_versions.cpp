@@ -64,6 +64,25 @@ CREATE TABLE LastImports (
     Step{6, R"(
 CREATE TABLE SchemaVersion (Version INTEGER NOT NULL);
 INSERT INTO SchemaVersion (Version) VALUES (0);
+CREATE TABLE ExportSnapshot (AuditID INTEGER NOT NULL);
+CREATE TABLE TakenFile (Sender TEXT COLLATE NOCASE);
+INSERT INTO TakenFile (Sender) VALUES (NULL);
+CREATE TABLE RefusedFiles (
+  Sender TEXT COLLATE NOCASE NOT NULL,
+  Sequence INTEGER NOT NULL,
+  RefusedOn TEXT NOT NULL,
+  PRIMARY KEY (Sender, Sequence)
+) WITHOUT ROWID;
+CREATE TABLE NotTakenFiles (
+  Receiver TEXT COLLATE NOCASE NOT NULL,
+  Sequence INTEGER NOT NULL,
+  FromID INTEGER NOT NULL,
+  ToID INTEGER NOT NULL,
+  ToldOn TEXT NOT NULL,
+  PRIMARY KEY (Receiver, Sequence)
+) WITHOUT ROWID;
+DROP INDEX ixAuditLog_Row;
+CREATE INDEX ixAuditLog_Row ON AuditLog (TableName COLLATE NOCASE, AuditUniqueID COLLATE NOCASE);
 )"},
 };
 static_assert(Steps.back().version == CompanySchemaVersion);
