@@ -14,8 +14,8 @@ int RunAgent(const qndr::AgentProgram& program, const qndr::Options& options) {
     qndr::suite::SystemTicks ticks;
     qndr::suite::SystemClock clock;
     qndr::suite::HeadlessLoop loop(ticks);
-    const qndr::ComputerServices outside(computer, {clock, loop, loop}, qndr::AgentName,
-                                         qndr::SwitchNames(program.switches));
+    qndr::ComputerServices outside(computer, {clock, loop, loop}, qndr::AgentName,
+                                   qndr::SwitchNames(program.switches));
     qndr::AgentContext context(outside.Services());
 
     qndr::PassReport report(program.name, std::cerr);
@@ -24,6 +24,7 @@ int RunAgent(const qndr::AgentProgram& program, const qndr::Options& options) {
         return *status;
     }
     qndr::HeadlessAgent agent(context, loop, isatty(STDOUT_FILENO) != 0 ? &std::cout : nullptr);
+    outside.TellWaitsTo([&](const std::string& text) { agent.ShowWait(text); });
     if (options.passes) {
         agent.RunPasses(*options.passes);
         return report.Status();

@@ -3,8 +3,9 @@
 namespace qndr::suite {
 
 ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBatch& first)
-    : connection_(connection), transaction_(connection, SqliteTransaction::Kind::Write), rules_(connection, first),
-      audits_(connection, rules_.IsMain()), ledger_(connection) {
+    : connection_(connection),
+      transaction_(connection, SqliteTransaction::Kind::Write, LockWait::Patience::Import),
+      rules_(connection, first), audits_(connection, rules_.IsMain()), ledger_(connection) {
     KeepBeforeImport(connection_);
     givenUp_.emplace(connection_);
     SqliteStatement insert =
