@@ -15,6 +15,7 @@ namespace {
 
 void OpenMain(GoldenRun& run, int state, const std::string& numbers = "") {
     run.OpenCompany(1);
+    run.Sql("UPDATE Company SET UniqueID = '{" + MainID + "}'"); // braces do no harm
     run.AddWorkstation(RoamingID, state);
     run.Sql(
         "UPDATE RoamingWorkstations SET LastAuditID = 1, NextSequenceToRoaming = 5, NextSequenceFromRoaming = 6" +

@@ -23,11 +23,12 @@ class ScriptedGate : public services::CallGate {
         }
         const std::string name(call);
         calls_.push_back(name);
-        if (calls_.size() == failing_) {
-            return Fail();
-        }
+        const bool isFailing = calls_.size() == failing_;
         if (const auto action = actions_.find(name); action != actions_.end()) {
             action->second();
+        }
+        if (isFailing) {
+            return Fail();
         }
         const auto refused = refused_.find(name);
         return refused == refused_.end() || --refused->second < 0;
