@@ -203,8 +203,8 @@ class NotingLibrary : public services::SharedCodeLibraryWrapper, private service
     }
 
   private:
-    std::int32_t ExecuteNonQuery(const std::string& statement) override {
-        statements_.push_back(statement);
+    std::int32_t ExecuteNonQuery(const services::Statement& statement) override {
+        statements_.push_back(statement.Text());
         return real_->ExecuteNonQuery(statement);
     }
     void PreTerminate() override { real_->PreTerminate(); }
@@ -244,7 +244,7 @@ TEST_P(ApplyChangesFromMainTest, ResetClearsImportsAndCountsTheLogAsSent) {
           "EmployeeSecurityRoles", "Reports", "SetupOptions", "AdditionalCharges", "EmailTemplates",
           "SecurityRoleAccess", "EmailLabels", "PhoneLabels", "cacheProductStyles", "AuditLog"}) {
         expected.push_back("DELETE FROM " + std::string(table));
-        EXPECT_NE(Company().ExecuteNonQuery(expected.back() + " WHERE 1 = 0"), -1) << table;
+        EXPECT_NE(Company().ExecuteNonQuery(services::Statement(expected.back() + " WHERE 1 = 0")), -1) << table;
     }
     EXPECT_EQ(cleared, expected);
     EXPECT_EQ(gate.Count("SqlConnection.PreTerminate"), 1);

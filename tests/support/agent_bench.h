@@ -4,6 +4,7 @@
 #include "shared/activity.h"
 #include "shared/agent_context.h"
 #include "shared/settings.h"
+#include "suite/company/company_library.h"
 #include "suite/company/company_schema.h"
 #include "suite/company/connection_string.h"
 #include "suite/computer/registry_store.h"
@@ -174,10 +175,12 @@ class AgentBench : public ::testing::Test {
             "', 'Laptop', " + std::to_string(referenceCode) + ", " + std::to_string(state) + ")");
     }
     services::Database& Company() { return context.Library->Implementation().Database(); }
-    void Sql(const std::string& statement) {
-        ASSERT_NE(Company().ExecuteNonQuery(statement), -1) << Company().LastSQLErrorDescription();
+    /// The company's database as it is to everybody but the agent.
+    suite::SqliteConnection& Connection() {
+        return dynamic_cast<suite::CompanyLibrary&>(context.Library->Implementation()).Connection();
     }
-    std::string Value(const std::string& statement) { return Company().ExecuteScaler(statement).ToText(); }
+    void Sql(const std::string& statement) { Connection().Execute(statement); }
+    std::string Value(const std::string& statement) { return Connection().Value(statement).value_or(""); }
 
     /// Packs the files, given as name and content, into an archive at the path.
     void Pack(const std::string& path, const std::vector<std::pair<std::string, std::string>>& files) {

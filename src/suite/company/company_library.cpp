@@ -3,6 +3,7 @@
 #include "services/failure.h"
 #include "suite/company/connection_string.h"
 #include "suite/company/provisioning.h"
+#include "suite/computer/ticks.h"
 #include "suite/database/sqlite_database.h"
 #include "suite/engine/given_up_changes.h"
 
@@ -13,6 +14,8 @@ using services::CurrentUserHive;
 
 constexpr const char* kRoleName = "RoamingWorkstation";
 constexpr const char* kLocationPrefix = "UFL:";
+constexpr const char* kAgentKey = R"(Software\Velmoran\Ordergrove Suite\5.0)";
+constexpr const char* kStopName = "StopSync";
 
 std::string ProfileKey(const std::string& profile) {
     return R"(Software\Velmoran\Ordergrove Suite\5.0\Settings ()" + profile + ")";
@@ -82,7 +85,7 @@ class LibrarySql : public services::SqlConnection {
   public:
     explicit LibrarySql(SqliteDatabase& database) : database_(database) {}
 
-    std::int32_t ExecuteNonQuery(const std::string& statement) override {
+    std::int32_t ExecuteNonQuery(const services::Statement& statement) override {
         try {
             const SqliteConnection& connection = database_.Connection();
             SqliteTransaction transaction(connection, SqliteTransaction::Kind::Write);
@@ -122,6 +125,12 @@ struct CompanyLibrary::State {
 
 CompanyLibrary::CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock)
     : state_(std::make_unique<State>(registry, clock)) {
+    StatementLimits limits;
+    // A signal becomes StopSync when the agent lets messages through, which it does not within a statement.
+    limits.isStopping = [&registry] {
+        return EndRequestWaits() || registry.GetLong(CurrentUserHive, kAgentKey, kStopName, 0) != 0;
+    };
+    state_->database.SetLimits(std::move(limits));
 }
 
 CompanyLibrary::~CompanyLibrary() = default;

@@ -1,6 +1,7 @@
 #include "suite/database/sqlite_database.h"
 
 #include "services/failure.h"
+#include "suite/database/fenced_statement.h"
 #include "suite/database/record_table.h"
 
 #include <algorithm>
@@ -75,19 +76,22 @@ SqliteConnection& SqliteDatabase::Connection() {
     return *connection_;
 }
 
-Variant SqliteDatabase::ExecuteScaler(const std::string& statement, const std::string&, const Variant& fallback) {
+Variant SqliteDatabase::ExecuteScaler(const services::Statement& statement, const std::string&,
+                                      const Variant& fallback) {
     lastError_.clear();
     DemandFile();
     try {
-        SqliteStatement prepared = Connection().Prepare(statement);
-        return FirstValue(prepared, fallback);
+        Variant value;
+        RunFenced(Connection(), statement, limits_,
+                  [&](SqliteStatement& prepared) { value = FirstValue(prepared, fallback); });
+        return value;
     } catch (const Failure& failure) {
         lastError_ = failure.what();
         throw;
     }
 }
 
-std::int32_t SqliteDatabase::ExecuteNonQuery(const std::string& statement) {
+std::int32_t SqliteDatabase::ExecuteNonQuery(const services::Statement& statement) {
     lastError_.clear();
     DemandFile();
     try {
@@ -95,7 +99,10 @@ std::int32_t SqliteDatabase::ExecuteNonQuery(const std::string& statement) {
         // The count of the last statement that changed rows stays where it is under one that changes none. Only
         // the total, which has the triggers' rows in it, tells the two apart.
         const sqlite3_int64 totalBefore = sqlite3_total_changes64(connection.Handle());
-        connection.Execute(statement);
+        RunFenced(connection, statement, limits_, [](SqliteStatement& prepared) {
+            while (prepared.Step()) {
+            }
+        });
         if (sqlite3_total_changes64(connection.Handle()) == totalBefore) {
             return 0;
         }
@@ -107,12 +114,13 @@ std::int32_t SqliteDatabase::ExecuteNonQuery(const std::string& statement) {
     }
 }
 
-std::unique_ptr<services::RecordDocument> SqliteDatabase::ExecuteRead(const std::string& statement) {
+std::unique_ptr<services::RecordDocument> SqliteDatabase::ExecuteRead(const services::Statement& statement) {
     lastError_.clear();
     DemandFile();
     try {
-        SqliteStatement prepared = Connection().Prepare(statement);
-        return ReadAll(prepared);
+        std::unique_ptr<RecordTable> rows;
+        RunFenced(Connection(), statement, limits_, [&](SqliteStatement& prepared) { rows = ReadAll(prepared); });
+        return rows;
     } catch (const Failure& failure) {
         lastError_ = failure.what();
         return nullptr;
