@@ -79,7 +79,7 @@ TEST_F(ExportAuditedChangesTest, OrdersAreBackedUpOnceForEachExport) {
 
 TEST_F(ExportAuditedChangesTest, BackupIsAnArchiveInTheFolderOfTheLocalMonthAndStopsNothing) {
     time.SetNow(*ParseDate("2026-11-30 23:00:00"));
-    Audit("Orders", 5, 2, "10:01");
+    Audit("Orders", 5, 2, "/../../../../../Sync/x");
     Audit("Orders", 4, 2, "1001");
     const std::string month = "Local/Acme/Sync Local/Orders/2026/11/";
     const std::string archive = "ODR1001~TOKEN~20261201T040001.zip";
@@ -89,10 +89,10 @@ TEST_F(ExportAuditedChangesTest, BackupIsAnArchiveInTheFolderOfTheLocalMonthAndS
     EXPECT_EQ(TakeLog(),
               (Lines{"Order U5" + exported, packed,
                      "Error: Unable to copy a order backup file 'Temp/suzTOKEN.zip' to '" + month +
-                         "ODR10:01~TOKEN~20261201T040001.zip'.",
+                         "ODR/../../../../../Sync/x~TOKEN~20261201T040001.zip'.",
                      "Order U4" + exported, packed,
                      "The order backup file 'Temp/suzTOKEN.zip' was copied to '" + month + archive + "'."}))
-        << "the first number is none that a file name can carry";
+        << "the first number leads elsewhere";
     EXPECT_EQ(FilesBelow("Temp"), Lines{});
     suite::LibZipArchive zip;
     EXPECT_NE(zip.OpenZip(std::filesystem::directory_iterator(Path(month))->path()), 0);
@@ -133,6 +133,7 @@ TEST_F(ExportAuditedChangesTest, BackupIsAnArchiveInTheFolderOfTheLocalMonthAndS
         gate.Before(call, [] {});
     }
     EXPECT_EQ(FilesBelow("Local"), Lines{month + archive});
+    EXPECT_EQ(FilesBelow("Sync"), Lines{});
     EXPECT_EQ(gate.Count("ZipArchive.CloseZip"), 4) << "not when there was no archive to close";
     EXPECT_EQ(Events(), "");
 }

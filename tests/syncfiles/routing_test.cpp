@@ -63,6 +63,26 @@ TEST_F(RoutingTest, FailedCopyIsReportedAndItsHistoryCopyStays) {
     EXPECT_EQ(FilesBelow("Local"), kept);
 }
 
+TEST_F(RoutingTest, NameNeverLeadsToAnotherFolder) {
+    std::filesystem::create_directories(Path("Sync/x"));
+    for (const std::string id : {"x/../../y", "x/y", "x\\y", "x\ny"}) {
+        Sql("UPDATE Company SET MainUniqueID = '" + id + "'");
+        Sql("UPDATE RoamingWorkstations SET UniqueID = '" + id + "'");
+        context.SyncFolder = Path("Sync");
+        context.RoamingUniqueID = id;
+        EXPECT_FALSE(CopySyncFileToMain(context, source)) << id;
+        EXPECT_FALSE(CopyToRoaming()) << id;
+        EXPECT_FALSE(CopyHeartbeatFileToMain(context, source, heartbeatFile)) << id;
+        const Lines lines = TakeLog();
+        ASSERT_EQ(lines.size(), 3U);
+        EXPECT_TRUE(lines[0].starts_with("Error: Unable to copy a sync file 'suz.zip' for the main system as "))
+            << id;
+    }
+    for (const std::string& file : FilesBelow("")) {
+        EXPECT_EQ(file.find('~'), std::string::npos) << file;
+    }
+}
+
 TEST_F(RoutingTest, HeartbeatFileBearsItsSenderAndNothingGoesWithoutASyncFolder) {
     SetNumber(settings::KeepSyncFiles, 1);
     context.SyncFolder = Path("Sync");
