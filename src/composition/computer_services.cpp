@@ -3,6 +3,7 @@
 #include "composition/gated_objects.h"
 #include "composition/lock_pauses.h"
 #include "shared/paths2.h"
+#include "suite/computer/operating_system.h"
 #include "suite/computer/posix/directory_calls.h"
 #include "suite/computer/registry_store.h"
 #include "suite/computer/system_clock.h"
@@ -24,7 +25,8 @@ struct Suite {
           const std::vector<std::string>& switchNames)
         : computer(theComputer), registryTools(computer.registryFile, time.clock),
           lockPauses(time.messages, time.timers, registryTools, programName),
-          fileTools(computer.temporaryFolder, &trouble), directoryCalls(computer.temporaryFolder),
+          fileTools(suite::TemporaryPlaces(computer), &trouble),
+          directoryCalls(suite::TemporaryPlaces(computer)),
           objects(computer, registryTools, iniTools, time.clock, trouble, lockPauses),
           commandLineTools(switchNames), systemTools(computer), specialFolderTools(computer),
           program(computer, programName) {}
@@ -96,6 +98,7 @@ ComputerServices::ComputerServices(const suite::Computer& computer, const TimeSe
                                    const std::string& programName, const std::vector<std::string>& switchNames,
                                    services::CallGate* gate)
     : parts_(std::make_unique<Parts>(computer, time, programName, switchNames, gate)) {
+    suite::KeepNewFilesPrivate();
 }
 
 ComputerServices::~ComputerServices() = default;
@@ -106,6 +109,10 @@ const services::AgentServices& ComputerServices::Services() const {
 
 void ComputerServices::TellWaitsTo(std::function<void(const std::string&)> teller) {
     parts_->inner.lockPauses.TellTo(std::move(teller));
+}
+
+void ComputerServices::TellCompaniesLeftAloneTo(std::function<void(const std::string&)> teller) {
+    parts_->inner.objects.Marks().OnLeftAlone(std::move(teller));
 }
 
 } // namespace qndr

@@ -24,7 +24,8 @@ class ComputerServices {
   public:
     /// The program goes by `programName` in its log, its timers and the test for another copy; `switchNames` are
     /// what it knows on its command line. The gate, if there is one, outlives the object and stands in front of
-    /// every call of the agent.
+    /// every call of the agent. From then on all that the process makes is for its user alone; what goes into the
+    /// Sync folder is also for those who may write there.
     ComputerServices(const suite::Computer& computer, const TimeServices& time, const std::string& programName,
                      const std::vector<std::string>& switchNames, services::CallGate* gate = nullptr);
     ~ComputerServices();
@@ -32,10 +33,12 @@ class ComputerServices {
     ComputerServices& operator=(const ComputerServices&) = delete;
 
     const services::AgentServices& Services() const;
-
     /// Whom to tell what an import waits for: the text for the activity line, and an empty one when the wait is
     /// over.
     void TellWaitsTo(std::function<void(const std::string&)> teller);
+    /// Whom to tell, in a line, that a company is left alone because another agent works on it: once, and again
+    /// only when it was had in between.
+    void TellCompaniesLeftAloneTo(std::function<void(const std::string&)> teller);
 
   private:
     struct Parts;

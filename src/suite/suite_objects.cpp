@@ -10,7 +10,7 @@
 namespace qndr::suite {
 
 std::unique_ptr<services::SharedCodeLibrary> SuiteObjects::CreateSharedCodeLibrary() {
-    return std::make_unique<CompanyLibrary>(registry_, clock_, trouble_, &wait_);
+    return std::make_unique<CompanyLibrary>(registry_, clock_, trouble_, &wait_, &marks_);
 }
 
 std::unique_ptr<services::Engine> SuiteObjects::CreateEngine() {
@@ -18,7 +18,7 @@ std::unique_ptr<services::Engine> SuiteObjects::CreateEngine() {
 }
 
 std::unique_ptr<services::CompanyManager> SuiteObjects::CreateCompanyManager() {
-    return std::make_unique<CompanyManager>(iniTools_, clock_);
+    return std::make_unique<CompanyManager>(iniTools_, clock_, marks_);
 }
 
 std::unique_ptr<services::FileManager> SuiteObjects::CreateFileManager() {

@@ -4,6 +4,7 @@
 #include "services/object_factory.h"
 #include "services/platform.h"
 #include "services/registry_tools.h"
+#include "suite/company/company_marks.h"
 #include "suite/computer/computer.h"
 #include "suite/computer/computer_trouble.h"
 #include "suite/database/lock_wait.h"
@@ -17,7 +18,10 @@ class SuiteObjects : public services::ObjectFactory {
     SuiteObjects(const Computer& computer, services::RegistryTools& registry, services::IniTools& iniTools,
                  const services::Clock& clock, ComputerTrouble& trouble, LockWait& wait)
         : computer_(computer), registry_(registry), iniTools_(iniTools), clock_(clock), trouble_(trouble),
-          wait_(wait) {}
+          wait_(wait), marks_(computer.name) {}
+
+    /// Which companies the agent works on that has these objects.
+    CompanyMarks& Marks() { return marks_; }
 
     std::unique_ptr<services::SharedCodeLibrary> CreateSharedCodeLibrary() override;
     std::unique_ptr<services::Engine> CreateEngine() override;
@@ -33,6 +37,7 @@ class SuiteObjects : public services::ObjectFactory {
     const services::Clock& clock_;
     ComputerTrouble& trouble_;
     LockWait& wait_;
+    CompanyMarks marks_;
 };
 
 } // namespace qndr::suite

@@ -81,6 +81,19 @@ TEST_F(HeadlessAgentTest, TroublesAreToldOnceAndThePassesEndWithAStatusOfTheirOw
     EXPECT_NE(told.str().find("is not the one designated"), std::string::npos);
 }
 
+TEST(HeadlessProgramTest, ExitStatusTellsAScriptWhetherItRan) {
+    const auto statusOf = [](std::vector<std::string> words, const std::function<int(const Options&)>& run) {
+        std::vector<char*> arguments;
+        for (std::string& word : words) {
+            arguments.push_back(word.data());
+        }
+        return RunAgentProgram(HeadlessProgram(), static_cast<int>(arguments.size()), arguments.data(), run);
+    };
+    EXPECT_EQ(statusOf({"qndr5rwsyncd", "--once"}, [](const Options&) { return 0; }), 0);
+    EXPECT_EQ(statusOf({"qndr5rwsyncd"}, [](const Options&) -> int { throw services::Failure("no home"); }), 1);
+    EXPECT_EQ(statusOf({"qndr5rwsyncd", "--onec"}, [](const Options&) { return 0; }), 2);
+}
+
 TEST(HeadlessOptionsTest, WordsAreTakenOrRefused) {
     const auto read = [](const Lines& words) { return ReadOptions(HeadlessProgram().switches, words); };
     const auto passes = [&](const Lines& words) { return read(words).passes; };

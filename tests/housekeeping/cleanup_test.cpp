@@ -124,7 +124,9 @@ TEST_F(CleanupTest, ProtectedFoldersOfTheTemporaryTreeAreLeftAlone) {
     EXPECT_TRUE(fs::exists(Path("Temp/History/empty")) && fs::exists(Path("Temp/.hidden/empty")));
     EXPECT_FALSE(fs::exists(Path("Temp/empty")));
     Lines list{"", Path("Temp/.hidden"), Path("Temp/.hidden/empty")};
+    const auto asked = gate.Count("FileTools.FileHasAttribute");
     ExcludeProtectedFolders(cleaning, list);
+    EXPECT_EQ(gate.Count("FileTools.FileHasAttribute") - asked, 6) << "system and hidden, of each of them";
     EXPECT_EQ(list, (Lines{"", "", Path("Temp/.hidden/empty")}));
 }
 

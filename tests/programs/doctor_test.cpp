@@ -1,6 +1,4 @@
-#include "programs/qndr5ctl/control_program.h"
 #include "programs/qndr5ctl_fixture.h"
-#include "suite/files/zip_archive.h"
 #include "support/dealer.h"
 #include "support/scripted_gate.h"
 
@@ -22,16 +20,7 @@ class Doctor : public ::testing::Test {
     }
 
     Outcome Run(const std::vector<std::string>& arguments, services::CallGate* gate = nullptr) {
-        const suite::Computer computer = suite::Computer::InFolder(folder_ / "main", "main");
-        const ComputerServices outside(computer, {dealer_.Time(), dealer_.Time(), dealer_.Time()}, "qndr5ctl", {},
-                                       gate);
-        std::ostringstream out;
-        std::ostringstream errors;
-        Outcome outcome;
-        outcome.status = RunControlProgram(arguments, {computer, outside.Services(), out}, errors);
-        outcome.out = out.str();
-        outcome.errors = errors.str();
-        return outcome;
+        return Type(suite::Computer::InFolder(folder_ / "main", "main"), dealer_.Time(), arguments, gate);
     }
     std::vector<std::string> WithAll(std::vector<std::string> more = {}) {
         std::vector<std::string> arguments{"doctor", "--sync", dealer_.SyncFolder(), "--companies",
@@ -46,16 +35,11 @@ class Doctor : public ::testing::Test {
     std::string Troubles(std::vector<std::string> arguments, services::CallGate* gate = nullptr) {
         arguments.emplace_back("--json");
         const Outcome outcome = Run(arguments, gate);
-        const suite::SqliteConnection parser(folder_ / "json.db", dealer_.Time(),
-                                             suite::SqliteConnection::Missing::Create);
-        auto row = parser.Prepare("SELECT ifnull(group_concat(json_extract(value, '$.code') || ' ' ||"
-                                  " json_extract(value, '$.subject'), char(10)), ''),"
-                                  " ifnull(group_concat(json_extract(value, '$.remedy'), char(10)), '')"
-                                  " FROM json_each(?1, '$.findings')");
-        row.Bind(1, outcome.out);
-        row.Step();
-        const std::string troubles(row.Text(0));
-        remedies_ = row.Text(1);
+        const auto all = [&](const std::string& what) {
+            return Ask("SELECT group_concat(" + what + ", char(10)) FROM json_each(?1, '$.findings')", {outcome.out});
+        };
+        const std::string troubles = all("json_extract(value, '$.code') || ' ' || json_extract(value, '$.subject')");
+        remedies_ = all("json_extract(value, '$.remedy')");
         EXPECT_EQ(outcome.status, troubles.empty() ? 0 : 1) << outcome.out << outcome.errors;
         return troubles;
     }
@@ -76,10 +60,7 @@ class Doctor : public ::testing::Test {
                                  "~20261122T135900.zip";
         fs::remove_all(folder_ / "packed");
         folder_.Write("packed/id.dat", "[GENERAL]\r\nFrom=" + from + "\r\n" + keys + "\r\n");
-        suite::LibZipArchive zip;
-        EXPECT_EQ(zip.NewZip(dealer_.SyncFolder() + "/" + name), 1);
-        EXPECT_EQ(zip.AppendFiles(folder_ / "packed/*.*", 1), 1);
-        EXPECT_EQ(zip.WriteZipAndClose(), 1);
+        PackFolder(folder_ / "packed", dealer_.SyncFolder() + "/" + name);
         return name;
     }
 
@@ -259,10 +240,16 @@ TEST_F(Doctor, NamesFilesThatNobodyWillTake) {
     const std::string stray = Drop(main, laptop, "Sequence=9");
     isNamed("stray-file", stray, "laptop-1", "\"" + stray + "\"");
 
+    // An hour for a copy by the folder's clock, a day for a heartbeat by the stamp in its name.
     const std::string copy = write("~$half.tmp");
-    fs::last_write_time(dealer_.SyncFolder() + "/" + copy,
-                        fs::file_time_type::clock::now() - std::chrono::years(9));
+    for (const int minutes : {59, 61}) {
+        fs::last_write_time(dealer_.SyncFolder() + "/" + copy,
+                            dealer_.Main().VirtualFileTime() - std::chrono::minutes(minutes));
+        EXPECT_EQ(Troubles(WithAll()), minutes > 60 ? "unfinished-copy " + copy : "");
+    }
     isNamedByItself("unfinished-copy", copy);
+    write(laptop + "~x~20261121T141000.rhb");
+    EXPECT_EQ(Troubles(WithAll()), "");
     isNamed("heartbeat-unanswered", write(laptop + "~x~20261121T135900.rhb"), "main", "--probe");
     isNamed("not-a-sync-file", "b.zip", write("b.zip"), "b.zip");
 
@@ -308,6 +295,10 @@ TEST_F(Doctor, NamesWhatIsWrongWithACompany) {
              OnLaptop(
                  "INSERT INTO ImportProblems (TableName, OccurredOn) VALUES ('Customers', '20261110 00:00:00')"),
              OnLaptop("UPDATE ImportProblems SET OccurredOn = '20261107 00:00:00'")},
+            {"two-agents laptop-1", "qndr5ctl stop",
+             OnLaptop("INSERT INTO CompanyEvents (OccurredOn, EventText, EventNumber) VALUES"
+                      " ('20261122 00:00:00', 'left alone', 5)"),
+             OnLaptop("UPDATE CompanyEvents SET OccurredOn = '20261121 00:00:00'")},
             {"company-not-opened " + broken, broken, [&] { std::ofstream(broken) << ""; },
              [&] { fs::remove(broken); }},
         },
@@ -348,6 +339,11 @@ TEST_F(Doctor, NamesWhatIsWrongWithTheComputer) {
         return OnRegistry({"settings", "set", "UFL:" + name, "", "--key",
                            R"(Software\Velmoran\Ordergrove Suite\5.0\Settings (Default))"});
     };
+    const std::string temporary = folder_ / "main/Temp";
+    const auto led = [&] {
+        fs::remove_all(temporary);
+        fs::create_directory_symlink(folder_.Path(), temporary);
+    };
     const auto companies = location("Companies", dealer_.Main().Companies());
     const auto sync = location("Sync", dealer_.SyncFolder());
     Check(
@@ -362,6 +358,7 @@ TEST_F(Doctor, NamesWhatIsWrongWithTheComputer) {
             {"no-company " + dealer_.SyncFolder(), ".psd", location("Companies", dealer_.SyncFolder()), companies},
             {"no-sync-location main", "location set Sync", noLocation("Sync"), sync},
             {"no-sync-folder /absent", "location set Sync", location("Sync", "/absent"), sync},
+            {"no-temporary-folder " + temporary, temporary, led, [&] { fs::remove(temporary); }},
         },
         {"doctor"});
 

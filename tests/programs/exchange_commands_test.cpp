@@ -1,16 +1,10 @@
-#include "programs/qndr5ctl/control_program.h"
-#include "suite/files/zip_archive.h"
+#include "programs/qndr5ctl_fixture.h"
 #include "support/dealer.h"
 
-#include <gtest/gtest.h>
-
 #include <set>
-#include <sstream>
 
 namespace qndr::control {
 namespace {
-
-namespace fs = std::filesystem;
 
 /// A dealer with one laptop, and commands typed on either computer.
 class ExchangeCommands : public ::testing::Test {
@@ -19,37 +13,17 @@ class ExchangeCommands : public ::testing::Test {
 
     /// The output of a command on a computer of the dealer; `failure_` has its error line.
     std::string Run(const std::string& computerName, const std::vector<std::string>& arguments, int status = 0) {
-        const suite::Computer computer = suite::Computer::InFolder(folder_ / computerName, computerName);
-        const ComputerServices outside(computer, {dealer_.Time(), dealer_.Time(), dealer_.Time()}, "qndr5ctl", {});
-        std::ostringstream out;
-        std::ostringstream errors;
-        EXPECT_EQ(RunControlProgram(arguments, {computer, outside.Services(), out}, errors), status)
-            << errors.str();
-        failure_ = errors.str();
-        return out.str();
-    }
-    std::string JsonAt(const std::string& json, const std::string& path) {
-        auto row = dealer_.Main().Open()->Prepare("SELECT json_extract(?1, ?2)");
-        row.Bind(1, json);
-        row.Bind(2, path);
-        row.Step();
-        return std::string(row.Text(0));
+        const Outcome outcome =
+            Type(suite::Computer::InFolder(folder_ / computerName, computerName), dealer_.Time(), arguments);
+        EXPECT_EQ(outcome.status, status) << outcome.errors;
+        failure_ = outcome.errors;
+        return outcome.out;
     }
     /// A member of the element of "files" whose name ends so.
     std::string OfFile(const std::string& json, const std::string& nameEnd, const std::string& member) {
-        auto row = dealer_.Main().Open()->Prepare("SELECT json_extract(value, '$.' || ?3) FROM"
-                                                  " json_each(?1, '$.files') WHERE json_extract(value, '$.file')"
-                                                  " LIKE '%' || ?2");
-        row.Bind(1, json);
-        row.Bind(2, nameEnd);
-        row.Bind(3, member);
-        return row.Step() ? std::string(row.Text(0)) : "absent";
-    }
-    void ZipInto(const std::string& folder, const std::string& archive) const {
-        suite::LibZipArchive zip;
-        ASSERT_EQ(zip.NewZip(archive), 1);
-        ASSERT_EQ(zip.AppendFiles(folder + "/*.*", 1), 1) << zip.LastErrorText();
-        ASSERT_EQ(zip.WriteZipAndClose(), 1) << zip.LastErrorText();
+        return Ask("SELECT json_extract(value, '$.' || ?3) FROM json_each(?1, '$.files')"
+                   " WHERE json_extract(value, '$.file') LIKE '%' || ?2",
+                   {json, nameEnd, member});
     }
 
     /// Lets the laptop's agent send what is new and gives the path of the one backup that it made.
@@ -227,7 +201,7 @@ TEST_F(ExchangeCommands, FindsAndShowsOrderBackups) {
 
     const auto isRefused = [&](const std::string& name, const std::string& data, const std::string& reason) {
         folder_.Write(name + "/suz1.xml", data);
-        ZipInto(folder_ / name, folder_ / (name + ".zip"));
+        PackFolder(folder_ / name, folder_ / (name + ".zip"));
         Run("laptop-1", {"order", "restore", folder_ / (name + ".zip"), Laptop().Psd()}, 1);
         EXPECT_NE(failure_.find(reason), std::string::npos) << failure_;
     };

@@ -2,10 +2,10 @@
 
 #include "composition/computer_services.h"
 #include "programs/qndr5ctl/control_program.h"
-#include "suite/computer/operating_system.h"
 #include "suite/computer/virtual_time.h"
 #include "suite/database/sqlite_connection.h"
 #include "suite/files/zip_archive.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -25,22 +25,51 @@ struct Outcome {
     std::string errors;
 };
 
+/// A command line typed on a computer. The gate, if there is one, stands in front of all that it asks for.
+inline Outcome Type(const suite::Computer& computer, suite::VirtualTime& time,
+                    const std::vector<std::string>& arguments, services::CallGate* gate = nullptr) {
+    const ComputerServices services(computer, {time, time, time}, "qndr5ctl", {}, gate);
+    std::ostringstream out;
+    std::ostringstream errors;
+    const int status = RunControlProgram(arguments, {computer, services.Services(), out}, errors);
+    return {status, out.str(), errors.str()};
+}
+
+/// The first value of a query that takes these texts as ?1 and so on, for JSON: a parser that is not ours. NULL and
+/// no row are empty, Booleans 1 and 0.
+inline std::string Ask(const std::string& query, const std::vector<std::string>& parameters) {
+    sqlite3* parser = nullptr;
+    EXPECT_EQ(sqlite3_open(":memory:", &parser), SQLITE_OK);
+    sqlite3_stmt* prepared = nullptr;
+    EXPECT_EQ(sqlite3_prepare_v2(parser, query.c_str(), -1, &prepared, nullptr), SQLITE_OK) << query;
+    std::string value;
+    {
+        suite::SqliteStatement row(prepared);
+        for (int index = 0; const std::string& parameter : parameters) {
+            row.Bind(++index, parameter);
+        }
+        value = row.Step() ? row.Text(0) : "";
+    }
+    sqlite3_close(parser);
+    return value;
+}
+inline std::string JsonAt(const std::string& json, const std::string& path) {
+    return Ask("SELECT json_extract(?1, ?2)", {json, path});
+}
+
+/// Packs all that is in a folder.
+inline void PackFolder(const std::string& folder, const std::string& archive) {
+    suite::LibZipArchive zip;
+    ASSERT_EQ(zip.NewZip(archive), 1);
+    ASSERT_EQ(zip.AppendFiles(folder + "/*.*", 1), 1) << zip.LastErrorText();
+    ASSERT_EQ(zip.WriteZipAndClose(), 1) << zip.LastErrorText();
+}
+
 /// One computer in a temporary folder, with the real suite, and the command line typed on it.
 class Qndr5ctl : public testing::Test {
   protected:
-    Qndr5ctl() { fs::create_directories(home_); }
-    ~Qndr5ctl() override { fs::remove_all(home_); }
-
     Outcome Run(const std::vector<std::string>& arguments) {
-        const suite::Computer computer = suite::Computer::InFolder((home_ / "computer").string(), "DESK");
-        const ComputerServices services(computer, {time_, time_, time_}, "qndr5ctl", {});
-        std::ostringstream out;
-        std::ostringstream errors;
-        Outcome outcome;
-        outcome.status = RunControlProgram(arguments, {computer, services.Services(), out}, errors);
-        outcome.out = out.str();
-        outcome.errors = errors.str();
-        return outcome;
+        return Type(suite::Computer::InFolder(File("computer"), "DESK"), time_, arguments);
     }
 
     std::string MustRun(const std::vector<std::string>& arguments) {
@@ -59,7 +88,7 @@ class Qndr5ctl : public testing::Test {
         EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
     }
 
-    std::string File(const std::string& name) const { return (home_ / name).string(); }
+    std::string File(const std::string& name) const { return home_ / name; }
     void Write(const std::string& name, const std::string& content) const {
         fs::create_directories(fs::path(File(name)).parent_path());
         std::ofstream(File(name), std::ios::binary | std::ios::app) << content;
@@ -73,7 +102,7 @@ class Qndr5ctl : public testing::Test {
         return file;
     }
     std::size_t FilesInHome() const {
-        return static_cast<std::size_t>(std::distance(fs::recursive_directory_iterator(home_), {}));
+        return static_cast<std::size_t>(std::distance(fs::recursive_directory_iterator(home_.Path()), {}));
     }
 
     /// A statement on the database beside a company file.
@@ -81,26 +110,14 @@ class Qndr5ctl : public testing::Test {
         suite::SqliteConnection(File(name + ".db"), time_, suite::SqliteConnection::Missing::Create)
             .Execute(statement);
     }
-    /// The value at a JSON path, read by a parser that is not ours: Booleans are 1 and 0, null is empty.
-    std::string JsonAt(const std::string& json, const std::string& path) {
-        const suite::SqliteConnection parser(File("json.db"), time_, suite::SqliteConnection::Missing::Create);
-        auto row = parser.Prepare("SELECT json_extract(?1, ?2)");
-        row.Bind(1, json);
-        row.Bind(2, path);
-        row.Step();
-        return row.IsNull(0) ? "" : std::string(row.Text(0));
-    }
     void Pack(const std::string& folder, const std::string& archive) const {
-        suite::LibZipArchive zip;
-        ASSERT_EQ(zip.NewZip(File(archive)), 1);
-        ASSERT_EQ(zip.AppendFiles(File(folder + "/*.*"), 1), 1) << zip.LastErrorText();
-        ASSERT_EQ(zip.WriteZipAndClose(), 1) << zip.LastErrorText();
+        PackFolder(File(folder), File(archive));
     }
     void SetAge(const std::string& name, int seconds) const {
         fs::last_write_time(File(name), started_ - std::chrono::seconds(seconds));
     }
 
-    const fs::path home_ = fs::temp_directory_path() / ("qndr5ctl_test." + suite::RandomToken());
+    const test::TemporaryFolder home_{test::QuickPlace()};
     const fs::file_time_type started_ = fs::file_time_type::clock::now();
     suite::VirtualTime time_{*ParseDate("2026-11-22 19:08:52")};
 };

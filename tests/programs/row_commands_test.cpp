@@ -154,12 +154,8 @@ TEST_F(Qndr5ctlRows, ShowsAndSettlesConflicts) {
 
     const std::string shown = MustRun({"conflicts", "show", main_, "1", "--json"});
     const auto inColumns = [&](const std::string& key) {
-        const suite::SqliteConnection parser(File("json.db"), time_, suite::SqliteConnection::Missing::Create);
-        auto row = parser.Prepare("SELECT group_concat(json_extract(value, ?2)) FROM json_each(?1, '$.columns')");
-        row.Bind(1, shown);
-        row.Bind(2, "$." + key);
-        row.Step();
-        return std::string(row.Text(0));
+        return Ask("SELECT group_concat(json_extract(value, ?2)) FROM json_each(?1, '$.columns')",
+                   {shown, "$." + key});
     };
     EXPECT_EQ(inColumns("column"), "CustomerNumber,LastName,Notes");
     EXPECT_EQ(inColumns("losing"), "7,O'Hara");

@@ -6,6 +6,7 @@
 #include "suite/company/file_manager.h"
 #include "suite/company/provisioning.h"
 #include "suite/company_fixture.h"
+#include "suite/computer/operating_system.h"
 #include "suite/computer/registry_store.h"
 #include "suite/computer/system_facts.h"
 #include "suite/files/ini_files.h"
@@ -55,9 +56,10 @@ class CompanyServicesTest : public testing::Test {
     DiskIniTools iniTools_;
     ComputerSystemTools systemTools_{computer_};
     RegistryStore registry_{computer_.registryFile, clock_};
-    CompanyManager manager_{iniTools_, clock_};
+    CompanyMarks marks_{"main"};
+    CompanyManager manager_{iniTools_, clock_, marks_};
     ComputerTrouble trouble_;
-    CompanyLibrary library_{registry_, clock_, trouble_};
+    CompanyLibrary library_{registry_, clock_, trouble_, nullptr, &marks_};
 };
 
 TEST_F(CompanyServicesTest, OpensACompanyAndNothingElse) {
@@ -92,6 +94,53 @@ TEST_F(CompanyServicesTest, TakesADatabaseForACompanyByItsOneRow) {
     EXPECT_TRUE(manager_.CanOpenCompany(psd));
     any.Execute("INSERT INTO Company VALUES (2, 'B')");
     EXPECT_FALSE(manager_.CanOpenCompany(psd));
+}
+
+TEST_F(CompanyServicesTest, OneAgentAtATimeWorksOnACompany) {
+    CompanyMarks otherMarks("other");
+    std::vector<std::string> told;
+    otherMarks.OnLeftAlone([&](const std::string& line) { told.push_back(line); });
+    CompanyManager other(iniTools_, clock_, otherMarks);
+    const std::string database = folder_.Path("Déaler.db");
+    const std::string linked = WritePsd("Provider=SQLite;Data Source=link.db");
+    std::filesystem::create_symlink(database, folder_.Path("link.db"));
+    const auto events = [&] {
+        return SqliteConnection(database, clock_, SqliteConnection::Missing::Refuse)
+            .Value("SELECT group_concat(EventNumber || EventText, '|') FROM CompanyEvents")
+            .value_or("");
+    };
+
+    Open();
+    EXPECT_TRUE(other.CanOpenCompany(psd_)) << "whoever only looks at a company is no agent";
+    other.PreTerminate();
+    ASSERT_TRUE(manager_.CanOpenCompany(psd_));
+    Open();
+    manager_.PreTerminate();
+    EXPECT_FALSE(other.CanOpenCompany(psd_));
+    EXPECT_FALSE(other.CanOpenCompany(linked));
+    EXPECT_TRUE(manager_.CanOpenCompany(linked)) << "the same agent";
+    manager_.PreTerminate();
+    EXPECT_EQ(told, std::vector<std::string>{"the company of '" + database +
+                                             "' was left alone: another agent is at work on it"});
+    EXPECT_EQ(events(), "5The company was left alone by the agent of " + UserName() +
+                            " on other: another agent is at work on it.");
+    library_.PreTerminate();
+    EXPECT_TRUE(other.CanOpenCompany(linked));
+    EXPECT_FALSE(manager_.CanOpenCompany(psd_));
+    other.PreTerminate();
+
+    // Whoever may write the database may take the mark.
+    const std::string mark = database + ".agent";
+    for (const unsigned mode : {0600U, 0660U, 0666U}) {
+        std::filesystem::permissions(database, std::filesystem::perms(mode));
+        EXPECT_TRUE(manager_.CanOpenCompany(psd_));
+        EXPECT_EQ(std::filesystem::status(mark).permissions(), std::filesystem::perms(mode));
+    }
+    manager_.PreTerminate();
+    std::filesystem::remove(mark);
+    std::filesystem::create_directory(mark);
+    EXPECT_FALSE(other.CanOpenCompany(psd_));
+    EXPECT_NE(told.back().find("closed to this user"), std::string::npos) << told.back();
 }
 
 TEST(ConnectionString, NamesAnSqliteFileOrIsRefused) {

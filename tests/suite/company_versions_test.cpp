@@ -104,7 +104,8 @@ TEST_F(CompanyVersionsTest, WhatCannotBeMadeOfTheCompanyLeavesItAsItWas) {
     DiskIniTools iniTools;
     WriteFile(folder.Path("dealer.psd"),
               "[COMPANY]\nName=Dealer\nConnectionString=Provider=SQLite;Data Source=dealer.db\n");
-    CompanyManager manager(iniTools, clock);
+    CompanyMarks marks("main");
+    CompanyManager manager(iniTools, clock, marks);
     EXPECT_TRUE(manager.CanOpenCompany(folder.Path("dealer.psd")));
     company.Execute("UPDATE SchemaVersion SET Version = Version + 1");
     EXPECT_FALSE(manager.CanOpenCompany(folder.Path("dealer.psd")));

@@ -80,9 +80,19 @@ TEST(DiskFiles, TemporaryFilesArePrivateAndNew) {
     EXPECT_NE(files.CreateTemporaryFile("", "suz", ".zip"), "");
     EXPECT_EQ(files.CreateTemporaryFile(folder / "absent", "suz", ".zip"), "");
 
-    fs::create_directory(folder / "foreign");
-    if (chown((folder / "foreign").c_str(), 65534, 65534) == 0) {
-        EXPECT_EQ(DiskFileTools(folder / "foreign").CreateTemporaryFile("", "suz", ".zip"), "");
+    // Somebody else was there first, with a folder of his or with a link to one: the next place is taken.
+    fs::create_directory(folder / "stranger");
+    const bool isForeign = chown((folder / "stranger").c_str(), 65534, 65534) == 0;
+    fs::create_directory_symlink(folder / "stranger", folder / "link");
+    Computer computer = Computer::InFolder(folder / "computer", "main");
+    for (const char* first : {"link", "stranger"}) {
+        computer.temporaryFolder = folder / (isForeign ? first : "link");
+        computer.otherTemporaryFolders = {folder / "link", folder / "run/qndr5"};
+        const TemporaryPlaces places(computer);
+        EXPECT_EQ(places.Obstacle(), "it belongs to another user, or is no folder");
+        EXPECT_TRUE(DiskFileTools(places).CreateTemporaryFile("", "suz", ".zip").starts_with(folder / "run/qndr5/suz"));
+        EXPECT_EQ(DiskFileTools(computer.temporaryFolder).CreateTemporaryFile("", "suz", ".zip"), "");
+        EXPECT_TRUE(folder.Names("stranger").empty());
     }
 }
 

@@ -145,29 +145,49 @@ TEST_F(FrmMainTest, CheckBoxesWriteWhenClickedAndNeverWhenRefreshed) {
     EXPECT_FALSE(Find<QCheckBox>("chkDebug").isChecked()) << "the log is off at 2";
 }
 
-TEST_F(FrmMainTest, SliderSetsTheFrequencyOfTheNextPassAndKnowsNoZero) {
+TEST_F(FrmMainTest, ControlsAndTimersReachTheScheduler) {
+    AddMain("acme");
     SetNumber(settings::SyncFrequency, 99);
     Show(2);
+    EXPECT_EQ(Find<QTimer>("tmr_Sync").interval(), 60'000);
+    EXPECT_EQ(Find<QTimer>("tmr_Exit").interval(), 5'000);
+
     auto& slider = Find<QSlider>("sldFrequency");
     EXPECT_EQ(slider.value(), 60);
     EXPECT_EQ(Text("lblFrequency"), "Every 99 minutes");
     EXPECT_EQ(ReadNumber(settings::SyncFrequency), 99) << "a load is no change";
-
     const auto press = [&](Qt::Key key) {
         QTest::keyClick(&slider, key);
         EXPECT_EQ(ReadNumber(settings::SyncFrequency), slider.value());
         return Text("lblFrequency");
     };
     EXPECT_EQ(press(Qt::Key_Home), "Every 1 minutes");
-    EXPECT_EQ(slider.value(), 1);
-    agent.OperatingMode = 1;
-    EXPECT_EQ(press(Qt::Key_Right), "Every 2 minutes");
-    EXPECT_EQ(registry.GetString(services::CurrentUserHive, settings::RootKey, "SyncSettingsUpdated", "none"),
-              "none");
-    EXPECT_EQ(press(Qt::Key_PageUp), "Every 17 minutes");
-    EXPECT_EQ(ReadSetting(settings::NextSync), Now(1));
-    RunPass();
-    EXPECT_EQ(ReadSetting(settings::NextSync), Now(17));
+    EXPECT_EQ(press(Qt::Key_PageUp), "Every 16 minutes");
+
+    Click("cmdSyncNow");
+    EXPECT_EQ(Text("lblNextSync"), Now());
+    EXPECT_EQ(TakeLog(), Lines{});
+    RunPass([this] {
+        Tick("tmr_Sync");
+        Tick("tmr_Exit");
+        EXPECT_EQ(Text("lblActivity"), "Starting sync");
+    });
+    const Lines passLog = TakePassLog();
+    EXPECT_EQ(std::ranges::count(passLog, "Starting Sync"), 1);
+    EXPECT_EQ(Text("lblLastSync"), Now());
+    EXPECT_EQ(Text("lblNextSync"), Now(16));
+    EXPECT_EQ(Text("lblSyncFolder"), Path("Sync"));
+    EXPECT_EQ(Text("lblHeartbeat"), "OK");
+    EXPECT_TRUE(Find<QAbstractButton>("cmdOpenSyncFolder").isEnabled());
+    EXPECT_EQ(Text("lblActivity"), "Starting sync") << "lags until the next tick";
+    Tick("tmr_Exit");
+    EXPECT_EQ(Text("lblActivity"), "Idle");
+
+    Find<QAction>("mnuExit").trigger();
+    Fire("tmr_Exit");
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+    EXPECT_EQ(TakeLog(), Lines{"StopSync found. Application will exit."});
+    EXPECT_FALSE(window.isVisible());
 }
 
 TEST_F(FrmMainTest, StatusTellsTheHeartbeatInWordsAndCountsEveryFileForNobody) {
@@ -193,51 +213,6 @@ TEST_F(FrmMainTest, StatusTellsTheHeartbeatInWordsAndCountsEveryFileForNobody) {
     agent.RoamingUniqueID = RoamingID;
     Tick("tmr_Sync");
     EXPECT_EQ(Text("lblFileCount"), "12/0/0");
-}
-
-TEST_F(FrmMainTest, SyncNowStartsAPassAtTheNextTick) {
-    AddMain("acme");
-    Show();
-    time.SetNow(time.Now().AddMinutes(-30));
-    Click("cmdSyncNow");
-    EXPECT_EQ(Text("lblNextSync"), Now());
-    EXPECT_EQ(TakeLog(), Lines{});
-    Tick("tmr_Sync");
-    EXPECT_EQ(TakePassLog().front(), "Starting Sync");
-    EXPECT_EQ(Text("lblLastSync"), Now());
-    EXPECT_EQ(Text("lblNextSync"), Now(5));
-    EXPECT_EQ(Text("lblSyncFolder"), Path("Sync"));
-    EXPECT_EQ(Text("lblHeartbeat"), "OK");
-    EXPECT_TRUE(Find<QAbstractButton>("cmdOpenSyncFolder").isEnabled());
-
-    RunPass([this] {
-        Click("cmdSyncNow");
-        EXPECT_EQ(ReadSetting(settings::NextSync), Now());
-    });
-    EXPECT_EQ(ReadSetting(settings::NextSync), Now(5)) << "without lasting effect inside a pass";
-    TakeLog();
-    Tick("tmr_Sync");
-    EXPECT_EQ(TakeLog(), Lines{});
-}
-
-TEST_F(FrmMainTest, TicksInsideAPassShowTheStatusAndTheActivity) {
-    AddMain("acme");
-    Show();
-    RunPass([this] {
-        SetText(settings::RootKey, settings::LastSync, "2026-01-02 03:04:05");
-        SetNumber(settings::StopSync, 1);
-        Tick("tmr_Sync");
-        EXPECT_EQ(Text("lblLastSync"), "2026-01-02 03:04:05");
-        Tick("tmr_Exit");
-        EXPECT_EQ(Text("lblActivity"), "Starting sync");
-        EXPECT_TRUE(Find<QTimer>("tmr_Exit").isActive());
-        SetNumber(settings::StopSync, 0);
-    });
-    const Lines passLog = TakePassLog();
-    EXPECT_EQ(std::ranges::count(passLog, "Starting Sync"), 1);
-    EXPECT_EQ(Text("lblActivity"), "Starting sync") << "lags until the next tick";
-    Tick("tmr_Exit");
-    EXPECT_EQ(Text("lblActivity"), "Idle");
 }
 
 TEST_F(FrmMainTest, ActivityOfAnyLengthLeavesTheWindowAlone) {
@@ -276,29 +251,6 @@ TEST_F(FrmMainTest, CloseIsRefusedDuringAPassAndEndsTheAgentElse) {
     messages.ProcessMessages();
     EXPECT_EQ(TakeLog(), Lines{}) << "no tick runs in a window that is gone";
     EXPECT_FALSE(Find<QTimer>("tmr_Sync").isActive() || Find<QTimer>("tmr_Exit").isActive());
-}
-
-TEST_F(FrmMainTest, ExitDuringAPassLetsEachCompanyRunItsFirstStepAndEndsAtTheTick) {
-    AddMains(2);
-    Show();
-    Lines activities;
-    const std::string firstStep = "Receiveing initial sync requests.";
-    gate.Before("MessagePump.ProcessMessages", [&] {
-        activities.push_back(Find<TrayIcon>("TrayIcon1").Text());
-        if (activities.back() == firstStep) {
-            Find<QAction>("mnuExit").trigger();
-        }
-    });
-    RunPass();
-    gate.Before("MessagePump.ProcessMessages", [] {});
-    // The step lets messages through twice.
-    EXPECT_EQ(activities, (Lines{"Starting sync", firstStep, firstStep, firstStep, firstStep, "Stopping sync"}));
-    EXPECT_EQ(TakePassLog().back(), "Stopping Sync");
-    EXPECT_TRUE(Find<QTimer>("tmr_Exit").isActive());
-    Fire("tmr_Exit");
-    EXPECT_EQ(QCoreApplication::exec(), 0);
-    EXPECT_EQ(TakeLog(), Lines{"StopSync found. Application will exit."});
-    EXPECT_FALSE(window.isVisible());
 }
 
 TEST_F(FrmMainTest, TrayRestoresTheWindowAndHoldsTheMenu) {

@@ -23,7 +23,7 @@ void DiagnoseSyncFolder(const Observations& seen, Findings& findings) {
         findings.Add(troubles::NoSyncFolder, seen.syncFolder, "The Sync folder does not exist or is not reached.");
         return;
     }
-    if (!seen.syncFolderFailure.empty()) {
+    if (!seen.syncFolderFailure.empty() && !seen.LacksTemporaryFolder()) {
         findings.Add(troubles::SyncFolderUnreadable, seen.syncFolder,
                      "The Sync folder cannot be read: " + seen.syncFolderFailure);
     }
@@ -46,6 +46,20 @@ void DiagnoseProbe(const Observations& seen, Findings& findings) {
         findings.Add(troubles::ClockOff, seen.computerName,
                      "The clock of this computer is " + Counted(std::abs(probe.clockAhead), "second") +
                          (probe.clockAhead > 0 ? " ahead of" : " behind") + " the Sync folder's.");
+    }
+}
+
+void DiagnoseTemporaryFolder(const Observations& seen, Findings& findings) {
+    if (seen.temporaryFailure.empty()) {
+        return;
+    }
+    const std::string what = "The folder for working files cannot be used, " + seen.temporaryFailure;
+    if (seen.LacksTemporaryFolder()) {
+        findings.Add(troubles::NoTemporaryFolder, seen.temporaryFolder, what + ": no sync file can be read or made.",
+                     seen.temporaryFolder);
+    } else {
+        findings.Add(troubles::TemporaryFolderElsewhere, seen.temporaryFolder,
+                     what + ". The agent works with '" + seen.temporaryInstead + "' instead.", seen.temporaryFolder);
     }
 }
 
@@ -89,6 +103,9 @@ void DiagnoseCompany(const ObservedCompany& company, const Observations& seen, F
                      "Its agent had trouble of its computer, and nothing was stored since: " + company.cannotStore,
                      company.file);
     }
+    if (!company.anotherAgent.empty()) {
+        findings.Add(troubles::TwoAgents, name, company.anotherAgent, company.file);
+    }
     if (company.openConflicts > 0) {
         findings.Add(troubles::ConflictsOpen, name,
                      Counted(company.openConflicts, "losing version") + " of rows not settled yet.", company.file);
@@ -119,6 +136,7 @@ void DiagnoseComputer(const Observations& seen, Findings& findings) {
         seen.unopened.empty()) {
         findings.Add(troubles::NoCompany, seen.companiesFolders.front(), "There is no company file.");
     }
+    DiagnoseTemporaryFolder(seen, findings);
     DiagnoseSyncFolder(seen, findings);
     DiagnoseProbe(seen, findings);
     if (seen.stopSync) {

@@ -40,6 +40,7 @@ struct ObservedCompany {
     std::vector<RefusedFile> refusedThere; ///< its own, as far as their receivers told
     std::string damage;                    ///< what the database's own check found; empty when it is sound
     std::string cannotStore; ///< why its agent could not store something lately; empty when it has since, or could
+    std::string anotherAgent; ///< what an agent recorded of late that found another one at work; empty otherwise
 };
 
 /// A company file behind which there is no company that can be asked.
@@ -64,6 +65,10 @@ struct Observations {
     Date nowUtc;
     std::int64_t days = 0; ///< silence and waiting longer than this count as trouble
 
+    std::string temporaryFolder;  ///< the usual one
+    std::string temporaryFailure; ///< why it cannot be used; empty when it can
+    std::string temporaryInstead; ///< what is used in its place; empty when nothing is
+
     bool stopSync = false;
     bool debugLog = false;
     bool heartbeatNoResponse = false;
@@ -80,6 +85,8 @@ struct Observations {
     std::vector<ListedFile> files;
     std::optional<Probe> probe;
 
+    /// Then no archive can be read, which says nothing of the Sync folder.
+    bool LacksTemporaryFolder() const { return !temporaryFailure.empty() && temporaryInstead.empty(); }
     /// Only then is a file that is not among them a file that is not there.
     bool KnowsFiles() const { return syncFolderExists && syncFolderFailure.empty(); }
 };

@@ -10,6 +10,7 @@
 #include "suite/company/company_events.h"
 #include "suite/company/provisioning.h"
 #include "suite/company/utf8_path.h"
+#include "suite/computer/temporary_places.h"
 #include "suite/engine/conflicts.h"
 
 #include <algorithm>
@@ -55,6 +56,17 @@ void ObserveRole(const ControlContext& context, Observations& seen) {
     }
     seen.isRoaming = library->Security().IsRoamingWorkstation();
     library->PreTerminate();
+}
+
+void ObserveTemporaryFolder(const ControlContext& context, Observations& seen) {
+    const suite::TemporaryPlaces places(context.computer);
+    seen.temporaryFolder = places.First();
+    seen.temporaryFailure = places.Obstacle();
+    try {
+        seen.temporaryInstead = seen.temporaryFailure.empty() ? "" : places.Usable();
+    } catch (const Failure&) {
+        seen.temporaryInstead.clear();
+    }
 }
 
 bool IsSameFolder(const std::string& left, const std::string& right) {
@@ -111,9 +123,18 @@ void ObserveCompany(ObservedCompany& company, const OpenedCompany& opened, const
     problems.Step();
     company.putAside = problems.Integer(0);
     // The agent enters another event when it could store something again.
-    auto newest = database.Prepare("SELECT EventText, EventNumber FROM CompanyEvents ORDER BY ID DESC LIMIT 1");
+    auto newest = database.Prepare("SELECT EventText, EventNumber FROM CompanyEvents WHERE EventNumber IS NOT 5"
+                                   " ORDER BY ID DESC LIMIT 1");
     if (newest.Step() && newest.Integer(1) == suite::ComputerTroubleEvent) {
         company.cannotStore = newest.Text(0);
+    }
+    auto another = database.Prepare("SELECT OccurredOn, EventText FROM CompanyEvents WHERE EventNumber = ?1"
+                                    " AND OccurredOn >= ?2 ORDER BY ID DESC LIMIT 1");
+    another.Bind(1, std::int64_t{suite::AnotherAgentEvent});
+    another.Bind(2, FormatSQLDate(seen.nowUtc.AddDays(-1), false));
+    if (another.Step()) {
+        company.anotherAgent =
+            StoredDateText(std::string(another.Text(0))) + " UTC: " + std::string(another.Text(1));
     }
     company.facts = FactsOf(opened);
     company.refusedHere = RefusedHere(database, company.facts.mainUniqueID);
@@ -224,6 +245,7 @@ Observations Observe(const ControlContext& context, const WhatToObserve& what) {
     seen.days = what.days;
     ObserveSettings(context, seen);
     ObserveRole(context, seen);
+    ObserveTemporaryFolder(context, seen);
     seen.syncFolder = what.syncFolder.empty() ? UserFileLocation(context, "Sync") : what.syncFolder;
     std::vector<Company> companies = OpenCompanies(context, what, seen);
     ObserveExchange(context, companies, seen);

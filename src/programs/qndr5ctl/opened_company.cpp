@@ -4,6 +4,7 @@
 #include "services/failure.h"
 #include "suite/company/company_creation.h"
 #include "suite/company/company_library.h"
+#include "suite/company/company_manager.h"
 #include "suite/company/company_versions.h"
 #include "syncfiles/sync_state.h"
 
@@ -32,20 +33,20 @@ OpenedCompany::OpenedCompany(const ControlContext& context, const std::string& p
     if (!manager->PSD().Load(psdFile)) {
         throw Failure("'" + psdFile + "' is no company file: it cannot be read or names no database");
     }
-    const bool usable = manager->CanOpenCompany(psdFile);
     const std::string connectionString = manager->PSD().ConnectionString();
     manager->PreTerminate();
     try {
         library_->SetConnectionString(connectionString);
         library_->SetPSDFile(psdFile);
         connection_ = &ConnectionOf(*library_);
-        suite::RefuseNewerSchema(suite::ReadSchemaVersion(*connection_));
+        if (suite::IsCompany(*connection_)) {
+            suite::BringUpToDate(*connection_, context.services.clock);
+            return;
+        }
     } catch (const Failure& failure) {
         throw Failure("the database of '" + psdFile + "' cannot be opened: " + failure.what());
     }
-    if (!usable) {
-        throw Failure("the database of '" + psdFile + "' is no company");
-    }
+    throw Failure("the database of '" + psdFile + "' is no company");
 }
 
 OpenedCompany::~OpenedCompany() {

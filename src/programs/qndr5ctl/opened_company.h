@@ -8,7 +8,7 @@
 
 namespace qndr::control {
 
-/// A company opened the agent's way: through the Company Manager, which never makes a database.
+/// A company opened to be looked at or edited, beside an agent that may be at work on it. Never makes a database.
 class OpenedCompany {
   public:
     /// Raises services::Failure when the file is no company file, names no database, or that cannot be opened.

@@ -31,6 +31,12 @@ inline constexpr TroubleKind NoCompany{
     "no-company", Severity::Error,
     "Name the folder of the .psd files: qndr5ctl location set Companies FOLDER; 'qndr5ctl company create' makes "
     "a company"};
+inline constexpr TroubleKind NoTemporaryFolder{
+    "no-temporary-folder", Severity::Error,
+    "Have \"{0}\" deleted, or see that there is room and a right to write; TMPDIR names another place"};
+inline constexpr TroubleKind TemporaryFolderElsewhere{
+    "temporary-folder-elsewhere", Severity::Warning,
+    "See who made \"{0}\", and have it deleted; TMPDIR names another place"};
 inline constexpr TroubleKind NoSyncLocation{"no-sync-location", Severity::Error,
                                             "qndr5ctl location set Sync FOLDER"};
 inline constexpr TroubleKind NoSyncFolder{
@@ -75,6 +81,10 @@ inline constexpr TroubleKind WrongComputer{
     "If this is the computer: qndr5ctl option set \"{0}\" \"Roaming Workstations\" SyncComputerName \"{1}\"; then "
     "start the agent anew"};
 inline constexpr TroubleKind WrongRole{"wrong-role", Severity::Error, "qndr5ctl role roaming"};
+inline constexpr TroubleKind TwoAgents{
+    "two-agents", Severity::Warning,
+    "Let one agent alone work on \"{0}\": end the other one ('qndr5ctl stop' as its user), or take the company out of "
+    "its Companies folder"};
 inline constexpr TroubleKind ConflictsOpen{
     "conflicts-open", Severity::Warning,
     "qndr5ctl conflicts list \"{0}\", then 'conflicts restore' or 'conflicts dismiss' for each"};

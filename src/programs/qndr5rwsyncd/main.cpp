@@ -16,6 +16,8 @@ int RunAgent(const qndr::AgentProgram& program, const qndr::Options& options) {
     qndr::suite::HeadlessLoop loop(ticks);
     qndr::ComputerServices outside(computer, {clock, loop, loop}, qndr::AgentName,
                                    qndr::SwitchNames(program.switches));
+    outside.TellCompaniesLeftAloneTo(
+        [&](const std::string& line) { std::cerr << program.name << ": " << line << std::endl; });
     qndr::AgentContext context(outside.Services());
 
     qndr::PassReport report(program.name, std::cerr);

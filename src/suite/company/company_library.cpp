@@ -124,13 +124,15 @@ class LibrarySql : public services::SqlConnection {
 
 struct CompanyLibrary::State {
     State(services::RegistryTools& registry, const services::Clock& clock, ComputerTrouble& itsTrouble,
-          LockWait* wait)
-        : trouble(itsTrouble), database(clock, trouble, wait), security(registry, profiles),
+          LockWait* wait, const CompanyMarks* theMarks)
+        : trouble(itsTrouble), marks(theMarks), database(clock, trouble, wait), security(registry, profiles),
           options(registry, profiles, database, trouble), sql(database, trouble) {}
 
     ComputerTrouble& trouble;
     std::string psdFile;
     std::int16_t operatingMode = 0;
+    const CompanyMarks* marks;
+    CompanyMarks::Mark mark; ///< in front of the database, so that it goes after it
     SqliteDatabase database;
     LibraryProfiles profiles;
     LibrarySecurity security;
@@ -139,8 +141,8 @@ struct CompanyLibrary::State {
 };
 
 CompanyLibrary::CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock,
-                               ComputerTrouble& trouble, LockWait* wait)
-    : state_(std::make_unique<State>(registry, clock, trouble, wait)) {
+                               ComputerTrouble& trouble, LockWait* wait, const CompanyMarks* marks)
+    : state_(std::make_unique<State>(registry, clock, trouble, wait, marks)) {
     StatementLimits limits;
     // A signal becomes StopSync when the agent lets messages through, which it does not within a statement.
     limits.isStopping = [&registry] {
@@ -154,8 +156,11 @@ CompanyLibrary::~CompanyLibrary() = default;
 void CompanyLibrary::SetConnectionString(const std::string& text) {
     // Closed first: after a connection string that is refused nothing may reach the company before it.
     state_->database.Close();
+    state_->mark.reset();
     state_->trouble.Clear();
-    state_->database.Use(SqliteFileOf(text));
+    const std::string file = SqliteFileOf(text);
+    state_->mark = state_->marks != nullptr ? state_->marks->Find(file) : nullptr;
+    state_->database.Use(file);
     if (state_->trouble.LacksFirstData(state_->database.Path())) {
         AwaitFirstData();
     }
@@ -232,7 +237,8 @@ void CompanyLibrary::TellOfTrouble() {
     }
     try {
         SqliteStatement newest =
-            Connection().Prepare("SELECT EventNumber, EventText FROM CompanyEvents ORDER BY ID DESC LIMIT 1");
+            Connection().Prepare("SELECT EventNumber, EventText FROM CompanyEvents WHERE EventNumber IS NOT 5"
+                                 " ORDER BY ID DESC LIMIT 1");
         const bool stood = newest.Step() && newest.Integer(0) == ComputerTroubleEvent;
         const bool isTold = stood && newest.Text(1) == trouble.Text();
         newest.Reset();
@@ -268,6 +274,7 @@ void CompanyLibrary::PreTerminate() {
         }
     }
     state_->database.Close();
+    state_->mark.reset();
     state_->trouble.Clear();
 }
 

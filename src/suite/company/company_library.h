@@ -3,6 +3,7 @@
 #include "services/company_library.h"
 #include "services/platform.h"
 #include "services/registry_tools.h"
+#include "suite/company/company_marks.h"
 #include "suite/computer/computer_trouble.h"
 #include "suite/database/sqlite_connection.h"
 
@@ -15,9 +16,10 @@ namespace qndr::suite {
 /// this computer's trouble stands there is no location, QNDRSQL is not available and no event is recorded.
 class CompanyLibrary : public services::SharedCodeLibrary {
   public:
-    /// All of them must outlive the library; `wait` as for a connection.
+    /// All of them must outlive the library; `wait` as for a connection. A company that is among the `marks` stays
+    /// so until the library's end.
     CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock, ComputerTrouble& trouble,
-                   LockWait* wait = nullptr);
+                   LockWait* wait = nullptr, const CompanyMarks* marks = nullptr);
     ~CompanyLibrary() override;
     CompanyLibrary(const CompanyLibrary&) = delete;
     CompanyLibrary& operator=(const CompanyLibrary&) = delete;

@@ -5,7 +5,18 @@
 #include "suite/company/connection_string.h"
 #include "suite/database/sqlite_connection.h"
 
+#include <utility>
+
 namespace qndr::suite {
+
+bool IsCompany(const SqliteConnection& connection) {
+    try {
+        SqliteStatement company = connection.Prepare("SELECT CompanyType, UniqueID FROM Company");
+        return company.Step() && !company.Text(0).empty() && !company.Text(1).empty() && !company.Step();
+    } catch (const services::Failure&) {
+        return false;
+    }
+}
 
 bool CompanyManager::IsUpToDate(const SqliteConnection& connection) const {
     try {
@@ -24,20 +35,20 @@ bool CompanyManager::IsUpToDate(const SqliteConnection& connection) const {
 }
 
 bool CompanyManager::CanOpenCompany(const std::string& path) {
+    mark_.reset();
     PsdFile psd(iniTools_);
     if (!psd.Load(path)) {
         return false;
     }
     try {
-        const SqliteConnection connection(SqliteFileOf(psd.ConnectionString()), clock_,
-                                          SqliteConnection::Missing::Refuse);
-        {
-            SqliteStatement company = connection.Prepare("SELECT CompanyType, UniqueID FROM Company");
-            if (!company.Step() || company.Text(0).empty() || company.Text(1).empty() || company.Step()) {
-                return false;
-            }
+        SqliteConnection connection(SqliteFileOf(psd.ConnectionString()), clock_,
+                                    SqliteConnection::Missing::Refuse);
+        CompanyMarks::Mark mark = IsCompany(connection) ? marks_.Take(connection) : nullptr;
+        if (!mark || !IsUpToDate(connection)) {
+            return false;
         }
-        return IsUpToDate(connection);
+        mark_ = std::move(mark);
+        return true;
     } catch (const services::Failure&) {
         return false;
     }

@@ -3,6 +3,7 @@
 #include "services/company_services.h"
 #include "services/ini_tools.h"
 #include "services/platform.h"
+#include "suite/company/company_marks.h"
 #include "suite/company/psd_file.h"
 #include "suite/database/sqlite_connection.h"
 
@@ -10,24 +11,30 @@
 
 namespace qndr::suite {
 
-/// The Company Manager. Its collaborators must outlive it.
+/// True when the database holds exactly one Company row, with a CompanyType and a UniqueID.
+bool IsCompany(const SqliteConnection& connection);
+
+/// The Company Manager, as an agent asks it. Its collaborators must outlive it.
 class CompanyManager : public services::CompanyManager {
   public:
-    CompanyManager(services::IniTools& iniTools, const services::Clock& clock)
-        : iniTools_(iniTools), clock_(clock), psd_(iniTools) {}
+    CompanyManager(services::IniTools& iniTools, const services::Clock& clock, CompanyMarks& marks)
+        : iniTools_(iniTools), clock_(clock), marks_(marks), psd_(iniTools) {}
 
     services::PsdFile& PSD() override { return psd_; }
-    /// True when the database opens, holds exactly one Company row, with a CompanyType and a UniqueID, and is of
-    /// this version: an older one is brought up to it first. What stands against that is entered in the company's
-    /// events, once. Leaves PSD as it is.
+    /// True when the database opens and is a company, no other agent works on it, and it is of this version: an
+    /// older one is brought up to it first. What stands against that is entered in the company's events, once. The
+    /// company is then marked as this agent's until PreTerminate, or until the end of the library that has opened
+    /// it by then. Leaves PSD as it is.
     bool CanOpenCompany(const std::string& path) override;
-    void PreTerminate() override {}
+    void PreTerminate() override { mark_.reset(); }
 
   private:
     bool IsUpToDate(const SqliteConnection& connection) const;
 
     services::IniTools& iniTools_;
     const services::Clock& clock_;
+    CompanyMarks& marks_;
+    CompanyMarks::Mark mark_;
     PsdFile psd_;
 };
 

@@ -3,6 +3,7 @@
 #include "services/platform.h"
 
 #include <string>
+#include <vector>
 
 namespace qndr::suite {
 
@@ -14,6 +15,8 @@ struct Computer {
     std::string commonApplicationData;
     std::string localRoot; ///< local root folders of the companies lie below it, one per .psd base name
     std::string temporaryFolder;
+    /// Where working files go instead, in this order, when somebody else has made the temporary folder.
+    std::vector<std::string> otherTemporaryFolders = {};
 
     /// The computer that the environment describes: QNDR_HOME makes one folder a whole computer, otherwise the XDG
     /// folders are taken; QNDR_COMPUTER_NAME overrides the host name. Raises services::Failure when no home is

@@ -15,7 +15,6 @@ namespace qndr::suite {
 /// What a path names, links followed.
 struct FileFacts {
     bool file = false;        ///< an ordinary file; folders, pipes and devices are none
-    bool ownersAlone = false; ///< no other user may touch it
     std::int64_t size = 0;
     std::int64_t modified = 0; ///< seconds since 1 January 1970 UTC
     std::uint64_t device = 0;  ///< with `number` the same for one and the same file only
@@ -28,7 +27,11 @@ std::optional<FileFacts> ReadFileFacts(const std::string& path);
 /// True when anything at all has this name, a link that leads nowhere included.
 bool NameIsTaken(const std::string& path);
 
-enum class FileAccess { Private, Shared };
+/// Who may touch a new file, whatever mask the process was started with.
+enum class FileAccess {
+    Private,    ///< this user alone
+    LikeFolder, ///< besides, those who may write into the folder that it lies in
+};
 
 /// An open file; closed with its destruction.
 class OpenFile {
@@ -40,10 +43,13 @@ class OpenFile {
 
     /// An ordinary file only; never waits.
     std::error_code OpenForReading(const std::string& path);
-    /// Fails when anything has the name already, a link included. A private file is the user's alone; of a shared
-    /// one the platform's habits decide who may read it.
+    /// Fails when anything has the name already, a link included. At no moment may anybody touch the file who may
+    /// not in the end.
     std::error_code CreateNew(const std::string& path, FileAccess access);
-    /// Makes the file when it is missing; what is written goes behind all that other programs have written.
+    /// The new file becomes as accessible as the file of that path, which it is to replace.
+    void AllowAs(const std::string& path);
+    /// Makes the file, for this user alone, when it is missing; what is written goes behind all that other programs
+    /// have written.
     std::error_code OpenForAppending(const std::string& path);
 
     /// The number of bytes read in `count`, 0 at the end.
@@ -65,6 +71,9 @@ enum class Existing { Keep, Replace };
 /// Renames within one file system; std::errc::cross_device_link otherwise. An existing target is kept or replaced
 /// in one step, so that its name always leads to the one or the other.
 std::error_code RenameFile(const std::string& source, const std::string& target, Existing existing);
+
+/// Takes a file of this user's out of all others' reach; a link, and another user's file, stays as it is.
+void MakePrivate(const std::string& path);
 
 /// Makes this moment the file's last modification.
 std::error_code RenewFileDate(const std::string& path);

@@ -4,14 +4,20 @@
 
 namespace qndr::suite {
 
-/// A mark that one process at a time can hold. The system takes it back however the process ends, so no stale one
-/// exists. One implementation for each platform.
+/// A mark that one holder at a time can have, in this process or in any other. The system takes it back however
+/// the process ends, so no stale one exists. One implementation for each platform.
 class InstanceLock {
   public:
-    enum class Answer { Held, HeldByAnother, Unavailable };
+    enum class Answer {
+        Held,
+        HeldByAnother,
+        Denied,     ///< something has the mark's name that this user may not open, or that is no mark
+        Unavailable ///< it cannot be made, or the file system knows no such marks
+    };
 
-    /// `path` names the mark; its folder is made when it is missing.
-    explicit InstanceLock(std::string path);
+    /// `path` names the mark; its folder is made when it is missing. The mark is this user's alone, or also for
+    /// those who may write the file `sharedLike`.
+    explicit InstanceLock(std::string path, std::string sharedLike = "");
     ~InstanceLock();
     InstanceLock(const InstanceLock&) = delete;
     InstanceLock& operator=(const InstanceLock&) = delete;
@@ -20,7 +26,11 @@ class InstanceLock {
     Answer Take();
 
   private:
+    /// Opens the mark, or makes it; below 0 when neither can be done.
+    int Open() const;
+
     std::string path_;
+    std::string sharedLike_;
     int handle_ = -1;
 };
 

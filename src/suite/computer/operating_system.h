@@ -12,6 +12,13 @@ namespace qndr::suite {
 /// The name by which the operating system knows this computer; empty when it does not tell.
 std::string HostName();
 
+/// The name of the user whose program this is, or what else tells users apart.
+std::string UserName();
+
+/// Whatever this process makes from now on, by itself or through a library, is for this user alone, whatever mask
+/// it was started with. What others shall use is opened to them file by file.
+void KeepNewFilesPrivate();
+
 /// The places that the platform's habits give to this user's programs. Raises services::Failure when no home is
 /// known.
 Computer UsualPlaces(const std::string& name);

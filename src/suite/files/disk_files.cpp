@@ -77,10 +77,6 @@ bool MayBecomeFile(const std::string& target, bool overwrite) {
 
 } // namespace
 
-DiskFileTools::DiskFileTools(std::string temporaryFolder, ComputerTrouble* trouble)
-    : temporaryFolder_(std::move(temporaryFolder)), trouble_(trouble) {
-}
-
 bool DiskFileTools::FileIsPresent(const std::string& path) {
     return FileExists(path);
 }
@@ -116,10 +112,15 @@ Date DiskFileTools::GetFileDate(const std::string& path) {
 
 std::string DiskFileTools::CreateTemporaryFile(const std::string& folder, const std::string& prefix,
                                                const std::string& extension) {
-    if (folder.empty() && EnsurePrivateFolder(temporaryFolder_)) {
-        return "";
+    std::string place = folder;
+    if (folder.empty()) {
+        try {
+            place = temporaryPlaces_.Usable();
+        } catch (const Failure&) {
+            return "";
+        }
     }
-    const std::string start = WithSeparator(folder.empty() ? temporaryFolder_ : folder) + prefix;
+    const std::string start = WithSeparator(place) + prefix;
     for (int i = 0; i < kNameTries; ++i) {
         std::string path = start;
         path.append(RandomToken()).append(extension);
@@ -152,8 +153,8 @@ bool DiskFileTools::CopyFile(const std::string& source, const std::string& targe
     const std::string folder = FolderPart(target);
     const std::string working = folder + "~$" + RandomToken() + ".tmp";
     OpenFile to;
-    // Other users' agents read what is copied, so it has the usual access and not that of a temporary file.
-    if (to.CreateNew(working, FileAccess::Shared)) {
+    // Other users' agents read what is copied into the Sync folder.
+    if (to.CreateNew(working, FileAccess::LikeFolder)) {
         return false;
     }
     Unfinished unfinished(working);
@@ -180,6 +181,10 @@ bool DiskFileTools::MoveFile(const std::string& source, const std::string& targe
     // user's file cannot be renewed, so that one is copied too.
     if (!RenewFileDate(source)) {
         const std::error_code error = RenameFile(source, target, overwrite ? Existing::Replace : Existing::Keep);
+        if (!error) {
+            // It came from the Sync folder, and is nobody else's any more.
+            MakePrivate(target);
+        }
         if (error != std::errc::cross_device_link) {
             return !error;
         }

@@ -2,17 +2,19 @@
 
 #include "services/file_tools.h"
 #include "suite/computer/computer_trouble.h"
+#include "suite/computer/temporary_places.h"
 
 #include <string>
+#include <utility>
 
 namespace qndr::suite {
 
 /// Single files on this computer's disks and shares.
 class DiskFileTools : public services::FileTools {
   public:
-    /// The temporary folder is made, for this user alone, whenever it is needed and missing. What `trouble` holds
-    /// is neither deleted nor moved; it must outlive the object.
-    explicit DiskFileTools(std::string temporaryFolder, ComputerTrouble* trouble = nullptr);
+    /// What `trouble` holds is neither deleted nor moved; it must outlive the object.
+    explicit DiskFileTools(TemporaryPlaces temporaryPlaces, ComputerTrouble* trouble = nullptr)
+        : temporaryPlaces_(std::move(temporaryPlaces)), trouble_(trouble) {}
 
     bool FileIsPresent(const std::string& path) override;
     bool FileExists(const std::string& path) override;
@@ -21,7 +23,7 @@ class DiskFileTools : public services::FileTools {
     std::string GetFileBaseName(const std::string& path) override;
     bool FileHasAttribute(const std::string& path, int attribute) override;
     Date GetFileDate(const std::string& path) override;
-    /// Empty also when the temporary folder is a link or belongs to another user.
+    /// Empty also when there is no place for temporary files.
     std::string CreateTemporaryFile(const std::string& folder, const std::string& prefix,
                                     const std::string& extension) override;
     bool DeleteFile(const std::string& path) override;
@@ -32,7 +34,7 @@ class DiskFileTools : public services::FileTools {
   private:
     bool IsHeld(const std::string& path) const { return trouble_ != nullptr && trouble_->Holds(path); }
 
-    std::string temporaryFolder_;
+    TemporaryPlaces temporaryPlaces_;
     ComputerTrouble* trouble_;
 };
 

@@ -8,12 +8,11 @@ namespace qndr::suite {
 
 std::string ReplaceFile(const std::string& path, std::string_view text) {
     const std::string working = FolderPart(path) + "~$" + RandomToken() + ".tmp";
-    const std::optional<FileFacts> before = ReadFileFacts(path);
-    const FileAccess access = before && before->ownersAlone ? FileAccess::Private : FileAccess::Shared;
     OpenFile file;
-    if (const std::error_code error = file.CreateNew(working, access)) {
+    if (const std::error_code error = file.CreateNew(working, FileAccess::Private)) {
         return error.message();
     }
+    file.AllowAs(path);
     std::error_code error = file.Write(text);
     if (!error) {
         error = file.Close();

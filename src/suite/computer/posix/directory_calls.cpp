@@ -1,6 +1,5 @@
 #include "suite/computer/posix/directory_calls.h"
 
-#include "suite/computer/file_calls.h"
 #include "suite/files/wildcards.h"
 
 #include <algorithm>
@@ -96,10 +95,6 @@ void DropLastCharacter(std::string& text) {
 
 } // namespace
 
-PosixDirectoryCalls::PosixDirectoryCalls(std::string temporaryFolder)
-    : temporaryFolder_(std::move(temporaryFolder)) {
-}
-
 std::size_t PosixDirectoryCalls::MaximumPathLength() const {
     return PATH_MAX - 1;
 }
@@ -150,14 +145,6 @@ bool PosixDirectoryCalls::RemoveEmptyDirectory(const std::string& path) {
     struct stat facts {};
     const bool isLink = lstat(plain.c_str(), &facts) == 0 && S_ISLNK(facts.st_mode);
     return (isLink ? unlink(plain.c_str()) : rmdir(plain.c_str())) == 0;
-}
-
-std::string PosixDirectoryCalls::TemporaryPath() {
-    if (const std::error_code error = EnsurePrivateFolder(temporaryFolder_)) {
-        throw services::Failure("the temporary folder '" + temporaryFolder_ +
-                                "' cannot be used: " + error.message());
-    }
-    return temporaryFolder_;
 }
 
 services::NetworkConnection PosixDirectoryCalls::FindNetworkConnection(const std::string&) {

@@ -1,17 +1,17 @@
 #pragma once
 
 #include "services/directory_calls.h"
+#include "suite/computer/temporary_places.h"
 
 #include <string>
+#include <utility>
 
 namespace qndr::suite {
 
 /// The directory calls where one tree of folders holds everything: no drive letters, no shares, separator "/".
 class PosixDirectoryCalls : public services::DirectoryCalls {
   public:
-    /// `temporaryFolder` is the agent's own; it is made, for this user alone, whenever it is asked for and
-    /// missing.
-    explicit PosixDirectoryCalls(std::string temporaryFolder);
+    explicit PosixDirectoryCalls(TemporaryPlaces temporaryPlaces) : temporaryPlaces_(std::move(temporaryPlaces)) {}
 
     char Separator() const override { return '/'; }
     std::size_t MaximumPathLength() const override;
@@ -21,8 +21,8 @@ class PosixDirectoryCalls : public services::DirectoryCalls {
     std::optional<services::DirectoryEntry> Find(const std::string& path) override;
     bool MakeDirectory(const std::string& path) override;
     bool RemoveEmptyDirectory(const std::string& path) override;
-    /// Raises also for a link and for a folder of another user.
-    std::string TemporaryPath() override;
+    /// Never a link or a folder of another user.
+    std::string TemporaryPath() override { return temporaryPlaces_.Usable(); }
     /// Always an error: there are no drives.
     services::NetworkConnection FindNetworkConnection(const std::string& drive) override;
     bool MatchesPattern(const std::string& name, const std::string& pattern) override;
@@ -30,7 +30,7 @@ class PosixDirectoryCalls : public services::DirectoryCalls {
     std::string CompactPath(const services::DeviceContext& device, const std::string& path, int width) override;
 
   private:
-    std::string temporaryFolder_;
+    TemporaryPlaces temporaryPlaces_;
 };
 
 } // namespace qndr::suite

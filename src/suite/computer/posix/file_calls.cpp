@@ -1,5 +1,7 @@
 #include "suite/computer/file_calls.h"
 
+#include "suite/computer/posix/access.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -13,7 +15,6 @@ namespace qndr::suite {
 namespace {
 
 constexpr unsigned kPrivateMode = 0600;
-constexpr unsigned kSharedMode = 0666; // what the user's mask leaves of it
 
 std::error_code LastError() {
     return {errno, std::generic_category()};
@@ -50,9 +51,7 @@ std::optional<FileFacts> ReadFileFacts(const std::string& path) {
     if (HoldsNul(path) || stat(path.c_str(), &facts) != 0) {
         return std::nullopt;
     }
-    return FileFacts{S_ISREG(facts.st_mode), (facts.st_mode & 0077U) == 0,
-                     facts.st_size,          facts.st_mtim.tv_sec,
-                     facts.st_dev,           facts.st_ino};
+    return FileFacts{S_ISREG(facts.st_mode), facts.st_size, facts.st_mtim.tv_sec, facts.st_dev, facts.st_ino};
 }
 
 bool NameIsTaken(const std::string& path) {
@@ -85,12 +84,22 @@ std::error_code OpenFile::OpenForReading(const std::string& path) {
 }
 
 std::error_code OpenFile::CreateNew(const std::string& path, FileAccess access) {
-    return Open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW,
-                access == FileAccess::Private ? kPrivateMode : kSharedMode);
+    if (const std::error_code error = Open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, kPrivateMode)) {
+        return error;
+    }
+    if (access == FileAccess::LikeFolder) {
+        const std::string folder = std::filesystem::path(path).parent_path().string();
+        ShareLike(handle_, folder.empty() ? "." : folder);
+    }
+    return {};
+}
+
+void OpenFile::AllowAs(const std::string& path) {
+    CopyAccess(handle_, path);
 }
 
 std::error_code OpenFile::OpenForAppending(const std::string& path) {
-    return Open(path, O_WRONLY | O_CREAT | O_APPEND, kSharedMode);
+    return Open(path, O_WRONLY | O_CREAT | O_APPEND, kPrivateMode);
 }
 
 std::error_code OpenFile::Read(std::span<char> buffer, std::size_t& count) {
@@ -140,6 +149,14 @@ std::error_code RenameFile(const std::string& source, const std::string& target,
         return LastError();
     }
     return RenameByLink(source, target);
+}
+
+void MakePrivate(const std::string& path) {
+    const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    if (handle >= 0) {
+        static_cast<void>(fchmod(handle, kPrivateMode) == 0);
+        close(handle);
+    }
 }
 
 std::error_code RenewFileDate(const std::string& path) {

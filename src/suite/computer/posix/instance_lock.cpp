@@ -1,16 +1,34 @@
 #include "suite/computer/instance_lock.h"
 
 #include "suite/computer/file_calls.h"
+#include "suite/computer/posix/access.h"
 
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace qndr::suite {
+namespace {
 
-InstanceLock::InstanceLock(std::string path) : path_(std::move(path)) {
+/// A person may delete the file at any time; that often in a row nobody does.
+constexpr int kTries = 8;
+
+/// The open file still has its name: otherwise a later process would lock another file of that name.
+bool HasItsName(int handle, const std::string& path) {
+    struct stat opened {};
+    struct stat named {};
+    return fstat(handle, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
+           opened.st_ino == named.st_ino;
+}
+
+} // namespace
+
+InstanceLock::InstanceLock(std::string path, std::string sharedLike)
+    : path_(std::move(path)), sharedLike_(std::move(sharedLike)) {
 }
 
 InstanceLock::~InstanceLock() {
@@ -18,6 +36,15 @@ InstanceLock::~InstanceLock() {
     if (handle_ >= 0) {
         close(handle_);
     }
+}
+
+int InstanceLock::Open() const {
+    // Not with O_CREAT at once: in a folder for all, the system refuses that for a file of another user.
+    const int handle = open(path_.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    if (handle >= 0 || errno != ENOENT) {
+        return handle;
+    }
+    return open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
 }
 
 InstanceLock::Answer InstanceLock::Take() {
@@ -28,17 +55,29 @@ InstanceLock::Answer InstanceLock::Take() {
     if (!NameIsTaken(folder)) {
         EnsurePrivateFolder(folder);
     }
-    const int handle = open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-    if (handle < 0) {
-        return Answer::Unavailable;
-    }
-    if (flock(handle, LOCK_EX | LOCK_NB) != 0) {
-        const bool taken = errno == EWOULDBLOCK;
+    for (int i = 0; i < kTries; ++i) {
+        const int handle = Open();
+        if (handle < 0) {
+            if (errno == EEXIST) {
+                continue;
+            }
+            return NameIsTaken(path_) ? Answer::Denied : Answer::Unavailable;
+        }
+        if (flock(handle, LOCK_EX | LOCK_NB) != 0) {
+            const bool taken = errno == EWOULDBLOCK;
+            close(handle);
+            return taken ? Answer::HeldByAnother : Answer::Unavailable;
+        }
+        if (HasItsName(handle, path_)) {
+            if (!sharedLike_.empty()) {
+                ShareLike(handle, sharedLike_);
+            }
+            handle_ = handle;
+            return Answer::Held;
+        }
         close(handle);
-        return taken ? Answer::HeldByAnother : Answer::Unavailable;
     }
-    handle_ = handle;
-    return Answer::Held;
+    return Answer::Unavailable;
 }
 
 } // namespace qndr::suite

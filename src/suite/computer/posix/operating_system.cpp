@@ -12,7 +12,9 @@
 #include <fstream>
 #include <pwd.h>
 #include <sys/random.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace qndr::suite {
 namespace {
@@ -51,6 +53,15 @@ std::string HostName() {
     return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
 }
 
+std::string UserName() {
+    const passwd* user = getpwuid(geteuid());
+    return user == nullptr ? "user " + std::to_string(geteuid()) : user->pw_name;
+}
+
+void KeepNewFilesPrivate() {
+    umask(S_IRWXG | S_IRWXO);
+}
+
 Computer UsualPlaces(const std::string& name) {
     const std::string settings = XdgFolder("XDG_CONFIG_HOME", "/.config");
     const std::string data = XdgFolder("XDG_DATA_HOME", "/.local/share");
@@ -58,8 +69,17 @@ Computer UsualPlaces(const std::string& name) {
     if (temporary.empty()) {
         temporary = "/tmp";
     }
-    return {name, settings + "/velmoran/ordergrove-5.0/registry.db", data, data + "/Velmoran/Ordergrove Suite",
-            temporary + "/qndr5-" + std::to_string(geteuid())};
+    std::vector<std::string> others{data + "/Velmoran/Temp"};
+    const std::string runtime = AbsoluteFolder("XDG_RUNTIME_DIR");
+    if (!runtime.empty()) {
+        others.insert(others.begin(), runtime + "/qndr5");
+    }
+    return {name,
+            settings + "/velmoran/ordergrove-5.0/registry.db",
+            data,
+            data + "/Velmoran/Ordergrove Suite",
+            temporary + "/qndr5-" + std::to_string(geteuid()),
+            std::move(others)};
 }
 
 std::string RunningProgramFolder() {
