@@ -29,7 +29,7 @@ class Faults : public RecordedPasses {
                   "FileTools.FileExists", "FileTools.DeleteFile", "Database.ExecuteNonQuery", Death}}},
                // The archive or the engine refused the file on the laptop: 4 at both ends, without the data.
                {"data refused",
-                {{"Engine.ImportFile", "Engine.Initialize", "Engine.AddToExport", "ObjectFactory.CreateZipArchive",
+                {{"Engine.ImportFile", "Engine.AddToExport", "ObjectFactory.CreateZipArchive",
                   "ZipArchive.OpenZip", "ZipArchive.GetEntryByName"}}}}) {
         dealer.SetUp(60);
         Record(4);
