@@ -264,6 +264,18 @@ TEST_F(EngineImportTest, MainAuditsAnImportAndAWorkstationDoesNot) {
               0);
 }
 
+// Main could not store the number of the file, so it comes again.
+TEST_F(EngineImportTest, AFileThatComesAgainTakesNothingBackOnMain) {
+    laptop_.Run("UPDATE Company SET MainUniqueID = '" + MainID +
+                "'; INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('U1', 'of the laptop')");
+    ASSERT_TRUE(laptop_.ExportAudited(0, file_));
+    ASSERT_TRUE(main_.engine.ImportFile(file_));
+    main_.Run("UPDATE PhoneLabels SET Name = 'later'");
+    ASSERT_TRUE(main_.engine.ImportFile(file_));
+    EXPECT_EQ(main_.Value("SELECT Name FROM PhoneLabels"), "later");
+    EXPECT_EQ(main_.Number("SELECT COUNT(*) FROM ImportConflicts"), 0);
+}
+
 TEST_F(EngineImportTest, QueuedNumbersArriveOnMain) {
     laptop_.Run(
         "INSERT INTO OrderNumberSync (State, OrderUniqueID, ReferenceNumber, OrderNumber) VALUES(2, 'O1', 30, "
