@@ -15,7 +15,7 @@ constexpr std::int64_t ImportCacheKibibytes = 40960;
 } // namespace
 
 ImportResult Import(const SqliteConnection& connection, const std::string& path,
-                    ImportReader::UnknownTables unknownTables) {
+                    ImportReader::UnknownTables unknownTables, Arrival arrival) {
     ImportReader reader(path, unknownTables);
     ImportPipe pipe(reader);
     const ImportBatch* batch = pipe.Next();
@@ -24,7 +24,7 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
     }
     const SqliteCacheSize cache(connection, ImportCacheKibibytes);
     const SqliteTemporaryMemory temporary(connection);
-    ImportApplier applier(connection, batch->from, batch->seen);
+    ImportApplier applier(connection, batch->from, batch->seen, arrival);
     if (!applier.Begin(batch->from, batch->fileID)) {
         return {};
     }

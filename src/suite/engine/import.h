@@ -2,6 +2,7 @@
 
 #include "suite/database/sqlite_connection.h"
 #include "suite/engine/import_reader.h"
+#include "suite/engine/origin_rules.h"
 
 #include <cstdint>
 #include <string>
@@ -18,6 +19,6 @@ struct ImportResult {
 /// Takes a whole exchange file into a company database. Durable when it returns; raises services::Failure, with
 /// nothing changed, when the file as a whole cannot be taken.
 ImportResult Import(const SqliteConnection& connection, const std::string& path,
-                    ImportReader::UnknownTables unknownTables);
+                    ImportReader::UnknownTables unknownTables, Arrival arrival = Arrival::InTurn);
 
 } // namespace qndr::suite

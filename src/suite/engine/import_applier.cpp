@@ -3,9 +3,9 @@
 namespace qndr::suite {
 
 ImportApplier::ImportApplier(const SqliteConnection& connection, const std::string& sender,
-                             const std::string& seen)
-    : connection_(connection), transaction_(connection, SqliteTransaction::Kind::Write),
-      rules_(connection, sender, seen), audits_(connection, rules_.IsMain()), ledger_(connection) {
+                             const std::string& seen, Arrival arrival)
+    : connection_(connection), arrival_(arrival), transaction_(connection, SqliteTransaction::Kind::Write),
+      rules_(connection, sender, seen, arrival), audits_(connection, rules_.IsMain()), ledger_(connection) {
     KeepBeforeImport(connection_);
     givenUp_.emplace(connection_);
     SqliteStatement insert =
@@ -23,6 +23,9 @@ bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) 
     last.Bind(2, fileID);
     if (last.Step()) {
         return false;
+    }
+    if (arrival_ == Arrival::ByHand) {
+        return true;
     }
     SqliteStatement note =
         connection_.Prepare("INSERT OR REPLACE INTO LastImports (Sender, FileID) VALUES (?1, ?2)");
@@ -60,15 +63,19 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
         ledger_.AddProblem(batch, record, record.problem);
         return;
     }
+    const std::string_view uniqueID = batch.Text(record, record.uniqueID);
+    const std::string_view origin = batch.Text(record, record.origin);
     OriginRules::Decision decision =
-        rules_.Decide(record.table->name, batch.Text(record, record.uniqueID), batch.Text(record, record.origin));
+        arrival_ == Arrival::InTurn ? rules_.Decide(record.table->name, uniqueID, origin)
+                                    : rules_.DecideByHand(record.table->name, uniqueID, origin, record.originID,
+                                                          table.RowJson(uniqueID).has_value());
     if (rules_.IsMain()) {
         MarkOrigin(batch, record);
     }
     switch (decision.verdict) {
     case OriginRules::Verdict::Take:
         if (!PutAside(batch, record, table.Apply(batch, record))) {
-            givenUp_->Settle(*record.table, table, batch.Text(record, record.uniqueID));
+            givenUp_->Settle(*record.table, table, uniqueID);
         }
         return;
     case OriginRules::Verdict::TakeAndKeepLoser:

@@ -23,10 +23,12 @@ class ImportApplier {
   public:
     /// Waits for the right to write, and marks what follows as an import: a main company audits it as a change of
     /// the record's origin, a workstation does not audit it.
-    ImportApplier(const SqliteConnection& connection, const std::string& sender, const std::string& seen);
+    ImportApplier(const SqliteConnection& connection, const std::string& sender, const std::string& seen,
+                  Arrival arrival);
 
     /// False when main took this very file last from its sender: then nothing of it is to be applied. A
-    /// workstation takes a file any number of times, for its tables may have been cleared since.
+    /// workstation takes a file any number of times, for its tables may have been cleared since. One that comes by
+    /// hand is not the last one for that.
     bool Begin(const std::string& sender, const std::string& fileID);
 
     void Apply(const ImportBatch& batch);
@@ -48,6 +50,7 @@ class ImportApplier {
     void MarkOrigin(const ImportBatch& batch, const ImportRecord& record);
 
     const SqliteConnection& connection_;
+    const Arrival arrival_;
     SqliteTransaction transaction_;
     OriginRules rules_;
     AuditSwitch audits_;

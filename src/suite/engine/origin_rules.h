@@ -9,6 +9,9 @@
 
 namespace qndr::suite {
 
+/// Whether a file comes from its sender in its turn, or a person gives it later, out of any sequence.
+enum class Arrival { InTurn, ByHand };
+
 /// Decides which version of a row stays when a record arrives. On main the order of arrival decides and every
 /// record is taken; a workstation holds on to a version of its own until main says that it has taken it. So a row
 /// changes hands only by an edit of somebody who sees it or by a decision of this class, and no version gets lost
@@ -16,7 +19,8 @@ namespace qndr::suite {
 class OriginRules {
   public:
     /// `seen` is what the file says of the files that its sender had accepted.
-    OriginRules(const SqliteConnection& connection, const std::string& sender, const std::string& seen);
+    OriginRules(const SqliteConnection& connection, const std::string& sender, const std::string& seen,
+                Arrival arrival);
 
     enum class Verdict {
         Take,
@@ -34,6 +38,12 @@ class OriginRules {
     /// `origin` is empty for the records of a full export.
     Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin);
 
+    /// For a file that comes by hand, of which nobody knows what its sender had seen: no version is lost. Main
+    /// takes what it has not had of that origin yet; a workstation takes rows that it does not have, and of others
+    /// keeps the arriving version as the losing one, for nobody else would learn of a change that is not audited.
+    Decision DecideByHand(std::string_view table, std::string_view uniqueID, std::string_view origin,
+                          std::int64_t originID, bool rowIsThere);
+
     bool IsMain() const { return isMain_; }
 
   private:
@@ -45,7 +55,10 @@ class OriginRules {
     Newest NewestAudit(std::string_view table, std::string_view uniqueID);
 
     bool WasKnown(std::string_view table, const Newest& newest) const;
+    /// On main: the row's newest version of this origin was made no earlier.
+    bool HasHad(std::string_view table, std::string_view uniqueID, std::string_view origin, std::int64_t originID);
 
+    const SqliteConnection& connection_;
     SqliteStatement newest_;
     std::string own_;
     std::string sender_;
