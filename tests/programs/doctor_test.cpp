@@ -42,26 +42,28 @@ class Doctor : public ::testing::Test {
         arguments.insert(arguments.end(), more.begin(), more.end());
         return arguments;
     }
-    /// Each error and warning as "code subject", one a line; in `remedies_` what to do, and in `commands_` the commands
-    /// of those that are of the first one's kind. The clocks of a disk and of a virtual time never agree.
+    /// Each error and warning as "code subject", one a line; in `remedies_` what to do, and in `commands_` the
+    /// commands of those that are of the first one's kind. The clocks of a disk and of a virtual time never agree.
     std::string Troubles(std::vector<std::string> arguments, services::CallGate* gate = nullptr) {
         arguments.emplace_back("--json");
         const Outcome outcome = Run(arguments, gate);
         const suite::SqliteConnection parser(folder_ / "json.db", dealer_.Time(),
                                              suite::SqliteConnection::Missing::Create);
         const auto ask = [&](const std::string& query) {
-            auto row = parser.Prepare("WITH told AS (SELECT value AS v, json_extract(value, '$.code') AS code FROM "
-                                      "json_each(?1, '$.findings') WHERE json_extract(value, '$.severity') <> 'note' "
-                                      "AND json_extract(value, '$.code') <> 'clock-off') " +
-                                      query);
+            auto row =
+                parser.Prepare("WITH told AS (SELECT value AS v, json_extract(value, '$.code') AS code FROM "
+                               "json_each(?1, '$.findings') WHERE json_extract(value, '$.severity') <> 'note' "
+                               "AND json_extract(value, '$.code') <> 'clock-off') " +
+                               query);
             row.Bind(1, outcome.out);
             return row.Step() ? std::string(row.Text(0)) : "";
         };
         const std::string troubles =
             ask("SELECT group_concat(code || ' ' || json_extract(v, '$.subject'), char(10)) FROM told");
         remedies_ = ask("SELECT group_concat(json_extract(v, '$.remedy'), char(10)) FROM told");
-        commands_ = ask("SELECT group_concat(c.value, char(10)) FROM told, json_each(v, '$.commands') AS c WHERE code = "
-                        "(SELECT code FROM told LIMIT 1)");
+        commands_ =
+            ask("SELECT group_concat(c.value, char(10)) FROM told, json_each(v, '$.commands') AS c WHERE code = "
+                "(SELECT code FROM told LIMIT 1)");
         EXPECT_EQ(outcome.status, outcome.out.find("\"healthy\": true") == std::string::npos ? 1 : 0)
             << outcome.out << outcome.errors;
         return troubles;
@@ -127,7 +129,8 @@ class Doctor : public ::testing::Test {
         std::string remedy; ///< some of its words, where it is prose
     };
     /// Each is named, and nothing else is; the remedy of the first one done literally, all is well.
-    void Check(const std::vector<Planted>& all, const std::vector<std::string>& arguments, bool withPasses = true) {
+    void Check(const std::vector<Planted>& all, const std::vector<std::string>& arguments,
+               bool withPasses = true) {
         for (const Planted& each : all) {
             each.plant();
             EXPECT_EQ(Troubles(arguments), each.troubles);
@@ -241,19 +244,23 @@ TEST_F(Doctor, MendsAPairingThatCannotGoOn) {
     Check(
         {
             {"lost-initial-sync laptop-1", OnLaptop("UPDATE Company SET SyncState = 2"), {}, ""},
-            {"lost-initial-sync laptop-1", both(OnLaptop("UPDATE Company SET SyncState = 6"), OnRow("SyncState = 0")),
-             {}, "Stop both agents"},
+            {"lost-initial-sync laptop-1",
+             both(OnLaptop("UPDATE Company SET SyncState = 6"), OnRow("SyncState = 0")),
+             {},
+             "Stop both agents"},
             {"lost-acknowledge laptop-1", OnRow("SyncState = 3"), {}, ""},
             // Full data that it will not take lies for it, and a request that main will not hear.
             {"lost-acknowledge laptop-1", secondRequest, {}, ""},
             {"lost-reset laptop-1", OnLaptop("UPDATE Company SET SyncState = 6"), {}, ""},
             {"reset-stuck laptop-1",
-             both(OnLaptop("UPDATE Company SET SyncState = 6"), OnRow("SyncState = 6, LastReceivedFrom = NULL")), {},
+             both(OnLaptop("UPDATE Company SET SyncState = 6"), OnRow("SyncState = 6, LastReceivedFrom = NULL")),
+             {},
              ""},
             {"reset-stuck laptop-1",
              both(OnLaptop("UPDATE Company SET SyncState = 6"),
                   OnRow("SyncState = 6, LastReceivedFrom = '20990101 00:00:00'")),
-             {}, ""},
+             {},
+             ""},
             {"never-asked laptop-1", OnLaptop("UPDATE Company SET SyncState = 0"), {}, ""},
             {"not-registered laptop-1", OnMain("DELETE FROM RoamingWorkstations WHERE Name = 'laptop-1'"), {}, ""},
             {"sequence-lost laptop-1", OnRow("NextSequenceToRoaming = 3"), {}, "cloud"},
@@ -285,14 +292,17 @@ TEST_F(Doctor, MendsWhatHappensInTheSyncFolder) {
         plant();
         EXPECT_EQ(Troubles(WithAll()).substr(0, troubles.size()), troubles);
         const std::string listed = Run({"folder", dealer_.SyncFolder(), "--company", Psd()}).out;
-        EXPECT_TRUE(listed.find("rename it back") != std::string::npos || listed.find("a reset is needed") != std::string::npos ||
-                    !troubles.starts_with("misnamed") && !troubles.starts_with("damaged")) << listed;
+        EXPECT_TRUE(listed.find("rename it back") != std::string::npos ||
+                    listed.find("a reset is needed") != std::string::npos ||
+                    !troubles.starts_with("misnamed") && !troubles.starts_with("damaged"))
+            << listed;
         DoLiterally();
         Settle();
         EXPECT_EQ(Troubles(WithAll()), "") << "behind " << troubles;
     };
     check("misnamed-file", next([](const std::string& file) { fs::rename(file, file + ".bak"); }));
-    check("misnamed-file it's.zip", next([&](const std::string& file) { fs::rename(file, dealer_.SyncFolder() + "/it's.zip"); }));
+    check("misnamed-file it's.zip",
+          next([&](const std::string& file) { fs::rename(file, dealer_.SyncFolder() + "/it's.zip"); }));
     check("damaged-file", next([](const std::string& file) { fs::resize_file(file, fs::file_size(file) / 2); }));
     // A day in the wrong folder, and back.
     check("file-in-former-folder", [&] {
@@ -315,6 +325,41 @@ TEST_F(Doctor, MendsWhatHappensInTheSyncFolder) {
     EXPECT_EQ(dealer_.Main().Get("Orders", "O1", "OrderNumber"), "7");
     EXPECT_EQ(dealer_.Main().Value("SELECT Origin FROM AuditLog WHERE AuditUniqueID = 'O1'"), laptop);
     EXPECT_EQ(dealer_.Main().Conflicts() + dealer_.Laptop().Conflicts(), "");
+}
+
+TEST_F(Doctor, NamesAFileThatCouldNotBeImportedAtBothEndsUntilAResetHasMendedIt) {
+    BringToNormalRunning();
+    const auto with = [&](const testing::DealerComputer& computer) {
+        return Troubles({"doctor", "--sync", dealer_.SyncFolder(), "--companies", computer.Companies()});
+    };
+    Change(dealer_.Laptop(), "L");
+    dealer_.Laptop().RunPass();
+    ASSERT_EQ(dealer_.FilesInSyncFolder(), 1U);
+    fs::remove(dealer_.SyncFiles().front());
+    Drop(dealer_.Main().UniqueID(), dealer_.Laptop().UniqueID(), "Sequence=0"); // without its data
+    dealer_.Main().RunPass();
+    EXPECT_EQ(with(dealer_.Main()), "import-refused laptop-1");
+    EXPECT_EQ(with(dealer_.Laptop()), "") << "nobody has told it";
+    Change(dealer_.Main(), "M");
+    dealer_.RunRound();
+    dealer_.RunRound();
+    EXPECT_EQ(with(dealer_.Laptop()), "import-refused laptop-1");
+    EXPECT_NE(remedies_.find("request-reset '" + Psd()), std::string::npos) << remedies_;
+    EXPECT_EQ(Troubles(WithAll()), "import-refused laptop-1");
+    EXPECT_NE(Run(WithAll()).out.find(" UTC, held CustomerTypes 1)"), std::string::npos);
+
+    Troubles(WithAll());
+    DoLiterally();
+    EXPECT_EQ(Troubles(WithAll()), "");
+    ASSERT_TRUE(dealer_.FinishResets());
+    EXPECT_EQ(Troubles(WithAll()), "conflicts-open laptop-1");
+    EXPECT_EQ(dealer_.Laptop().Value("SELECT group_concat(RowUniqueID || Reason) FROM ImportConflicts"), "L2");
+
+    // Full data is not what it seems either.
+    dealer_.Laptop().Open()->ExecuteScript(
+        "UPDATE ImportConflicts SET State = 2; UPDATE Company SET SyncState = 2; "
+        "UPDATE Company SET SyncState = 4");
+    EXPECT_EQ(with(dealer_.Laptop()), "import-refused laptop-1");
 }
 
 TEST_F(Doctor, NamesFilesThatNobodyWillTake) {
@@ -398,12 +443,19 @@ TEST_F(Doctor, NamesWhatIsWrongWithACompany) {
             {"conflicts-open main",
              OnMain("INSERT INTO ImportConflicts (TableName, RowUniqueID) VALUES ('Customers', 'C')"),
              OnMain("UPDATE ImportConflicts SET State = 2"), "conflicts list '" + dealer_.Main().Psd()},
+            {"cannot-store main",
+             OnMain("INSERT INTO CompanyEvents (OccurredOn, EventText, EventNumber) VALUES ('', 'full', 4)"),
+             OnMain("INSERT INTO CompanyEvents (OccurredOn, EventText) VALUES ('', 'again')"),
+             "events '" + dealer_.Main().Psd()},
             {"records-put-aside main",
-             OnMain("INSERT INTO ImportProblems (TableName, OccurredOn) VALUES ('Customers', '20261110 00:00:00')"),
+             OnMain(
+                 "INSERT INTO ImportProblems (TableName, OccurredOn) VALUES ('Customers', '20261110 00:00:00')"),
              OnMain("UPDATE ImportProblems SET OccurredOn = '20261107 00:00:00'"), "problems list"},
-            {"company-not-opened " + broken, [&] { std::ofstream(broken) << ""; }, [&] { fs::remove(broken); }, broken},
+            {"company-not-opened " + broken, [&] { std::ofstream(broken) << ""; }, [&] { fs::remove(broken); },
+             broken},
             {"same-database main", copyHere(dealer_.Main().Psd(), "copy of dealer.psd"), {}, ""},
-            {"misplaced-workstation laptop-1", linked, [&] { fs::remove(here + "/x.psd"); }, "Move '" + here + "/x.psd'"},
+            {"misplaced-workstation laptop-1", linked, [&] { fs::remove(here + "/x.psd"); },
+             "Move '" + here + "/x.psd'"},
             {"main-as-roaming main", OnRegistry({"role", "roaming"}), {}, ""},
         },
         {"doctor"}, false);
@@ -454,10 +506,12 @@ TEST_F(Doctor, NamesWhatIsWrongWithTheComputer) {
             {"stop-requested StopSync", OnRegistry({"stop"}), setting("StopSync", "0"), "qndr5rwsyncd"},
             {"main-no-response SyncHeartbeat", setting("SyncHeartbeat", "2"), setting("EnableHeartbeat", "0"),
              "main computer"},
-            {"agent-idle main", setting("LastSync", "2026-11-20 14:00:00"), setting("LastSync", ""), "Start the agent"},
+            {"agent-idle main", setting("LastSync", "2026-11-20 14:00:00"), setting("LastSync", ""),
+             "Start the agent"},
             {"clock-went-back main", setting("LastSync", "2026-11-22 18:00:00"), setting("LastSync", ""), "clock"},
             {"no-companies-location main", noLocation("Companies"), companies, "location set Companies"},
-            {"no-companies-folder /absent", setting("UFL:Companies", "/absent"), companies, "location set Companies"},
+            {"no-companies-folder /absent", setting("UFL:Companies", "/absent"), companies,
+             "location set Companies"},
             {"no-company " + dealer_.SyncFolder() + "\nfolders-nested " + dealer_.SyncFolder(),
              location("Companies", dealer_.SyncFolder()), companies, ".psd"},
             {"folders-nested " + nested, location("Sync", nested), sync, "another Sync folder"},

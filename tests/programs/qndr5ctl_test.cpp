@@ -233,7 +233,8 @@ TEST_F(Qndr5ctl, NamesFoldersRolesAndOptionsByProfile) {
 
     const std::string main = NewCompany("Main", "main");
     MustFail({"option", "get", main, "Roaming Workstations", "EnableSync"}, "is not set");
-    MustFail({"option", "set", main, "Roaming Workstation", "EnableSync", "1"}, "did you mean 'Roaming Workstations'?");
+    MustFail({"option", "set", main, "Roaming Workstation", "EnableSync", "1"},
+             "did you mean 'Roaming Workstations'?");
     MustFail({"option", "set", main, "Roaming Workstations", "EnabelSync", "1"}, "did you mean 'EnableSync'?");
     MustRun({"option", "set", main, "Roaming Workstations", "EnableSync", "1"});
     MustRun({"option", "set", main, "Roaming Workstations", "EnableSync", "0", "--profile", "Laptop"});

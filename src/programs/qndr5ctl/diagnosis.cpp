@@ -70,6 +70,11 @@ void DiagnoseCompany(const ObservedCompany& company, const Observations& seen, F
         DiagnosePlace(company, seen, findings);
     }
     DiagnoseRunning(company, seen, findings);
+    if (!company.cannotStore.empty()) {
+        findings.Add(troubles::CannotStore, name,
+                     "Its agent had trouble of its computer, and nothing was stored since: " + company.cannotStore,
+                     company.file);
+    }
     if (company.openConflicts > 0) {
         findings.Add(troubles::ConflictsOpen, name,
                      Counted(company.openConflicts, "losing version") + " of rows not settled yet.", company.file);
@@ -136,6 +141,7 @@ std::vector<Finding> Diagnose(const Observations& observations) {
     DiagnoseComputer(observations, findings);
     DiagnoseFolder(observations, findings);
     DiagnoseCompanies(observations, findings);
+    DiagnoseRefusals(observations, findings);
     Findings pairs;
     const BeginAnew anew = DiagnosePairs(observations, pairs);
     // A late file is imported before a reset throws it away.

@@ -21,6 +21,14 @@ struct Finding {
     std::vector<std::string> commands; ///< for a POSIX shell, in this order
 };
 
+/// A file that counts as taken although its data could not be imported.
+struct RefusedFile {
+    std::string partner;       ///< UniqueID of the other company
+    std::int64_t sequence = 0; ///< -1 for the full data that the numbering began with
+    std::string on;            ///< when it was refused, or told here that it was; UTC as it is stored
+    std::string held = {};     ///< "Customers 2, Orders 1"; its sender alone knows
+};
+
 /// A company at hand.
 struct ObservedCompany {
     std::string file;
@@ -29,9 +37,12 @@ struct ObservedCompany {
     bool enableSync = false;
     std::string syncComputerName;
     std::int64_t openConflicts = 0;
-    std::int64_t putAside = 0;     ///< records of the last `days` days
-    std::string damage;            ///< what the database's own check found; empty when it is sound
-    std::string database;          ///< path of the database file
+    std::int64_t putAside = 0;             ///< records of the last `days` days
+    std::vector<RefusedFile> refusedHere;  ///< those of its partners, by partner and number
+    std::vector<RefusedFile> refusedThere; ///< its own, as far as their receivers told
+    std::string damage;                    ///< what the database's own check found; empty when it is sound
+    std::string cannotStore; ///< why its agent could not store something lately; empty when it has since, or could
+    std::string database;    ///< path of the database file
     std::int64_t newestChange = 0; ///< the highest number in its audit log
     std::string changedOn;         ///< when that was, UTC, as it is stored
     std::string sentOn;            ///< of a workstation: when the newest change was made that was sent

@@ -40,5 +40,6 @@ void DiagnoseFolder(const Observations& observations, Findings& findings);
 void DiagnoseCompanies(const Observations& observations, Findings& findings);
 BeginAnew DiagnosePairs(const Observations& observations, Findings& findings);
 void DiagnoseFiles(const Observations& observations, const BeginAnew& anew, Findings& findings);
+void DiagnoseRefusals(const Observations& observations, Findings& findings);
 
 } // namespace qndr::control

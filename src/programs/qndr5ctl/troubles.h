@@ -131,8 +131,8 @@ inline constexpr TroubleKind NoComputerNamed{
 inline constexpr TroubleKind WrongComputer{
     "wrong-computer", Severity::Error,
     "Two computers that run copies of one main company spoil both: which one lives? If the other one does, take "
-    "{0} "
-    "out of the folder here. If the company has moved to this computer, take it out of use there first (qndr5ctl "
+    "{0} out of the folder here. If the company has moved to this computer, take it out of use there first "
+    "(qndr5ctl "
     "option set FILE 'Roaming Workstations' EnableSync 0), then here: qndr5ctl option set {0} 'Roaming "
     "Workstations' "
     "SyncComputerName {1}, and start the agent anew"};
@@ -145,6 +145,12 @@ inline constexpr TroubleKind ConflictsOpen{"conflicts-open",
                                            Severity::Warning,
                                            "Then 'conflicts restore' or 'conflicts dismiss' for each",
                                            {"qndr5ctl conflicts list {0}"}};
+inline constexpr TroubleKind CannotStore{"cannot-store",
+                                         Severity::Error,
+                                         "Make room on its disk, end the program that holds its database, or mend "
+                                         "what the reason names; its agent then "
+                                         "goes on by itself",
+                                         {"qndr5ctl events {0}"}};
 inline constexpr TroubleKind RecordsPutAside{
     "records-put-aside",
     Severity::Warning,
@@ -177,6 +183,8 @@ inline constexpr TroubleKind UnconfirmedFiles{
     "folder that was the Sync folder before, and otherwise ask for a reset: qndr5ctl sync request-reset {0}"};
 inline constexpr TroubleKind OneSideOnly{"one-side-only", Severity::Note,
                                          "Compare with the other computer, or name its Companies folder too"};
+inline constexpr TroubleKind ImportRefused{
+    "import-refused", Severity::Error, "The workstation's own values are kept among its conflicts", {Reset}};
 inline constexpr TroubleKind SilentWorkstation{
     "silent-workstation", Severity::Warning,
     "See that its agent runs and reaches the Sync folder, unless nobody works there; 'qndr5ctl doctor' on that "

@@ -1,10 +1,13 @@
 #include "suite/engine/engine.h"
 
 #include "services/failure.h"
+#include "suite/company/company_events.h"
 #include "suite/company/company_library.h"
 #include "suite/engine/import.h"
+#include "suite/engine/sent_ranges.h"
 
 #include <exception>
+#include <optional>
 #include <utility>
 
 namespace qndr::suite {
@@ -37,7 +40,7 @@ bool ImportExportEngine::DoExport(const std::string& path) {
 bool ImportExportEngine::ExportOrder(std::int32_t id, const std::string& path) {
     const std::string number = std::to_string(id);
     try {
-        if (library_ == nullptr ||
+        if (library_ == nullptr || trouble_.Stands() ||
             library_->Connection().Number("SELECT COUNT(*) FROM Orders WHERE ID = " + number) == 0) {
             return false;
         }
@@ -55,10 +58,11 @@ bool ImportExportEngine::ExportOrder(std::int32_t id, const std::string& path) {
 }
 
 bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, const std::string& path) {
-    if (library_ == nullptr) {
+    if (library_ == nullptr || trouble_.Stands()) {
         return false;
     }
     std::vector<std::string> events;
+    std::optional<std::int64_t> snapshot;
     try {
         ExportFile file(path);
         const SqliteConnection& connection = library_->Connection();
@@ -66,10 +70,16 @@ bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, con
             SqliteTransaction transaction(connection, SqliteTransaction::Kind::Read);
             ExportWriter writer(connection, file, origin);
             writer.WriteAll(list);
+            if (origin == ExportOrigin::Tell && list.HoldsWholeTables()) {
+                snapshot = connection.Number("SELECT MAX(ID) FROM AuditLog");
+            }
             events = writer.PassedOver();
             if (verbose_) {
                 events.push_back(Counted(writer.RecordCount(), "record", "was", "were") + " exported.");
             }
+        }
+        if (snapshot) {
+            NoteSnapshot(connection, *snapshot);
         }
         file.Finish();
     } catch (const std::exception& failure) {
@@ -83,13 +93,17 @@ bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, con
 }
 
 bool ImportExportEngine::ImportFile(const std::string& path) {
-    if (library_ == nullptr) {
+    if (trouble_.Refuses()) {
         return false;
     }
     try {
+        if (library_ == nullptr) {
+            throw services::Failure("the engine has no company");
+        }
         const auto unknownTables =
             ignoreUnknownTables_ ? ImportReader::UnknownTables::PassOver : ImportReader::UnknownTables::Refuse;
         const ImportResult result = Import(library_->Connection(), path, unknownTables);
+        trouble_.NoteImported();
         if (result.problems > 0) {
             Tell(Counted(result.problems, "record", "could not be imported and was",
                          "could not be imported and were") +
@@ -108,10 +122,12 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
             Tell(Counted(result.records, "record", "was", "were") + " imported.");
         }
         return true;
+    } catch (const FileRefused& refusal) {
+        Tell(std::string("A file could not be imported: ") + refusal.what(), FileRefusedEvent);
     } catch (const std::exception& failure) {
-        Tell(std::string("A file could not be imported: ") + failure.what());
-        return false;
+        trouble_.Note(std::string("A file could not be stored and is kept: ") + failure.what());
     }
+    return false;
 }
 
 void ImportExportEngine::PreTerminate() {
@@ -119,9 +135,9 @@ void ImportExportEngine::PreTerminate() {
     pending_ = {};
 }
 
-void ImportExportEngine::Tell(const std::string& text) {
+void ImportExportEngine::Tell(const std::string& text, std::optional<std::int32_t> number) {
     try {
-        library_->RecordEvent(text, std::nullopt);
+        library_->RecordEvent(text, number);
     } catch (const services::Failure&) {
         // The work is done or given up by now, and its result says so; a full or locked event list changes
         // nothing.

@@ -2,10 +2,10 @@
 
 namespace qndr::suite {
 
-ImportApplier::ImportApplier(const SqliteConnection& connection, const std::string& sender,
-                             const std::string& seen, Arrival arrival)
-    : connection_(connection), arrival_(arrival), transaction_(connection, SqliteTransaction::Kind::Write),
-      rules_(connection, sender, seen, arrival), audits_(connection, rules_.IsMain()), ledger_(connection) {
+ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBatch& first, Arrival arrival)
+    : connection_(connection), arrival_(arrival),
+      transaction_(connection, SqliteTransaction::Kind::Write, LockWait::Patience::Import),
+      rules_(connection, first, arrival), audits_(connection, rules_.IsMain()), ledger_(connection) {
     KeepBeforeImport(connection_);
     givenUp_.emplace(connection_);
     SqliteStatement insert =
@@ -15,6 +15,11 @@ ImportApplier::ImportApplier(const SqliteConnection& connection, const std::stri
 }
 
 bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) {
+    if (arrival_ == Arrival::InTurn) {
+        SqliteStatement mark = connection_.Prepare("UPDATE TakenFile SET Sender = ?1");
+        mark.Bind(1, rules_.IsMain() ? std::string_view(sender) : MainReceiver);
+        mark.Step();
+    }
     if (!rules_.IsMain() || fileID.empty()) {
         return true;
     }
@@ -66,7 +71,7 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
     const std::string_view uniqueID = batch.Text(record, record.uniqueID);
     const std::string_view origin = batch.Text(record, record.origin);
     OriginRules::Decision decision =
-        arrival_ == Arrival::InTurn ? rules_.Decide(record.table->name, uniqueID, origin)
+        arrival_ == Arrival::InTurn ? rules_.Decide(record.table->name, uniqueID, origin, record.originID)
                                     : rules_.DecideByHand(record.table->name, uniqueID, origin, record.originID,
                                                           table.RowJson(uniqueID).has_value());
     if (rules_.IsMain()) {
