@@ -38,7 +38,7 @@ TEST_F(ExportAuditedChangesTest, EachAuditRowOfTheRangeIsOneEntryInItsOrder) {
     EXPECT_EQ(info.Files, Lines{Path("data.xml")});
     EXPECT_EQ(TakeLog(), Lines{});
     for (const auto& entry : expected) {
-        EXPECT_NE(Company().ExecuteRead(entry.second), nullptr) << entry.second;
+        EXPECT_NE(Company().ExecuteRead(services::Statement(entry.second)), nullptr) << entry.second;
     }
 }
 
@@ -74,11 +74,12 @@ TEST_F(ExportAuditedChangesTest, OrdersAreBackedUpOnceForEachExport) {
 
 TEST_F(ExportAuditedChangesTest, BackupIsAnArchiveInTheFolderOfTheLocalMonthAndStopsNothing) {
     time.SetNow(*ParseDate("2026-11-30 23:00:00"));
-    Audit("Orders", 5, 2, "10:01"); // none that a file name can carry
+    Audit("Orders", 5, 2, "/../../../../../Sync/x"); // leads elsewhere
     Audit("Orders", 4, 2, "1001");
     EXPECT_TRUE(Export(0, 2));
     const std::string month = "Local/Acme/Sync Local/Orders/2026/11/";
     EXPECT_EQ(FilesBelow("Local"), Lines{month + "ODR1001~TOKEN~20261201T040001.zip"});
+    EXPECT_EQ(FilesBelow("Sync"), Lines{});
     EXPECT_EQ(FilesBelow("Temp"), Lines{});
     suite::LibZipArchive zip;
     EXPECT_NE(zip.OpenZip(std::filesystem::directory_iterator(Path(month))->path()), 0);

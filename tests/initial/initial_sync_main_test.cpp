@@ -25,7 +25,8 @@ TEST_F(InitialSyncMainTest, FullExportIsTheSchemasListInItsOrder) {
     Lines listed;
     for (const ExportTable& table : ExportTables) {
         listed.push_back(std::string(table.Name) + ": " + ExportStatement(table));
-        EXPECT_NE(Company().ExecuteRead(ExportStatement(table)), nullptr) << Company().LastSQLErrorDescription();
+        EXPECT_NE(Company().ExecuteRead(services::Statement(ExportStatement(table))), nullptr)
+            << Company().LastSQLErrorDescription();
     }
     EXPECT_EQ(listed, expected);
 }

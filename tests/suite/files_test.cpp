@@ -101,7 +101,7 @@ TEST(DiskFiles, ACopyIsWholeOrNotThere) {
     EXPECT_TRUE(files.CopyFile(source, folder / "Sync/a~b.zip", true));
     EXPECT_EQ(folder.Read("Sync/a~b.zip"), "new");
 
-    for (const char c : std::string("\\:*?\"<>|")) {
+    for (const char c : std::string("\\:*?\"<>|\n\x1B")) {
         EXPECT_FALSE(files.CopyFile(source, folder / ("Sync/a" + std::string(1, c) + ".zip"), false)) << c;
     }
     fs::create_directory(folder / "Sync/folder");

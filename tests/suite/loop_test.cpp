@@ -164,11 +164,13 @@ TEST(SystemTicks, TurnSignalsIntoOneRequest) {
     std::raise(SIGTERM);
     std::raise(SIGINT);
     ticks.SleepUntil(std::nullopt);
+    EXPECT_TRUE(EndRequestWaits());
     int requests = 0;
     loop.OnEndRequest([&] { ++requests; });
     loop.ProcessMessages();
     loop.ProcessMessages();
     EXPECT_EQ(requests, 1);
+    EXPECT_FALSE(EndRequestWaits());
     ticks.SleepUntil(ticks.Now());
     std::raise(SIGHUP);
     loop.OnEndRequest(nullptr);

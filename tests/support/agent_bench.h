@@ -8,6 +8,7 @@
 #include "suite/company/connection_string.h"
 #include "suite/computer/registry_store.h"
 #include "suite/computer/virtual_time.h"
+#include "suite/database/sqlite_database.h"
 #include "suite/files/zip_archive.h"
 #include "support/scripted_gate.h"
 #include "support/temporary_folder.h"
@@ -203,10 +204,10 @@ class AgentBench : public ::testing::Test {
     }
     /// Its database, beside the gate.
     services::Database& Company() { return *database_; }
-    void Sql(const std::string& statement) {
-        ASSERT_NE(Company().ExecuteNonQuery(statement), -1) << Company().LastSQLErrorDescription();
-    }
-    std::string Value(const std::string& statement) { return Company().ExecuteScaler(statement).ToText(); }
+    /// As it is to everybody but the agent.
+    suite::SqliteConnection& Connection() { return dynamic_cast<suite::SqliteDatabase&>(*database_).Connection(); }
+    void Sql(const std::string& statement) { Connection().Execute(statement); }
+    std::string Value(const std::string& statement) { return Connection().Value(statement).value_or(""); }
 
     /// Packs the files, given as name and content, into an archive at the path. The same files are packed once.
     void Pack(const std::string& path, const std::vector<std::pair<std::string, std::string>>& files) {

@@ -31,6 +31,23 @@ TEST_F(RoutingTest, HistoryIsKeptByTheLocalMonthWhenItIsAskedFor) {
     EXPECT_EQ(FilesBelow("Local"), Lines{"Local/Acme/Sync Local/History/2026/12/{Lap}~TOKEN~20270101T045903.zip"});
 }
 
+TEST_F(RoutingTest, NameNeverLeadsToAnotherFolder) {
+    std::filesystem::create_directories(Path("Sync/x"));
+    context.SyncFolder = Path("Sync");
+    std::string heartbeatFile;
+    for (const std::string id : {"x/../../y", "x/y", "x\\y", "x\ny"}) {
+        Sql("UPDATE Company SET MainUniqueID = '" + id + "'");
+        Sql("UPDATE RoamingWorkstations SET UniqueID = '" + id + "'");
+        context.RoamingUniqueID = id;
+        EXPECT_FALSE(CopySyncFileToMain(context, source)) << id;
+        EXPECT_FALSE(CopyToRoaming()) << id;
+        EXPECT_FALSE(CopyHeartbeatFileToMain(context, source, heartbeatFile)) << id;
+    }
+    for (const std::string& file : FilesBelow("")) {
+        EXPECT_EQ(file.find('~'), std::string::npos) << file;
+    }
+}
+
 TEST_F(RoutingTest, NothingGoesWithoutASyncFolder) {
     SetSyncFolder("");
     EXPECT_FALSE(CopySyncFileToMain(context, source));

@@ -5,6 +5,7 @@
 #include "suite/company/connection_string.h"
 #include "suite/company/provisioning.h"
 #include "suite/company/sync_folder_mark.h"
+#include "suite/computer/ticks.h"
 #include "suite/database/sqlite_database.h"
 #include "suite/engine/given_up_changes.h"
 
@@ -15,6 +16,8 @@ using services::CurrentUserHive;
 
 constexpr const char* kRoleName = "RoamingWorkstation";
 constexpr const char* kLocationPrefix = "UFL:";
+constexpr const char* kAgentKey = R"(Software\Velmoran\Ordergrove Suite\5.0)";
+constexpr const char* kStopName = "StopSync";
 constexpr const char* kNotCleared = "The tables could not be cleared for a reset, which waits: ";
 
 std::string ProfileKey(const std::string& profile) {
@@ -95,7 +98,7 @@ class LibrarySql : public services::SqlConnection {
   public:
     LibrarySql(SqliteDatabase& database, ComputerTrouble& trouble) : database_(database), trouble_(trouble) {}
 
-    std::int32_t ExecuteNonQuery(const std::string& statement) override {
+    std::int32_t ExecuteNonQuery(const services::Statement& statement) override {
         if (trouble_.Refuses()) {
             return -1;
         }
@@ -144,6 +147,12 @@ struct CompanyLibrary::State {
 CompanyLibrary::CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock,
                                ComputerTrouble& trouble, LockWait* wait)
     : state_(std::make_unique<State>(registry, clock, trouble, wait)) {
+    StatementLimits limits;
+    // A signal becomes StopSync when the agent lets messages through, which it does not within a statement.
+    limits.isStopping = [&registry] {
+        return EndRequestWaits() || registry.GetLong(CurrentUserHive, kAgentKey, kStopName, 0) != 0;
+    };
+    state_->database.SetLimits(std::move(limits));
 }
 
 CompanyLibrary::~CompanyLibrary() = default;
