@@ -30,7 +30,7 @@ struct Pair {
 class Traffic {
   public:
     Traffic(const Observations& seen, const Pair& pair)
-        : files_(seen.files), laptop_(pair.laptop != nullptr ? pair.laptop->facts.uniqueID : pair.row->uniqueID),
+        : files_(seen.files), former_(seen.formerFiles), laptop_(pair.laptop != nullptr ? pair.laptop->facts.uniqueID : pair.row->uniqueID),
           main_(pair.main != nullptr ? pair.main->facts.uniqueID : pair.laptop->facts.mainUniqueID) {}
 
     bool HasInitialRequest() const {
@@ -59,13 +59,21 @@ class Traffic {
     std::multimap<std::int64_t, FoundSyncFile> SequencesToLaptop() const {
         return Sequences([&](const FoundSyncFile& file) { return IsForLaptop(file); });
     }
-    /// Where something lies that cannot be read, nothing can be said to be missing.
-    bool HasUnreadable() const {
-        return std::any_of(files_.begin(), files_.end(), [&](const ListedFile& listed) {
-            const FoundSyncFile& file = listed.file.entry;
-            return listed.file.kind == FileKind::UnreadableSyncFile &&
-                   (IsForLaptop(file) || IsForMain(file) || EqualIdentities(file.To, "main"));
-        });
+    /// Where something lies that cannot be read, or under a wrong name or in a wrong folder, nothing can be said to
+    /// be missing; it is told by itself.
+    bool HasUncertain() const {
+        const auto isBetween = [&](const FoundSyncFile& file) {
+            return IsForLaptop(file) || EqualIdentities(file.From, laptop_) ||
+                   (file.To.empty() && EqualIdentities(file.From, main_));
+        };
+        return std::any_of(former_.begin(), former_.end(),
+                           [&](const ListedFile& listed) { return isBetween(listed.file.entry); }) ||
+               std::any_of(files_.begin(), files_.end(), [&](const ListedFile& listed) {
+                   const FoundSyncFile& file = listed.file.entry;
+                   const bool isUnread = listed.file.kind == FileKind::UnreadableSyncFile &&
+                                         (IsForLaptop(file) || IsForMain(file) || EqualIdentities(file.To, "main"));
+                   return isUnread || (listed.file.kind == FileKind::Misnamed && isBetween(file));
+               });
     }
 
   private:
@@ -95,6 +103,7 @@ class Traffic {
     }
 
     const std::vector<ListedFile>& files_;
+    const std::vector<ListedFile>& former_;
     std::string laptop_;
     std::string main_;
 };
@@ -119,7 +128,7 @@ class PairSection {
             LookAtSilence();
             LookAtDrain();
         }
-        if (!seen_.KnowsFiles() || traffic_.HasUnreadable()) {
+        if (!seen_.KnowsFiles() || traffic_.HasUncertain()) {
             return;
         }
         LookAtInitialSync();

@@ -3,6 +3,7 @@
 #include "programs/qndr5ctl/computer_places.h"
 #include "services/failure.h"
 #include "shared/records.h"
+#include "suite/computer/system_facts.h"
 #include "syncfiles/descriptor.h"
 
 namespace qndr::control {
@@ -10,6 +11,9 @@ namespace qndr::control {
 using services::Failure;
 
 namespace {
+
+/// Both forms of the agent go by this name.
+constexpr const char* AgentProgramName = "qndr5rwsync";
 
 /// The descriptor, and below the folder the data.
 FoundSyncFile Unpack(const ControlContext& context, const std::string& archive, const WorkingFolder& folder) {
@@ -48,6 +52,11 @@ void DemandChangesOfAPartner(const OpenedCompany& company, const FoundSyncFile& 
 suite::ImportResult ImportByHand(const ControlContext& context, const OpenedCompany& company,
                                  const std::string& archive) {
     company.DemandThatChangesTravel();
+    // Held until the import is done: an agent must not meet a company that changes below its feet.
+    suite::RunningProgram agent(context.computer, AgentProgramName);
+    if (agent.AnotherCopyIsRunning()) {
+        throw Failure("the agent of this computer is running: 'qndr5ctl stop' ends it, then try again");
+    }
     const WorkingFolder folder(context.services);
     DemandChangesOfAPartner(company, Unpack(context, archive, folder));
     return suite::Import(company.Database(), folder.FileOf("data.xml"),
