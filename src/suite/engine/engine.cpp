@@ -2,6 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/company/company_library.h"
+#include "suite/company/company_versions.h"
 #include "suite/engine/import.h"
 #include "suite/engine/sent_ranges.h"
 
@@ -130,6 +131,13 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
 }
 
 void ImportExportEngine::PreTerminate() {
+    if (library_ != nullptr && !trouble_.Stands()) {
+        try {
+            ForgetOlderSchemas(library_->Connection().Path());
+        } catch (const services::Failure&) {
+            // The database cannot be opened: the copies stay.
+        }
+    }
     library_ = nullptr;
     pending_ = {};
 }
