@@ -12,6 +12,16 @@
 
 namespace qndr::suite {
 
+namespace {
+
+/// "1 record was", "2 records were"
+std::string Counted(std::int64_t number, const std::string& noun, const std::string& one,
+                    const std::string& several) {
+    return std::to_string(number) + " " + noun + (number == 1 ? " " + one : "s " + several);
+}
+
+} // namespace
+
 void ImportExportEngine::Initialize(services::SharedCodeLibrary& library) {
     library_ = dynamic_cast<CompanyLibrary*>(&library.Implementation());
     if (library_ == nullptr) {
@@ -65,7 +75,7 @@ bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, con
             }
             events = writer.PassedOver();
             if (verbose_) {
-                events.push_back(std::to_string(writer.RecordCount()) + " records were exported.");
+                events.push_back(Counted(writer.RecordCount(), "record", "was", "were") + " exported.");
             }
         }
         if (snapshot) {
@@ -95,17 +105,21 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
         const ImportResult result = Import(library_->Connection(), path, unknownTables);
         trouble_.NoteImported();
         if (result.problems > 0) {
-            Tell(std::to_string(result.problems) + " records could not be imported and were put aside.");
+            Tell(Counted(result.problems, "record", "could not be imported and was",
+                         "could not be imported and were") +
+                 " put aside.");
         }
         if (result.conflicts > 0) {
-            Tell(std::to_string(result.conflicts) +
-                 " records were changed on both sides; the versions that lost were kept.");
+            Tell(Counted(result.conflicts, "record", "was", "were") + " changed on both sides; the version" +
+                 (result.conflicts == 1 ? " that lost was" : "s that lost were") + " kept.");
         }
         if (result.givenUp > 0) {
-            Tell(std::to_string(result.givenUp) + " changes that were given up by a reset are kept.");
+            Tell(Counted(result.givenUp, "change", "that was given up by a reset is",
+                         "that were given up by a reset are") +
+                 " kept.");
         }
         if (verbose_) {
-            Tell(std::to_string(result.records) + " records were imported.");
+            Tell(Counted(result.records, "record", "was", "were") + " imported.");
         }
         return true;
     } catch (const FileRefused& refusal) {

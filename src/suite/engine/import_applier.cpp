@@ -2,10 +2,10 @@
 
 namespace qndr::suite {
 
-ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBatch& first)
-    : connection_(connection),
+ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBatch& first, Arrival arrival)
+    : connection_(connection), arrival_(arrival),
       transaction_(connection, SqliteTransaction::Kind::Write, LockWait::Patience::Import),
-      rules_(connection, first), audits_(connection, rules_.IsMain()), ledger_(connection) {
+      rules_(connection, first, arrival), audits_(connection, rules_.IsMain()), ledger_(connection) {
     KeepBeforeImport(connection_);
     givenUp_.emplace(connection_);
     SqliteStatement insert =
@@ -15,9 +15,11 @@ ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBat
 }
 
 bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) {
-    SqliteStatement mark = connection_.Prepare("UPDATE TakenFile SET Sender = ?1");
-    mark.Bind(1, rules_.IsMain() ? std::string_view(sender) : MainReceiver);
-    mark.Step();
+    if (arrival_ == Arrival::InTurn) {
+        SqliteStatement mark = connection_.Prepare("UPDATE TakenFile SET Sender = ?1");
+        mark.Bind(1, rules_.IsMain() ? std::string_view(sender) : MainReceiver);
+        mark.Step();
+    }
     if (!rules_.IsMain() || fileID.empty()) {
         return true;
     }
@@ -26,6 +28,9 @@ bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) 
     last.Bind(2, fileID);
     if (last.Step()) {
         return false;
+    }
+    if (arrival_ == Arrival::ByHand) {
+        return true;
     }
     SqliteStatement note =
         connection_.Prepare("INSERT OR REPLACE INTO LastImports (Sender, FileID) VALUES (?1, ?2)");
@@ -63,15 +68,19 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
         ledger_.AddProblem(batch, record, record.problem);
         return;
     }
-    OriginRules::Decision decision = rules_.Decide(record.table->name, batch.Text(record, record.uniqueID),
-                                                   batch.Text(record, record.origin), record.originID);
+    const std::string_view uniqueID = batch.Text(record, record.uniqueID);
+    const std::string_view origin = batch.Text(record, record.origin);
+    OriginRules::Decision decision =
+        arrival_ == Arrival::InTurn ? rules_.Decide(record.table->name, uniqueID, origin, record.originID)
+                                    : rules_.DecideByHand(record.table->name, uniqueID, origin, record.originID,
+                                                          table.RowJson(uniqueID).has_value());
     if (rules_.IsMain()) {
         MarkOrigin(batch, record);
     }
     switch (decision.verdict) {
     case OriginRules::Verdict::Take:
         if (!PutAside(batch, record, table.Apply(batch, record))) {
-            givenUp_->Settle(*record.table, table, batch.Text(record, record.uniqueID));
+            givenUp_->Settle(*record.table, table, uniqueID);
         }
         return;
     case OriginRules::Verdict::TakeAndKeepLoser:
