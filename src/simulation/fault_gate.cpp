@@ -5,13 +5,12 @@
 namespace qndr::simulation {
 namespace {
 
-const std::set<std::string, std::less<>> WritesToTheDatabase{"Database.ExecuteNonQuery", "Engine.ImportFile"};
+const std::set<std::string, std::less<>> WritesToTheDatabase{"Database.ExecuteNonQuery"};
 
 const std::set<std::string, std::less<>> WritesToTheDisk{
     "Database.ExecuteNonQuery",
     "Engine.DoExport",
     "Engine.ExportOrder",
-    "Engine.ImportFile",
     "FileTools.CopyFile",
     "FileTools.CreateTemporaryFile",
     "IniTools.SetValue",
@@ -28,6 +27,12 @@ const std::set<std::string, std::less<>> WritesToTheDisk{
 /// Comes once for each level of a path from the root down. Were it counted, a seed would lead elsewhere in a
 /// folder that lies deeper.
 constexpr std::string_view PerLevel = "DirectoryCalls.Find";
+
+/// What these answer for a computer's own trouble is settled behind the seam. There it is brought about.
+bool IsSettledBehindTheSeam(std::string_view call) {
+    return call == "Engine.ImportFile" || call == "Engine.Initialize" || call == "ZipArchive.OpenZip" ||
+           call == "ZipArchive.GetEntryByName" || call == "ObjectFactory.CreateZipArchive";
+}
 
 /// Refused, it would end the whole agent before it has begun anything.
 bool IsPartOfTheStart(std::string_view call) {
@@ -71,7 +76,7 @@ bool FaultGate::Admits(std::string_view call) {
     }
     const bool disturbed =
         (diskFull_ && WritesToTheDisk.contains(call)) || (locked_ && WritesToTheDatabase.contains(call));
-    if (disturbed || (!IsPartOfTheStart(call) && Strikes(Fault::RefuseCall))) {
+    if (disturbed || (!IsPartOfTheStart(call) && !IsSettledBehindTheSeam(call) && Strikes(Fault::RefuseCall))) {
         if (disturbed) {
             chronicle_.Note(computer_, previous_ + " is refused, for the disk is full or the database locked");
         } else {

@@ -141,8 +141,12 @@ void Simulation::RestoreBackup(std::size_t place) {
     if (computer.HasBackup() && random_.Chance(plan_.Rate(Fault::RestoreBackup))) {
         chronicle_.NoteFault(computer.Name(), "restore-backup", "its database is restored from a backup");
         stations_[place].agent.reset();
+        std::set<std::string> gone = users_->ValuesAt(place);
         computer.RestoreBackup();
-        judge_->NoteRestored(place);
+        for (const std::string& value : users_->ValuesAt(place)) {
+            gone.erase(value);
+        }
+        judge_->NoteRestored(place, gone);
     } else if (random_.Chance(0.1)) {
         computer.TakeBackup();
         chronicle_.Note(computer.Name(), "its database is backed up");
@@ -193,8 +197,8 @@ void Simulation::RunPass(std::size_t place) {
         const ObserveFailures observing(abandoned);
         try {
             if (station.agent == nullptr) {
-                station.agent =
-                    std::make_unique<AgentProcess>(computer, *station.gate, plan_, identifiers_, chronicle_);
+                station.agent = std::make_unique<AgentProcess>(computer, *station.gate, plan_, identifiers_,
+                                                               chronicle_, judge_->Watch());
                 station.agent->Load();
             }
             if (quiet_) {

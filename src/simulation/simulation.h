@@ -31,8 +31,11 @@ struct SimulationResult {
     std::int64_t bytes = 0;
     std::int64_t edits = 0;
     std::int64_t conflicts = 0;
-    std::int64_t resets = 0;     ///< that mended a pairing that was out of step
-    std::int64_t lostValues = 0; ///< that somebody entered and that are gone, for a loss that is known by name
+    std::int64_t resets = 0; ///< that mended a pairing that was out of step
+    /// Pairings out of step and rows that differed in the quiet time, by the name of the loss that explains it.
+    std::map<std::string, std::int64_t> excused;
+    /// What somebody entered and is gone, by the name of the loss that explains it.
+    std::map<std::string, std::int64_t> lostValues;
     std::map<std::string, std::int64_t> faults;
     std::map<std::string, std::int64_t> losses;
     std::uint64_t fingerprint = 0; ///< of all events; the same for the same options
