@@ -1,6 +1,7 @@
 #include "composition/computer_services.h"
 
 #include "composition/gated_objects.h"
+#include "composition/lock_pauses.h"
 #include "shared/paths2.h"
 #include "suite/computer/posix/directory_calls.h"
 #include "suite/computer/registry_store.h"
@@ -19,15 +20,19 @@ namespace {
 /// The suite on one computer. It works with its own services directly; the gate stands in front of the agent
 /// alone.
 struct Suite {
-    Suite(const suite::Computer& theComputer, const services::Clock& clock, const std::string& programName,
+    Suite(const suite::Computer& theComputer, const TimeServices& time, const std::string& programName,
           const std::vector<std::string>& switchNames)
-        : computer(theComputer), registryTools(computer.registryFile, clock), fileTools(computer.temporaryFolder),
-          directoryCalls(computer.temporaryFolder), objects(computer, registryTools, iniTools, clock),
+        : computer(theComputer), registryTools(computer.registryFile, time.clock),
+          lockPauses(time.messages, time.timers, registryTools, programName),
+          fileTools(computer.temporaryFolder, &trouble), directoryCalls(computer.temporaryFolder),
+          objects(computer, registryTools, iniTools, time.clock, trouble, lockPauses),
           commandLineTools(switchNames), systemTools(computer), specialFolderTools(computer),
           program(computer, programName) {}
 
     const suite::Computer computer;
     suite::RegistryStore registryTools;
+    suite::ComputerTrouble trouble;
+    LockPauses lockPauses;
     suite::DiskFileTools fileTools;
     suite::PosixDirectoryCalls directoryCalls;
     suite::DiskIniTools iniTools;
@@ -49,7 +54,7 @@ struct Suite {
 struct ComputerServices::Parts {
     Parts(const suite::Computer& computer, const TimeServices& time, const std::string& programName,
           const std::vector<std::string>& switchNames, services::CallGate* gate)
-        : inner(computer, time.clock, programName, switchNames), objects(inner.objects, gate),
+        : inner(computer, time, programName, switchNames), objects(inner.objects, gate),
           commandLineTools(inner.commandLineTools, gate), registryTools(inner.registryTools, gate),
           fileTools(inner.fileTools, gate), directoryCalls(inner.directoryCalls, gate),
           iniTools(inner.iniTools, gate), textFileTools(inner.textFileTools, gate),
@@ -97,6 +102,10 @@ ComputerServices::~ComputerServices() = default;
 
 const services::AgentServices& ComputerServices::Services() const {
     return parts_->all;
+}
+
+void ComputerServices::TellWaitsTo(std::function<void(const std::string&)> teller) {
+    parts_->inner.lockPauses.TellTo(std::move(teller));
 }
 
 } // namespace qndr

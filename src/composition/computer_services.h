@@ -3,6 +3,7 @@
 #include "services/agent_services.h"
 #include "suite/computer/computer.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,6 +32,10 @@ class ComputerServices {
     ComputerServices& operator=(const ComputerServices&) = delete;
 
     const services::AgentServices& Services() const;
+
+    /// Whom to tell what an import waits for: the text for the activity line, and an empty one when the wait is
+    /// over.
+    void TellWaitsTo(std::function<void(const std::string&)> teller);
 
   private:
     struct Parts;

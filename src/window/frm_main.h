@@ -22,6 +22,8 @@ class frmMain final : public QWidget, public AgentView {
     void Load();
     /// Shows the window in front of the others, from the tray or the task bar.
     void Restore();
+    /// What the pass waits for, shown in the place of its activity; see AgentScheduler::ShowWait.
+    void ShowWait(const std::string& text) { scheduler_.ShowWait(text); }
 
     void FillLabels() override;
     void ShowFrequency(std::int32_t minutes) override;

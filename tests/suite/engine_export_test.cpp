@@ -148,13 +148,17 @@ TEST_F(EngineExportTest, AnOrderGoesWithItsItemsAndWithoutOrigin) {
 }
 
 TEST_F(EngineExportTest, WorksOnlyBetweenInitializeAndPreTerminate) {
-    ImportExportEngine engine;
+    ComputerTrouble trouble;
+    ImportExportEngine engine(trouble);
     EXPECT_FALSE(engine.DoExport(file_));
     EXPECT_FALSE(engine.ImportFile(file_));
+    EXPECT_TRUE(trouble.Stands()) << "nothing is wrong with the file";
     EXPECT_FALSE(engine.ExportOrder(1, file_));
-    services::SharedCodeLibraryWrapper wrapped(std::make_unique<services::SharedCodeLibraryWrapper>(
-                                                   std::make_unique<CompanyLibrary>(registry_, clock_), nullptr),
-                                               nullptr);
+    trouble.Clear();
+    services::SharedCodeLibraryWrapper wrapped(
+        std::make_unique<services::SharedCodeLibraryWrapper>(
+            std::make_unique<CompanyLibrary>(registry_, clock_, trouble), nullptr),
+        nullptr);
     engine.Initialize(wrapped);
     EXPECT_FALSE(engine.DoExport(file_)) << "the library has no company yet";
     main_.engine.PreTerminate();

@@ -97,8 +97,9 @@ class EngineCompany {
     RegistryStore registry_;
 
   public:
-    CompanyLibrary library{registry_, clock_};
-    ImportExportEngine engine;
+    ComputerTrouble trouble;
+    CompanyLibrary library{registry_, clock_, trouble};
+    ImportExportEngine engine{trouble};
 };
 
 inline std::string ReadFile(const std::string& path) {

@@ -113,8 +113,11 @@ TEST_F(EngineImportTest, ADamagedFileChangesNothing) {
 TEST_F(EngineImportTest, RefusesWhatIsNoFileOfItsKind) {
     const std::string good = Label("<UniqueID>U1</UniqueID><Name>Home</Name>");
     const std::string before = laptop_.Everything();
-    EXPECT_FALSE(laptop_.engine.ImportFile(folder_.Path("missing.xml")));
-    EXPECT_FALSE(laptop_.engine.ImportFile(folder_.Path("")));
+    for (const char* unreadable : {"missing.xml", ""}) {
+        EXPECT_FALSE(laptop_.engine.ImportFile(folder_.Path(unreadable)));
+        EXPECT_TRUE(laptop_.trouble.Stands()) << "it may be whole";
+        laptop_.trouble.Clear();
+    }
     for (const std::string& text : {
              std::string(),
              std::string("PK\x03\x04"),
@@ -131,6 +134,7 @@ TEST_F(EngineImportTest, RefusesWhatIsNoFileOfItsKind) {
              Exchange(good + Label("<Name>&bomb;</Name>")),
          }) {
         EXPECT_FALSE(Import(laptop_, text)) << text;
+        EXPECT_FALSE(laptop_.trouble.Stands()) << text;
         EXPECT_EQ(laptop_.Everything(), before) << text;
     }
     laptop_.engine.SetIgnoreUnknownTables(false);
@@ -213,20 +217,6 @@ TEST_F(EngineImportTest, AValueBeyondAllMeasureIsAProblemOfItsRecordAlone) {
                                          Label("<UniqueID>U2</UniqueID><Name>ok</Name>"))));
     EXPECT_EQ(Labels(), "U2 ok -");
     EXPECT_EQ(laptop_.Value("SELECT Reason FROM ImportProblems"), "The value of the column 'Name' is too large.");
-}
-
-TEST_F(EngineImportTest, ALockedDatabaseIsNotHalfImported) {
-    const std::string text = Exchange(Label("<UniqueID>U1</UniqueID><Name>a</Name>"));
-    StandingClock clock;
-    SqliteConnection other(laptop_.Connection().Path(), clock, SqliteConnection::Missing::Refuse);
-    laptop_.Connection().SetBusyTimeout(0);
-    {
-        const SqliteTransaction lock(other, SqliteTransaction::Kind::Write);
-        EXPECT_FALSE(Import(laptop_, text));
-    }
-    EXPECT_EQ(Labels(), "");
-    EXPECT_TRUE(Import(laptop_, text));
-    EXPECT_EQ(other.Value("SELECT Name FROM PhoneLabels"), "a");
 }
 
 TEST_F(EngineImportTest, MainAuditsAnImportAndAWorkstationDoesNot) {

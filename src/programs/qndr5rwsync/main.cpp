@@ -63,14 +63,15 @@ void RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, c
     int ownName = 1;
     const std::unique_ptr<QApplication> application = MakeApplication(ownName, arguments);
     qndr::QtMessages messages;
-    const qndr::ComputerServices outside(computer, {clock, messages, messages}, qndr::AgentName,
-                                         qndr::SwitchNames(program.switches));
+    qndr::ComputerServices outside(computer, {clock, messages, messages}, qndr::AgentName,
+                                   qndr::SwitchNames(program.switches));
     qndr::AgentContext context(outside.Services());
     if (!qndr::HasToLoad(context, options)) {
         return;
     }
 
     qndr::frmMain window(context);
+    outside.TellWaitsTo([&](const std::string& text) { window.ShowWait(text); });
     const QSocketNotifier endRequests(ticks.EndRequestHandle(), QSocketNotifier::Read);
     QObject::connect(&endRequests, &QSocketNotifier::activated, &window, [&] {
         if (ticks.TakeEndRequest()) {

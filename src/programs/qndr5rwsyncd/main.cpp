@@ -13,14 +13,15 @@ void RunAgent(const qndr::AgentProgram& program, const qndr::Options& options) {
     qndr::suite::SystemTicks ticks;
     qndr::suite::SystemClock clock;
     qndr::suite::HeadlessLoop loop(ticks);
-    const qndr::ComputerServices outside(computer, {clock, loop, loop}, qndr::AgentName,
-                                         qndr::SwitchNames(program.switches));
+    qndr::ComputerServices outside(computer, {clock, loop, loop}, qndr::AgentName,
+                                   qndr::SwitchNames(program.switches));
     qndr::AgentContext context(outside.Services());
 
     if (!qndr::HasToLoad(context, options)) {
         return;
     }
     qndr::HeadlessAgent agent(context, loop, isatty(STDOUT_FILENO) != 0 ? &std::cout : nullptr);
+    outside.TellWaitsTo([&](const std::string& text) { agent.ShowWait(text); });
     if (options.passes) {
         agent.RunPasses(*options.passes);
     } else {

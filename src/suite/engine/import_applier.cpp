@@ -4,7 +4,8 @@ namespace qndr::suite {
 
 ImportApplier::ImportApplier(const SqliteConnection& connection, const std::string& sender,
                              const std::string& seen)
-    : connection_(connection), transaction_(connection, SqliteTransaction::Kind::Write),
+    : connection_(connection),
+      transaction_(connection, SqliteTransaction::Kind::Write, LockWait::Patience::Import),
       rules_(connection, sender, seen), audits_(connection, rules_.IsMain()), ledger_(connection) {
     KeepBeforeImport(connection_);
     givenUp_.emplace(connection_);

@@ -108,7 +108,7 @@ bool ImportReader::Read(ImportBatch& batch) {
         atEnd_ = file_.eof();
         const auto length = static_cast<int>(file_.gcount());
         if (XML_ParseBuffer(parser_.get(), length, atEnd_ ? 1 : 0) != XML_STATUS_OK) {
-            throw Failure(!refusal_.empty() ? refusal_ : XML_ErrorString(XML_GetErrorCode(parser_.get())));
+            RaiseParserError();
         }
     }
     SetAside(batch);
@@ -116,6 +116,14 @@ bool ImportReader::Read(ImportBatch& batch) {
     batch.seen = seen_;
     batch.fileID = fileID_;
     return true;
+}
+
+void ImportReader::RaiseParserError() const {
+    const XML_Error error = XML_GetErrorCode(parser_.get());
+    if (error == XML_ERROR_NO_MEMORY) {
+        throw Failure("there is no memory for reading a file");
+    }
+    throw FileRefused(!refusal_.empty() ? refusal_ : XML_ErrorString(error));
 }
 
 void ImportReader::SetAside(ImportBatch& batch) {

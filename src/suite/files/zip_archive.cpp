@@ -186,6 +186,9 @@ std::int32_t LibZipArchive::OpenZip(const std::string& path) {
     if (archive_ != nullptr) {
         return Fail("The archive object is in use for '" + path_ + "'.");
     }
+    if (trouble_ != nullptr) {
+        trouble_->TakeInHand(path);
+    }
     const std::optional<FileFacts> facts = ReadFileFacts(path);
     if (!facts || !facts->file) {
         return Fail("There is no file '" + path + "'.");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/zip_archive.h"
+#include "suite/computer/computer_trouble.h"
 
 #include <zip.h>
 
@@ -13,7 +14,8 @@ namespace qndr::suite {
 /// stored size that does not match, a wrong checksum and a ratio over 1,000 to 1 beyond 64 MiB are failures.
 class LibZipArchive final : public services::ZipArchive {
   public:
-    LibZipArchive() = default;
+    /// The trouble, if there is one, is told which archive is read. It must outlive the object.
+    explicit LibZipArchive(ComputerTrouble* trouble = nullptr) : trouble_(trouble) {}
     /// Throws away what was not written.
     ~LibZipArchive() override;
     LibZipArchive(const LibZipArchive&) = delete;
@@ -39,6 +41,7 @@ class LibZipArchive final : public services::ZipArchive {
     bool AppendFile(const std::string& path, const std::string& name);
     bool ExtractTo(const std::string& name, zip_uint64_t index, const std::string& folder);
 
+    ComputerTrouble* trouble_;
     zip_t* archive_ = nullptr;
     bool writing_ = false;
     std::string path_;
