@@ -219,6 +219,45 @@ TEST_F(EngineImportTest, AValueBeyondAllMeasureIsAProblemOfItsRecordAlone) {
     EXPECT_EQ(laptop_.Value("SELECT Reason FROM ImportProblems"), "The value of the column 'Name' is too large.");
 }
 
+TEST_F(EngineImportTest, WhatThisComputerCannotStoreChangesNothingAndStopsAllElse) {
+    main_.Run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) INSERT INTO Reports "
+              "(UniqueID, Layout) SELECT printf('%05d', i), printf('%.*c', 700, 'x') FROM n");
+    ASSERT_TRUE(main_.ExportTable("Reports", file_));
+    const std::string connection = SqliteConnectionString(laptop_.Connection().Path());
+    const std::string before = laptop_.Everything();
+    const std::int64_t pages = laptop_.Number("PRAGMA page_count");
+    // Room for so many pages; without a limit a table of the memory is missing.
+    for (const std::int64_t room : {0, 1, 5, 60, 500, -1}) {
+        laptop_.Run(room < 0 ? "ALTER TABLE ImportMark RENAME TO Gone"
+                             : "PRAGMA max_page_count = " + std::to_string(pages + room));
+        EXPECT_FALSE(laptop_.engine.ImportFile(file_)) << room;
+        laptop_.Run(room < 0 ? "ALTER TABLE Gone RENAME TO ImportMark" : "PRAGMA max_page_count = 1000000");
+        EXPECT_EQ(laptop_.Everything(), before) << room;
+        // It would be possible now, and must not be done.
+        services::Database& database = laptop_.library.Database();
+        EXPECT_EQ(database.ExecuteNonQuery("UPDATE Company SET SyncState = 4"), -1);
+        EXPECT_EQ(database.LastSQLErrorDescription(),
+                  std::string("A file could not be stored and is kept: ") +
+                      (room < 0 ? "no such table: ImportMark" : "database or disk is full"));
+        EXPECT_EQ(laptop_.library.QNDRSQL(), nullptr);
+        EXPECT_THROW(laptop_.library.RecordEvent("Sync reset complete.", 2), services::Failure);
+        EXPECT_FALSE(laptop_.ExportTable("Terms", folder_.Path("out.xml")));
+        EXPECT_FALSE(laptop_.engine.ImportFile(file_));
+        laptop_.library.PreTerminate();
+        laptop_.library.SetConnectionString(connection);
+    }
+    EXPECT_TRUE(laptop_.engine.ImportFile(file_));
+    EXPECT_TRUE(laptop_.Rows("Reports") == main_.Rows("Reports"));
+    laptop_.library.PreTerminate();
+    laptop_.library.SetConnectionString(connection);
+    EXPECT_FALSE(Import(laptop_, "<Exchange/>"));
+    EXPECT_EQ(laptop_.Value("SELECT group_concat(ifnull(EventNumber, '-') || ' ' || EventText, '; ') FROM "
+                            "CompanyEvents"),
+              "4 A file could not be stored and is kept: database or disk is full; "
+              "4 A file could not be stored and is kept: no such table: ImportMark; "
+              "- The database can be used again.; 3 A file could not be imported: this is no exchange file");
+}
+
 TEST_F(EngineImportTest, MainAuditsAnImportAndAWorkstationDoesNot) {
     const std::string text = Exchange("<Table Name=\"PhoneLabels\"><Record Origin=\"" + LaptopID +
                                           "\" OriginID=\"9\"><UniqueID>U1</UniqueID><Name>a</Name></Record>"
