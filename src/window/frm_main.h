@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <functional>
+
 namespace qndr {
 
 /// The window of the agent. It holds the scheduler, and the agent lives as long as the window is loaded, hidden or
@@ -37,7 +39,7 @@ class frmMain final : public QWidget, public AgentView {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    void BuildTimer(QTimer& timer, const char* name, int interval, void (AgentScheduler::*tick)());
+    void BuildTimer(QTimer& timer, const char* name, int interval, const std::function<void()>& tick);
     void BuildTray();
     void ConnectControls();
     void WriteOnChange(QCheckBox* box, const char* setting);

@@ -158,6 +158,7 @@ std::vector<Finding> Diagnose(const Observations& observations) {
     DiagnoseComputer(observations, findings);
     DiagnoseCompanies(observations, findings);
     DiagnosePairs(observations, findings);
+    DiagnoseRefusals(observations, findings);
     DiagnoseFiles(observations, findings);
     std::vector<Finding> all = findings.Take();
     std::stable_sort(all.begin(), all.end(),

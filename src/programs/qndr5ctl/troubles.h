@@ -106,6 +106,9 @@ inline constexpr TroubleKind SequenceAhead{"sequence-ahead", Severity::Error,
                                            "qndr5ctl sync request-reset \"{0}\""};
 inline constexpr TroubleKind DuplicateSequence{"duplicate-sequence", Severity::Error,
                                                "qndr5ctl sync request-reset \"{0}\""};
+inline constexpr TroubleKind ImportRefused{
+    "import-refused", Severity::Error,
+    "qndr5ctl sync request-reset \"{0}\"; the workstation's own values are kept: qndr5ctl conflicts list \"{0}\""};
 inline constexpr TroubleKind SilentWorkstation{
     "silent-workstation", Severity::Warning,
     "See that its agent runs and reaches the Sync folder, unless nobody works there; 'qndr5ctl doctor' on that "

@@ -56,7 +56,7 @@ std::unique_ptr<QApplication> MakeApplication(int& count, char** arguments) {
     return application;
 }
 
-void RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, char** arguments) {
+int RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, char** arguments) {
     const qndr::suite::Computer computer = qndr::suite::Computer::FromEnvironment();
     qndr::suite::SystemTicks ticks; // in front of the application, which starts threads
     qndr::suite::SystemClock clock;
@@ -66,8 +66,8 @@ void RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, c
     qndr::ComputerServices outside(computer, {clock, messages, messages}, qndr::AgentName,
                                    qndr::SwitchNames(program.switches));
     qndr::AgentContext context(outside.Services());
-    if (!qndr::HasToLoad(context, options)) {
-        return;
+    if (const auto status = qndr::EndsAtStart(program, context, options)) {
+        return *status;
     }
 
     qndr::frmMain window(context);
@@ -84,6 +84,7 @@ void RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, c
         window.Restore();
     }
     QApplication::exec();
+    return 0;
 }
 
 } // namespace
@@ -91,5 +92,5 @@ void RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, c
 int main(int argc, char** argv) {
     const qndr::AgentProgram program = WindowProgram();
     return qndr::RunAgentProgram(program, argc, argv,
-                                 [&](const qndr::Options& options) { RunAgent(program, options, argv); });
+                                 [&](const qndr::Options& options) { return RunAgent(program, options, argv); });
 }

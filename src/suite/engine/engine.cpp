@@ -4,8 +4,10 @@
 #include "suite/company/company_events.h"
 #include "suite/company/company_library.h"
 #include "suite/engine/import.h"
+#include "suite/engine/sent_ranges.h"
 
 #include <exception>
+#include <optional>
 #include <utility>
 
 namespace qndr::suite {
@@ -50,6 +52,7 @@ bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, con
         return false;
     }
     std::vector<std::string> events;
+    std::optional<std::int64_t> snapshot;
     try {
         ExportFile file(path);
         const SqliteConnection& connection = library_->Connection();
@@ -57,10 +60,16 @@ bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, con
             SqliteTransaction transaction(connection, SqliteTransaction::Kind::Read);
             ExportWriter writer(connection, file, origin);
             writer.WriteAll(list);
+            if (origin == ExportOrigin::Tell && list.HoldsWholeTables()) {
+                snapshot = connection.Number("SELECT MAX(ID) FROM AuditLog");
+            }
             events = writer.PassedOver();
             if (verbose_) {
                 events.push_back(std::to_string(writer.RecordCount()) + " records were exported.");
             }
+        }
+        if (snapshot) {
+            NoteSnapshot(connection, *snapshot);
         }
         file.Finish();
     } catch (const std::exception& failure) {

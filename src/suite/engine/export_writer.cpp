@@ -2,6 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/computer/operating_system.h"
+#include "suite/engine/refused_files.h"
 #include "suite/engine/sent_ranges.h"
 #include "suite/files/ascii_case.h"
 
@@ -36,6 +37,10 @@ void ExportWriter::WriteAll(const ExportList& list) {
     if (const std::string seen = AcceptedFiles(connection_); origin_ == ExportOrigin::Tell && !seen.empty()) {
         text_ += "\" Seen=\"";
         AppendXmlText(text_, seen);
+        if (const std::string refused = RefusedFiles(connection_); !refused.empty()) {
+            text_ += "\" Refused=\"";
+            AppendXmlText(text_, refused);
+        }
         text_ += "\" FileID=\"" + RandomToken();
     }
     text_ += "\">\n";

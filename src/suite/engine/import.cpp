@@ -23,8 +23,9 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
     }
     const SqliteCacheSize cache(connection, ImportCacheKibibytes);
     const SqliteTemporaryMemory temporary(connection);
-    ImportApplier applier(connection, batch->from, batch->seen);
+    ImportApplier applier(connection, *batch);
     if (!applier.Begin(batch->from, batch->fileID)) {
+        applier.Commit();
         return {};
     }
     for (; batch != nullptr; batch = pipe.Next()) {

@@ -64,6 +64,7 @@ class ImportReader {
     int depth_ = 0;
     std::string from_;
     std::string seen_;
+    std::string refused_;
     std::string fileID_;
     const Table* table_ = nullptr; ///< null: the table's records are passed over
     bool deletion_ = false;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "suite/database/sqlite_connection.h"
+#include "suite/engine/import_batch.h"
+#include "suite/engine/refused_files.h"
 #include "suite/engine/sent_ranges.h"
 
 #include <cstdint>
@@ -15,14 +17,14 @@ namespace qndr::suite {
 /// between the two. Made inside the import's transaction, before its first write.
 class OriginRules {
   public:
-    /// `seen` is what the file says of the files that its sender had accepted.
-    OriginRules(const SqliteConnection& connection, const std::string& sender, const std::string& seen);
+    /// `file` says which files its sender had accepted, and which of them it could not take in.
+    OriginRules(const SqliteConnection& connection, const ImportBatch& file);
 
     enum class Verdict {
         Take,
         TakeAndKeepLoser, ///< the version that stands here was unknown to the sender
-        KeepOwn,          ///< the arriving version loses against an unsent change of this workstation
-        PassOver          ///< nothing of it is to be kept: a newer version of this workstation is on its way
+        KeepOwn, ///< the arriving version loses against a change of this workstation that is not on its way
+        PassOver ///< nothing of it is to be kept: a newer version of this workstation is on its way
     };
 
     struct Decision {
@@ -44,6 +46,8 @@ class OriginRules {
     };
     Newest NewestAudit(std::string_view table, std::string_view uniqueID);
 
+    /// The sender as SentRanges names it.
+    std::string_view Receiver() const;
     bool WasKnown(std::string_view table, const Newest& newest) const;
 
     SqliteStatement newest_;
@@ -53,6 +57,7 @@ class OriginRules {
     std::int64_t sent_ = 0;   ///< on a workstation: the audit rows up to here are out
     std::int64_t known_ = 0;  ///< the audit rows up to here were known to the sender when it made the file
     SkippedRanges skipped_;   ///< on main: what the sender never got although it is below
+    NotTakenFiles notTaken_;  ///< what the sender could not take in although it is below
     std::int64_t latest_ = 0; ///< the newest audit row before this import
 };
 

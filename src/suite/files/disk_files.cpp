@@ -171,13 +171,15 @@ bool DiskFileTools::MoveFile(const std::string& source, const std::string& targe
     if (IsHeld(source) || !IsFile(source) || NamePart(target).empty() || !MayBecomeFile(target, overwrite)) {
         return false;
     }
-    const std::error_code error = RenameFile(source, target, overwrite ? Existing::Replace : Existing::Keep);
-    if (!error) {
-        // As a copy across file systems has it: what is moved into a folder ages from then on.
-        RenewFileDate(target);
-        return true;
+    // What is moved into a folder ages from then on, as a copy across file systems has it. The date of another
+    // user's file cannot be renewed, so that one is copied too.
+    if (!RenewFileDate(source)) {
+        const std::error_code error = RenameFile(source, target, overwrite ? Existing::Replace : Existing::Keep);
+        if (error != std::errc::cross_device_link) {
+            return !error;
+        }
     }
-    if (error != std::errc::cross_device_link || !CopyFile(source, target, overwrite)) {
+    if (!CopyFile(source, target, overwrite)) {
         return false;
     }
     if (DeleteName(source)) {
