@@ -98,15 +98,7 @@ void Judge::DemandFullData(const std::string& name, std::int64_t lastAudit) {
         suite::SqliteStatement rows = computers_[computer_]->Company().Prepare("SELECT UniqueID FROM " + table);
         while (rows.Step()) {
             const std::string id(rows.Text(0));
-            if (IsNewer(id, lastAudit) || !Lacks(file, table, id)) {
-                continue;
-            }
-            if (IsNewer(id, firstAuditId_)) {
-                KnownLoss during = Loss(loss::DuringInitialSync, file.workstation);
-                during.losesValues = false;
-                during.rows.insert(id);
-                Note(std::move(during));
-            } else {
+            if (!IsNewer(id, lastAudit) && Lacks(file, table, id)) {
                 NoteMissing(name, table, id);
             }
         }
