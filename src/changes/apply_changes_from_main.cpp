@@ -35,18 +35,18 @@ std::int32_t ReadMaxAuditID(AgentContext& context) {
 void FinishReset(AgentContext& context) {
     std::int32_t maxId = 0;
     Attempt([&] { maxId = ReadMaxAuditID(context); });
-    const std::string statement =
-        FormatString("UPDATE Company SET SyncState = {0}, LastAuditID = {1}", SyncStateReady, maxId);
+    const services::Statement statement =
+        FormatStatement("UPDATE Company SET SyncState = {0}, LastAuditID = {1}", SyncStateReady, maxId);
     if (Holds([&] { return context.Database().ExecuteNonQuery(statement) != 1; })) {
         LogFailedUpdate(context, kUpdateFailed, [&] {
-            return FormatString("UPDATE Company SET LastAuditID = {0}", ReadMaxAuditID(context));
+            return FormatStatement("UPDATE Company SET LastAuditID = {0}", ReadMaxAuditID(context));
         });
     }
     Attempt([&] { context.CurrentLibrary().RecordEvent("Sync reset complete.", kResetEvent); });
 }
 
 void MoveSequence(AgentContext& context, FoundSyncFile& entry) {
-    const std::string statement = "UPDATE Company SET NextSequenceFromMain = NextSequenceFromMain + 1";
+    const services::Statement statement = "UPDATE Company SET NextSequenceFromMain = NextSequenceFromMain + 1";
     std::int32_t result = 0;
     Attempt([&] { result = context.Database().ExecuteNonQuery(statement); });
     if (result == 1) {

@@ -18,19 +18,20 @@ namespace {
 
 std::int32_t ReadNextSequence(AgentContext& context, std::int32_t id) {
     return context.Database()
-        .ExecuteScaler(FormatString("SELECT NextSequenceFromRoaming FROM RoamingWorkstations WHERE ID = {0}", id))
+        .ExecuteScaler(
+            FormatStatement("SELECT NextSequenceFromRoaming FROM RoamingWorkstations WHERE ID = {0}", id))
         .ToLong();
 }
 
 void EnterReceived(AgentContext& context, FoundSyncFile& entry, std::int32_t id) {
     const auto now = [&] { return FormatSQLDate(LocalToUtc(context, context.services.clock.Now()), false); };
-    std::string statement;
+    services::Statement statement = "";
     Attempt([&] {
         statement =
-            FormatString("UPDATE RoamingWorkstations SET NextSequenceFromRoaming = "
-                         "NextSequenceFromRoaming + 1, LastReceivedFrom = '{0}', LastKnownAppVersion = '{1}' "
-                         "WHERE ID = {2}",
-                         now(), entry.FromAppVersion, id);
+            FormatStatement("UPDATE RoamingWorkstations SET NextSequenceFromRoaming = "
+                            "NextSequenceFromRoaming + 1, LastReceivedFrom = '{0}', LastKnownAppVersion = '{1}' "
+                            "WHERE ID = {2}",
+                            now(), entry.FromAppVersion, id);
     });
     std::int32_t result = 0;
     Attempt([&] { result = context.Database().ExecuteNonQuery(statement); });
@@ -43,9 +44,10 @@ void EnterReceived(AgentContext& context, FoundSyncFile& entry, std::int32_t id)
                     "Error: There was a problem updating the RoamingWorkstations table when processing changes "
                     "from a Roaming Workstation. More information to follow.",
                     [&] {
-                        return FormatString("UPDATE RoamingWorkstations SET NextSequenceFromRoaming = "
-                                            "NextSequenceFromRoaming + 1, LastReceivedFrom = '{0}' WHERE ID = {1}",
-                                            now(), id);
+                        return FormatStatement(
+                            "UPDATE RoamingWorkstations SET NextSequenceFromRoaming = "
+                            "NextSequenceFromRoaming + 1, LastReceivedFrom = '{0}' WHERE ID = {1}",
+                            now(), id);
                     });
 }
 
@@ -91,8 +93,8 @@ void TakeAll(AgentContext& context, const std::string& ownId, const services::No
 } // namespace
 
 void ApplyChangesFromRoamingWorkstations(AgentContext& context, ActivityTarget* activity) {
-    const QueryRows rows(context,
-                         FormatString("SELECT * FROM RoamingWorkstations WHERE SyncState = {0}", SyncStateReady));
+    const QueryRows rows(
+        context, FormatStatement("SELECT * FROM RoamingWorkstations WHERE SyncState = {0}", SyncStateReady));
     for (long index = 0; index < rows.Count(); ++index) {
         const auto record = rows.Row(index);
         const std::string name = GetNodeText("Name", record.get(), "");

@@ -59,7 +59,7 @@ bool ExportAuditedChanges(AgentContext& context, const std::string& folder, Sync
     Wait(context, 1);
     Attempt([&] { context.CurrentEngine().ClearExports(); });
     const QueryRows rows(
-        context, FormatString("SELECT * FROM AuditLog WHERE ID > {0} AND ID <= {1} ORDER BY ID", fromId, toId));
+        context, FormatStatement("SELECT * FROM AuditLog WHERE ID > {0} AND ID <= {1} ORDER BY ID", fromId, toId));
     if (rows.Count() == 0) {
         return false;
     }

@@ -18,16 +18,17 @@ void LogLastErrorText(AgentContext& context, const services::ZipArchive& zip) {
 
 /// The folder of the month goes by local time and the stamp in the name by UTC: on a month's first and last day
 /// they may disagree.
-std::string BuildTarget(AgentContext& context, const std::string& backupFolder, const services::Node* record) {
-    return backupFolder + "ODR" + GetNodeString("AuditData", record, "") + "~" + NewFileToken(context) + "~" +
+std::string BuildTarget(AgentContext& context, const std::string& backupFolder, const std::string& auditData) {
+    return backupFolder + "ODR" + auditData + "~" + NewFileToken(context) + "~" +
            FormatFileStamp(LocalToUtc(context, context.services.clock.Now())) + ".zip";
 }
 
 void StoreBackup(AgentContext& context, const std::string& zipFile, const std::string& backupFolder,
                  const services::Node* record) {
+    const std::string auditData = GetNodeString("AuditData", record, "");
     std::string target;
-    Attempt([&] { target = BuildTarget(context, backupFolder, record); });
-    if (Holds([&] { return context.services.fileTools.CopyFile(zipFile, target, false); })) {
+    Attempt([&] { target = BuildTarget(context, backupFolder, auditData); });
+    if (Holds([&] { return CopyUnderName(context, zipFile, target, auditData); })) {
         WriteLog(context, "The order backup file '" + zipFile + "' was copied to '" + target + "'.");
     } else {
         WriteLog(context, "Error: Unable to copy a order backup file '" + zipFile + "' to '" + target + "'.");

@@ -37,11 +37,12 @@ constexpr NumberLane kLanes[] = {
 
 void QueueNumber(AgentContext& context, const NumberLane& lane, const services::Node* record) {
     Attempt([&] {
-        context.Database().ExecuteNonQuery(FormatString(
+        context.Database().ExecuteNonQuery(FormatStatement(
             lane.Queue, GetNodeString("State", record, ""), GetNodeString("UniqueID", record, ""),
             GetNodeString("ReferenceNumber", record, ""), GetNodeString(lane.NumberColumn, record, "")));
     });
-    Attempt([&] { context.Database().ExecuteNonQuery(FormatString(lane.Flag, GetNodeText("ID", record, ""))); });
+    Attempt(
+        [&] { context.Database().ExecuteNonQuery(FormatStatement(lane.Flag, GetNodeText("ID", record, ""))); });
 }
 
 void QueueNumbers(AgentContext& context, const NumberLane& lane) {

@@ -13,7 +13,7 @@ namespace qndr {
 namespace {
 
 /// A read that fails leaves the value as it was.
-void ReadLong(AgentContext& context, const std::string& statement, std::int32_t& value) {
+void ReadLong(AgentContext& context, const services::Statement& statement, std::int32_t& value) {
     Attempt([&] { value = context.Database().ExecuteScaler(statement).ToLong(); });
 }
 
@@ -21,8 +21,8 @@ void ReadLong(AgentContext& context, const std::string& statement, std::int32_t&
 bool ExportForMain(AgentContext& context, const std::string& folder, SyncFileInfo& info, std::int32_t& maxId) {
     std::int32_t lastAuditId = 0;
     ReadLong(context, "SELECT LastAuditID FROM Company", lastAuditId);
-    const std::string statement =
-        FormatString("SELECT COUNT(*) AS MyCount FROM AuditLog WHERE ID > {0}", lastAuditId);
+    const services::Statement statement =
+        FormatStatement("SELECT COUNT(*) AS MyCount FROM AuditLog WHERE ID > {0}", lastAuditId);
     std::int32_t count = 0;
     Attempt([&] { count = context.Database().ExecuteScaler(statement, "", "0").ToLong(); });
     if (count <= 0) {
@@ -38,8 +38,8 @@ bool ExportForMain(AgentContext& context, const std::string& folder, SyncFileInf
 
 void EnterSent(AgentContext& context, std::int32_t maxId) {
     const auto build = [&] {
-        return FormatString("UPDATE Company SET LastAuditID = {0}, NextSequenceToMain = NextSequenceToMain + 1",
-                            maxId);
+        return FormatStatement("UPDATE Company SET LastAuditID = {0}, NextSequenceToMain = NextSequenceToMain + 1",
+                               maxId);
     };
     if (Holds([&] { return context.Database().ExecuteNonQuery(build()) != 1; })) {
         LogFailedUpdate(context,

@@ -40,11 +40,11 @@ bool ExportFor(AgentContext& context, const services::Node* record, const std::s
     const std::int32_t lastAuditId = GetNodeLong("LastAuditID", record, 0);
     std::int32_t count = 0;
     Attempt([&] {
-        count =
-            context.Database()
-                .ExecuteScaler(
-                    FormatString("SELECT COUNT(*) AS MyCount FROM AuditLog WHERE ID > {0}", lastAuditId), "", "0")
-                .ToLong();
+        count = context.Database()
+                    .ExecuteScaler(
+                        FormatStatement("SELECT COUNT(*) AS MyCount FROM AuditLog WHERE ID > {0}", lastAuditId),
+                        "", "0")
+                    .ToLong();
     });
     if (count <= 0) {
         WriteLog(context, "No changes were found to be sent to this Roaming Workstation.");
@@ -57,13 +57,13 @@ bool ExportFor(AgentContext& context, const services::Node* record, const std::s
 
 void EnterSent(AgentContext& context, const services::Node* record, std::int32_t maxId) {
     const auto build = [&] {
-        return FormatString(
+        return FormatStatement(
             "UPDATE RoamingWorkstations SET LastAuditID = {0}, NextSequenceToRoaming = NextSequenceToRoaming + 1, "
             "LastSentTo = '{1}', SyncState = {2} WHERE ID = {3}",
             maxId, FormatSQLDate(LocalToUtc(context, context.services.clock.Now()), false), SyncStateReady,
             GetNodeLong("ID", record, 0));
     };
-    std::string statement;
+    services::Statement statement = "";
     Attempt([&] { statement = build(); });
     if (Holds([&] { return context.Database().ExecuteNonQuery(statement) != 1; })) {
         LogFailedUpdate(
@@ -77,9 +77,9 @@ void EnterSent(AgentContext& context, const services::Node* record, std::int32_t
 } // namespace
 
 void SendChangesToRoamingWorkstations(AgentContext& context, ActivityTarget* activity) {
-    const QueryRows rows(context,
-                         FormatString("SELECT * FROM RoamingWorkstations WHERE SyncState = {0} OR SyncState = {1}",
-                                      SyncStateReady, SyncStateResetRequested));
+    const QueryRows rows(
+        context, FormatStatement("SELECT * FROM RoamingWorkstations WHERE SyncState = {0} OR SyncState = {1}",
+                                 SyncStateReady, SyncStateResetRequested));
     for (long index = 0; index < rows.Count(); ++index) {
         const auto record = rows.Row(index);
         const std::string name = GetNodeText("Name", record.get(), "");
@@ -105,8 +105,8 @@ void SendChangesToRoamingWorkstation(AgentContext& context, const services::Node
         return;
     }
     Attempt([&] {
-        const std::string statement =
-            FormatString("SELECT SyncState FROM RoamingWorkstations WHERE ID = {0}", GetNodeLong("ID", record, 0));
+        const services::Statement statement = FormatStatement(
+            "SELECT SyncState FROM RoamingWorkstations WHERE ID = {0}", GetNodeLong("ID", record, 0));
         const std::int16_t state = context.Database().ExecuteScaler(statement, "", "0").ToInteger();
         info.IsSyncReset = state == SyncStateResetRequested ? FieldTrue : FieldFalse;
     });

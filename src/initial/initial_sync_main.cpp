@@ -19,8 +19,8 @@ namespace {
 
 /// Moves the sender's row to the state and marks the file, also when there is no such row.
 void MoveSender(AgentContext& context, FoundSyncFile& entry, SyncState state, const std::string& errorText) {
-    const std::string statement =
-        FormatString("UPDATE RoamingWorkstations SET SyncState = {0} WHERE UniqueID = '{1}'", state, entry.From);
+    const services::Statement statement = FormatStatement(
+        "UPDATE RoamingWorkstations SET SyncState = {0} WHERE UniqueID = '{1}'", state, entry.From);
     if (Holds([&] { return context.Database().ExecuteNonQuery(statement) != 1; })) {
         LogFailedUpdate(context, errorText, [&] { return statement; });
     }
@@ -81,9 +81,9 @@ void TakeAcknowledges(AgentContext& context, const std::string& ownId, std::vect
 void EnterInitialSyncSent(AgentContext& context, const services::Node* record) {
     std::int32_t maxId = 0;
     Attempt([&] { maxId = context.Database().ExecuteScaler("SELECT MAX(ID) AS MaxID FROM AuditLog").ToLong(); });
-    const std::string statement =
-        FormatString("UPDATE RoamingWorkstations SET SyncState = {0}, LastAuditID = {1} WHERE ID = {2}",
-                     SyncStateInitialSyncSent, maxId, GetNodeLong("ID", record, 0));
+    const services::Statement statement =
+        FormatStatement("UPDATE RoamingWorkstations SET SyncState = {0}, LastAuditID = {1} WHERE ID = {2}",
+                        SyncStateInitialSyncSent, maxId, GetNodeLong("ID", record, 0));
     if (Holds([&] { return context.Database().ExecuteNonQuery(statement) != 1; })) {
         WriteLog(context, "Error: There was a problem updating the roaming workstation record at the end of an "
                           "initial sync.");
@@ -139,8 +139,8 @@ void ReceiveInitialSyncRequests(AgentContext& context, ActivityTarget* activity)
 }
 
 void SendInitialSyncs(AgentContext& context, ActivityTarget* activity) {
-    const std::string statement =
-        FormatString("SELECT * FROM RoamingWorkstations WHERE SyncState = {0}", SyncStateInitialSyncRequired);
+    const services::Statement statement =
+        FormatStatement("SELECT * FROM RoamingWorkstations WHERE SyncState = {0}", SyncStateInitialSyncRequired);
     const QueryRows rows(context, statement);
     for (long index = 0; index < rows.Count(); ++index) {
         const auto record = rows.Row(index);

@@ -26,7 +26,7 @@ void DeleteWorkingFolder(AgentContext& context, const std::string& folder) {
 
 /// Sends the packed file to main. When it has reached the Sync folder, the statement is run, its result unseen.
 /// The packed file is gone afterwards.
-void SendToMain(AgentContext& context, const std::string& path, const std::string& statement) {
+void SendToMain(AgentContext& context, const std::string& path, const services::Statement& statement) {
     if (CopySyncFileToMain(context, path)) {
         Attempt([&] { context.Database().ExecuteNonQuery(statement); });
     }
@@ -40,8 +40,8 @@ bool TakeInitialSync(AgentContext& context, FoundSyncFile& entry) {
         return false;
     }
     // Before the import, and not taken back when that fails: the acknowledge needs the address.
-    const std::string statement = FormatString("UPDATE Company SET MainUniqueID = '{0}', ReferenceCode = {1}",
-                                               entry.From, entry.ReferenceCode);
+    const services::Statement statement = FormatStatement(
+        "UPDATE Company SET MainUniqueID = '{0}', ReferenceCode = {1}", entry.From, entry.ReferenceCode);
     Attempt([&] { context.Database().ExecuteNonQuery(statement); });
     return ImportSyncFileData(context, entry);
 }
@@ -67,9 +67,9 @@ void SendInitialSyncRequest(AgentContext& context, ActivityTarget* activity) {
     const std::string path = CreateDescribedSyncFile(context, folder, info);
     if (!path.empty()) {
         SendToMain(context, path,
-                   FormatString("UPDATE Company SET SyncState = {0}, LastAuditID = 0, NextSequenceToMain = 0, "
-                                "NextSequenceFromMain = 0",
-                                SyncStateInitialSyncRequested));
+                   FormatStatement("UPDATE Company SET SyncState = {0}, LastAuditID = 0, NextSequenceToMain = 0, "
+                                   "NextSequenceFromMain = 0",
+                                   SyncStateInitialSyncRequested));
     }
     DeleteWorkingFolder(context, folder);
 }
@@ -107,7 +107,7 @@ void SendInitialSyncAcknowledge(AgentContext& context) {
         path = CreateSyncFile(context, folder);
     }
     if (!path.empty()) {
-        SendToMain(context, path, FormatString("UPDATE Company SET SyncState = {0}", SyncStateReady));
+        SendToMain(context, path, FormatStatement("UPDATE Company SET SyncState = {0}", SyncStateReady));
     }
     DeleteWorkingFolder(context, folder);
 }

@@ -27,7 +27,7 @@ void RecordRequest(AgentContext& context, std::int32_t id) {
     std::string name;
     Attempt([&] {
         name = context.Database()
-                   .ExecuteScaler(FormatString("SELECT Name FROM RoamingWorkstations WHERE ID = {0}", id))
+                   .ExecuteScaler(FormatStatement("SELECT Name FROM RoamingWorkstations WHERE ID = {0}", id))
                    .ToText();
     });
     const std::string text = FormatString("A sync reset was received from Roaming Workstation {0}", name);
@@ -36,12 +36,12 @@ void RecordRequest(AgentContext& context, std::int32_t id) {
 
 void EnterResetPending(AgentContext& context, std::int32_t id) {
     const auto build = [&] {
-        return FormatString(
+        return FormatStatement(
             "UPDATE RoamingWorkstations SET NextSequenceToRoaming = 0, NextSequenceFromRoaming = 0, "
             "LastReceivedFrom = '{0}', SyncState = {1} WHERE ID = {2}",
             NowForSql(context), SyncStateResetPending, id);
     };
-    std::string statement;
+    services::Statement statement = "";
     Attempt([&] { statement = build(); });
     if (Holds([&] { return context.Database().ExecuteNonQuery(statement) != 1; })) {
         LogFailedUpdate(context,
@@ -116,10 +116,10 @@ void TakeResetRequests(AgentContext& context, const std::string& ownId, const se
 }
 
 void EnterReceived(AgentContext& context, std::int32_t id) {
-    std::string statement;
+    services::Statement statement = "";
     Attempt([&] {
-        statement = FormatString("UPDATE RoamingWorkstations SET LastReceivedFrom = '{0}' WHERE ID = {1}",
-                                 NowForSql(context), id);
+        statement = FormatStatement("UPDATE RoamingWorkstations SET LastReceivedFrom = '{0}' WHERE ID = {1}",
+                                    NowForSql(context), id);
     });
     if (Holds([&] { return context.Database().ExecuteNonQuery(statement) != 1; })) {
         WriteLog(context, "Error: There was a problem updating the RoamingWorkstations table when processing a "
@@ -158,12 +158,12 @@ void DropAllDuringReset(AgentContext& context, const std::string& ownId, const s
 void EndDrainAfterQuiet(AgentContext& context, std::int32_t id) {
     std::int32_t count = 0;
     Attempt([&] {
-        count =
-            context.Database()
-                .ExecuteScaler(FormatString("SELECT COUNT(*) AS theCount FROM RoamingWorkstations WHERE ID = {0} "
-                                            "AND LastReceivedFrom < DATEADD(minute,-5,GETUTCDATE())",
-                                            id))
-                .ToLong();
+        count = context.Database()
+                    .ExecuteScaler(
+                        FormatStatement("SELECT COUNT(*) AS theCount FROM RoamingWorkstations WHERE ID = {0} "
+                                        "AND LastReceivedFrom < DATEADD(minute,-5,GETUTCDATE())",
+                                        id))
+                    .ToLong();
     });
     if (count != 1) {
         return;
@@ -171,8 +171,8 @@ void EndDrainAfterQuiet(AgentContext& context, std::int32_t id) {
     WriteLog(context,
              "The sync state will be changed to Reset Requested because it's been more than 5 minutes since "
              "anything was received from this roaming workstation.");
-    const std::string statement =
-        FormatString("UPDATE RoamingWorkstations SET SyncState = {0} WHERE ID = {1}", SyncStateResetRequested, id);
+    const services::Statement statement = FormatStatement(
+        "UPDATE RoamingWorkstations SET SyncState = {0} WHERE ID = {1}", SyncStateResetRequested, id);
     if (Holds([&] { return context.Database().ExecuteNonQuery(statement) != 1; })) {
         WriteLog(context,
                  "Error: There was a problem updating the RoamingWorkstations table when setting the system "
@@ -184,9 +184,9 @@ void EndDrainAfterQuiet(AgentContext& context, std::int32_t id) {
 } // namespace
 
 void CheckForSyncResets(AgentContext& context, ActivityTarget* activity) {
-    const QueryRows rows(context,
-                         FormatString("SELECT * FROM RoamingWorkstations WHERE SyncState = {0} OR SyncState = {1}",
-                                      SyncStateReady, SyncStateResetRequested));
+    const QueryRows rows(
+        context, FormatStatement("SELECT * FROM RoamingWorkstations WHERE SyncState = {0} OR SyncState = {1}",
+                                 SyncStateReady, SyncStateResetRequested));
     for (long index = 0; index < rows.Count(); ++index) {
         const auto record = rows.Row(index);
         const std::string name = GetNodeText("Name", record.get(), "");
@@ -210,8 +210,8 @@ void ProcessSyncResetsFrom(AgentContext& context, const services::Node* record) 
 }
 
 void ProcessPendingSyncResets(AgentContext& context, ActivityTarget* activity) {
-    const QueryRows rows(
-        context, FormatString("SELECT * FROM RoamingWorkstations WHERE SyncState = {0}", SyncStateResetPending));
+    const QueryRows rows(context, FormatStatement("SELECT * FROM RoamingWorkstations WHERE SyncState = {0}",
+                                                  SyncStateResetPending));
     for (long index = 0; index < rows.Count(); ++index) {
         const auto record = rows.Row(index);
         const std::string name = GetNodeText("Name", record.get(), "");

@@ -38,9 +38,9 @@ void EnterResetPending(AgentContext& context) {
     Attempt([&] { maxId = context.Database().ExecuteScaler("SELECT MAX(ID) AS MaxID FROM AuditLog").ToLong(); });
     Attempt([&] {
         context.Database().ExecuteNonQuery(
-            FormatString("UPDATE Company SET SyncState = {0}, LastAuditID = {1}, NextSequenceToMain = 0, "
-                         "NextSequenceFromMain = 0",
-                         SyncStateResetPending, maxId));
+            FormatStatement("UPDATE Company SET SyncState = {0}, LastAuditID = {1}, NextSequenceToMain = 0, "
+                            "NextSequenceFromMain = 0",
+                            SyncStateResetPending, maxId));
     });
 }
 

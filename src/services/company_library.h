@@ -2,6 +2,7 @@
 
 #include "services/call_gate.h"
 #include "services/record_document.h"
+#include "services/statement.h"
 #include "services/variant.h"
 
 #include <cstdint>
@@ -11,21 +12,23 @@
 
 namespace qndr::services {
 
-/// The SQL database of the open company. One statement a call: text behind the first statement is refused.
+/// The SQL database of the open company. One statement a call: text behind the first statement is refused. So is a
+/// statement whose filled-in values could be more than values: inside a literal whatever could end one in this
+/// database, outside of literals whatever is no number. A refusal is an error of the database.
 class Database {
   public:
     virtual ~Database() = default;
 
     /// The first column of the first row. The default comes back for no row, a NULL and an empty text. `second` is
     /// always empty. Raises when the database refuses the statement; LastSQLErrorDescription then tells why.
-    virtual Variant ExecuteScaler(const std::string& statement, const std::string& second = "",
+    virtual Variant ExecuteScaler(const Statement& statement, const std::string& second = "",
                                   const Variant& fallback = {}) = 0;
 
     /// The number of rows that the statement itself matched, or -1 on an error of the database.
-    virtual std::int32_t ExecuteNonQuery(const std::string& statement) = 0;
+    virtual std::int32_t ExecuteNonQuery(const Statement& statement) = 0;
 
     /// All rows of the result; nothing on an error of the database.
-    virtual std::unique_ptr<RecordDocument> ExecuteRead(const std::string& statement) = 0;
+    virtual std::unique_ptr<RecordDocument> ExecuteRead(const Statement& statement) = 0;
 
     /// The database's words for the last failure; empty when the last call succeeded.
     virtual std::string LastSQLErrorDescription() const = 0;
@@ -36,18 +39,18 @@ class DatabaseWrapper : public Database, private Gated {
   public:
     DatabaseWrapper(Database& target, CallGate* gate) : Gated(gate), target_(&target) {}
 
-    Variant ExecuteScaler(const std::string& statement, const std::string& second,
+    Variant ExecuteScaler(const Statement& statement, const std::string& second,
                           const Variant& fallback) override {
         Demand("Database.ExecuteScaler");
         return target_->ExecuteScaler(statement, second, fallback);
     }
-    std::int32_t ExecuteNonQuery(const std::string& statement) override {
+    std::int32_t ExecuteNonQuery(const Statement& statement) override {
         if (!Admits("Database.ExecuteNonQuery")) {
             return -1;
         }
         return target_->ExecuteNonQuery(statement);
     }
-    std::unique_ptr<RecordDocument> ExecuteRead(const std::string& statement) override {
+    std::unique_ptr<RecordDocument> ExecuteRead(const Statement& statement) override {
         if (!Admits("Database.ExecuteRead")) {
             return nullptr;
         }
@@ -71,7 +74,7 @@ class SqlConnection {
     virtual ~SqlConnection() = default;
 
     /// As on Database.
-    virtual std::int32_t ExecuteNonQuery(const std::string& statement) = 0;
+    virtual std::int32_t ExecuteNonQuery(const Statement& statement) = 0;
     virtual void PreTerminate() = 0;
 };
 
@@ -80,7 +83,7 @@ class SqlConnectionWrapper : public SqlConnection, private Gated {
   public:
     SqlConnectionWrapper(SqlConnection& target, CallGate* gate) : Gated(gate), target_(&target) {}
 
-    std::int32_t ExecuteNonQuery(const std::string& statement) override {
+    std::int32_t ExecuteNonQuery(const Statement& statement) override {
         if (!Admits("SqlConnection.ExecuteNonQuery")) {
             return -1;
         }

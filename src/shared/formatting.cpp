@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace qndr {
 namespace {
@@ -28,6 +31,14 @@ std::string FillTemplate(std::string_view text, std::span<const Variant> values)
         Attempt([&] { result = ReplaceAll(result, "{" + std::to_string(i) + "}", values[i].ToText()); });
     }
     return result;
+}
+
+services::Statement FillStatement(std::string_view text, std::span<const Variant> values) {
+    std::vector<std::string> texts(values.size());
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        Attempt([&] { texts[i] = values[i].ToText(); });
+    }
+    return {FillTemplate(text, values), std::string(text), std::move(texts)};
 }
 
 } // namespace qndr

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/date.h"
+#include "services/statement.h"
 #include "services/variant.h"
 
 #include <array>
@@ -23,6 +24,16 @@ std::string FillTemplate(std::string_view text, std::span<const Variant> values)
 template <typename... Values> std::string FormatString(std::string_view text, const Values&... values) {
     const std::array<Variant, sizeof...(Values)> list{Variant(values)...};
     return FillTemplate(text, list);
+}
+
+/// The statement of a template filled in the same way. It carries its values, so that the database can refuse what
+/// would be more than a value there.
+services::Statement FillStatement(std::string_view text, std::span<const Variant> values);
+
+/// FillStatement with the values as arguments.
+template <typename... Values> services::Statement FormatStatement(std::string_view text, const Values&... values) {
+    const std::array<Variant, sizeof...(Values)> list{Variant(values)...};
+    return FillStatement(text, list);
 }
 
 } // namespace qndr

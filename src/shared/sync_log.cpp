@@ -3,7 +3,10 @@
 #include "shared/failure_rule.h"
 #include "shared/text.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
+#include <string_view>
 
 namespace qndr {
 namespace {
@@ -35,6 +38,45 @@ std::string FormatRotationTime(const Date& now) {
     const CivilTime civil = now.Civil();
     return std::to_string(civil.month) + "-" + std::to_string(civil.day) + "-" + Digits(civil.year, 4) + " " +
            Digits(civil.hour, 2) + Digits(civil.minute, 2);
+}
+
+/// How many bytes the character takes that begins the text; 1 also for a byte that begins none.
+std::size_t LengthOfCharacter(std::string_view text) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 1;
+    const auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
+    return length <= text.size() && std::ranges::all_of(text.substr(1, length - 1), isContinuation) ? length : 1;
+}
+
+/// Whether a terminal or an editor obeys the character instead of showing it: C0, DEL, C1, and the two line breaks
+/// beyond them.
+bool IsControl(std::string_view character) {
+    const auto first = static_cast<unsigned char>(character.front());
+    if (character.size() == 1) {
+        return first < 0x20 || (first >= 0x7F && first < 0xA0);
+    }
+    return (first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0) || character == "\u2028" ||
+           character == "\u2029";
+}
+
+/// One line, whatever it holds: texts of other computers' files stand in messages, and none of them may make a
+/// line of its own or tell a terminal what to do. Such a character becomes its bytes in hexadecimal.
+std::string AsOneLine(std::string_view message) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string line;
+    while (!message.empty()) {
+        const std::string_view character = message.substr(0, LengthOfCharacter(message));
+        if (IsControl(character)) {
+            for (const char byte : character) {
+                const auto value = static_cast<unsigned char>(byte);
+                line.append("\\x").append(1, digits[value / 16]).append(1, digits[value % 16]);
+            }
+        } else {
+            line.append(character);
+        }
+        message.remove_prefix(character.size());
+    }
+    return line;
 }
 
 /// Renames a log that has grown too large. When that fails the file goes on growing: no line is lost for it.
@@ -100,9 +142,9 @@ void WriteLogEntry(const AgentServices& services, const std::string& message, st
     if (time.size() < kTimeWidth) {
         time.resize(kTimeWidth, ' ');
     }
-    std::string lines = time + message + "\r\n";
+    std::string lines = time + AsOneLine(message) + "\r\n";
     if (!error.empty()) {
-        lines += time + error + "\r\n";
+        lines += time + AsOneLine(error) + "\r\n";
     }
     Attempt([&] { services.textAppender.Append(path, lines); });
 }

@@ -8,12 +8,12 @@
 namespace qndr {
 
 void LogFailedUpdate(AgentContext& context, const std::string& errorText,
-                     const std::function<std::string()>& statement) {
+                     const std::function<services::Statement()>& statement) {
     // Before the statement's line: making that one may ask the database, which forgets the failure then.
     std::optional<std::string> description;
     Attempt([&] { description = context.Database().LastSQLErrorDescription(); });
     WriteLog(context, errorText);
-    Attempt([&] { WriteLog(context, statement()); });
+    Attempt([&] { WriteLog(context, statement().Text()); });
     if (description) {
         WriteLog(context, *description);
     }

@@ -4,7 +4,7 @@
 
 namespace qndr {
 
-QueryRows::QueryRows(AgentContext& context, const std::string& statement) {
+QueryRows::QueryRows(AgentContext& context, const services::Statement& statement) {
     Attempt([&] { document_ = context.Database().ExecuteRead(statement); });
     if (document_) {
         Attempt([&] { list_ = document_->selectNodes("//Records/Record"); });

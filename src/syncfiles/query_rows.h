@@ -4,14 +4,13 @@
 #include "shared/agent_context.h"
 
 #include <memory>
-#include <string>
 
 namespace qndr {
 
 /// The rows that one statement gave. A failed statement and one without rows are alike: nothing to walk.
 class QueryRows {
   public:
-    QueryRows(AgentContext& context, const std::string& statement);
+    QueryRows(AgentContext& context, const services::Statement& statement);
 
     long Count() const { return count_; }
     /// The row at `index`, counted from 0, or nothing. Must not outlive this object.

@@ -74,6 +74,12 @@ std::string NewFileToken(AgentContext& context) {
     return token;
 }
 
+bool CopyUnderName(AgentContext& context, const std::string& source, const std::string& target,
+                   const std::string& textInName) {
+    return textInName.find_first_of("/\\") == std::string::npos &&
+           context.services.fileTools.CopyFile(source, target, false);
+}
+
 bool CopySyncFileToRoaming(AgentContext& context, const std::string& source, const services::Node* workstation) {
     Wait(context, 3);
     const std::string uniqueId = GetNodeText("UniqueID", workstation, "");
@@ -88,7 +94,7 @@ bool CopySyncFileToRoaming(AgentContext& context, const std::string& source, con
     std::string target;
     Attempt([&] { target = BuildTarget(context, folder, uniqueId, now, ".zip"); });
     KeepSyncFile(context, source, target);
-    if (Holds([&] { return context.services.fileTools.CopyFile(source, target, false); })) {
+    if (Holds([&] { return CopyUnderName(context, source, target, uniqueId); })) {
         WriteLog(context, "The" + about + "' was copied to '" + target + "'.");
         return true;
     }
@@ -105,14 +111,14 @@ bool CopySyncFileToMain(AgentContext& context, const std::string& source) {
         return false;
     }
     const Date now = PresentMoment(context);
+    std::string mainUniqueId;
     std::string target;
     Attempt([&] {
-        const std::string mainUniqueId =
-            context.Database().ExecuteScaler("SELECT MainUniqueID FROM Company", "", "MAIN").ToText();
+        mainUniqueId = context.Database().ExecuteScaler("SELECT MainUniqueID FROM Company", "", "MAIN").ToText();
         target = BuildTarget(context, folder, mainUniqueId, now, ".zip");
     });
     KeepSyncFile(context, source, target);
-    if (Holds([&] { return context.services.fileTools.CopyFile(source, target, false); })) {
+    if (Holds([&] { return CopyUnderName(context, source, target, mainUniqueId); })) {
         WriteLog(context, "The sync file '" + source + "' was copied for the main system as '" + target + "'.");
         return true;
     }
@@ -130,7 +136,7 @@ bool CopyHeartbeatFileToMain(AgentContext& context, const std::string& source, s
     const Date now = PresentMoment(context);
     std::string target;
     Attempt([&] { target = BuildTarget(context, context.SyncFolder, context.RoamingUniqueID, now, ".rhb"); });
-    if (Holds([&] { return context.services.fileTools.CopyFile(source, target, false); })) {
+    if (Holds([&] { return CopyUnderName(context, source, target, context.RoamingUniqueID); })) {
         heartbeatFile = target;
         WriteLog(context, "The roaming workstation heartbeat file '" + source +
                               "' was copied for the main system as '" + target + "'.");

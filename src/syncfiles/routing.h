@@ -28,6 +28,11 @@ std::string GetDatedFolder(AgentContext& context, const std::string& below);
 /// A new text that a file name can carry, without "~". Empty on failure.
 std::string NewFileToken(AgentContext& context);
 
+/// CopyFile to a new target whose name holds this text of a database. False also when the text has a separator in
+/// it and would lead the file into another folder: it may have come with a file of somebody else.
+bool CopyUnderName(AgentContext& context, const std::string& source, const std::string& target,
+                   const std::string& textInName);
+
 /// Pauses three seconds and copies the archive into the Sync folder for the workstation of that row. The pause
 /// keeps two files of one agent from bearing the same stamp. False, and a log line, when it did not get there.
 bool CopySyncFileToRoaming(AgentContext& context, const std::string& source, const services::Node* workstation);

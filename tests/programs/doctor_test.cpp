@@ -301,6 +301,9 @@ TEST_F(Doctor, NamesWhatIsWrongWithACompany) {
             {"conflicts-open laptop-1", "conflicts list \"" + Psd(),
              OnLaptop("INSERT INTO ImportConflicts (TableName, RowUniqueID) VALUES ('Customers', 'C')"),
              OnLaptop("UPDATE ImportConflicts SET State = 2")},
+            {"cannot-store laptop-1", "events \"" + Psd(),
+             OnLaptop("INSERT INTO CompanyEvents (OccurredOn, EventText, EventNumber) VALUES ('', 'full', 4)"),
+             OnLaptop("INSERT INTO CompanyEvents (OccurredOn, EventText) VALUES ('', 'again')")},
             {"records-put-aside laptop-1", "problems list \"" + Psd(),
              OnLaptop(
                  "INSERT INTO ImportProblems (TableName, OccurredOn) VALUES ('Customers', '20261110 00:00:00')"),

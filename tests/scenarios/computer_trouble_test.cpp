@@ -27,7 +27,7 @@ class Locker {
 };
 
 /// What happens to a computer: either a lock for some seconds, or no file grows by more than so many bytes beyond
-/// what the company's log has, until the pass is over.
+/// what the company's log has.
 struct Mishap {
     std::string name;
     std::int64_t lockSeconds = 0;
@@ -35,7 +35,7 @@ struct Mishap {
 };
 
 /// The mishap comes in front of one of the calls that write to the database, up to the retirement of the file that
-/// was taken.
+/// was taken, or, with 0, in front of each call.
 class MishapAt : public services::CallGate {
   public:
     MishapAt(const DealerComputer& computer, suite::VirtualTime& time, Mishap mishap, int number)
@@ -50,14 +50,19 @@ class MishapAt : public services::CallGate {
         isOver_ = isOver_ || call == "FileTools.MoveFile";
         // The clearing is one thing as far as this goes, but for its beginning.
         const bool again = call == last_ && call == "SqlConnection.ExecuteNonQuery";
-        if (!isOver_ && !again && std::find(writing.begin(), writing.end(), call) != writing.end() &&
-            ++count_ == number_) {
+        const bool writes = !again && std::find(writing.begin(), writing.end(), call) != writing.end();
+        if (writes && (number_ == 0 || (!isOver_ && ++count_ == number_))) {
             Begin();
         }
         last_ = call;
         return true;
     }
     bool HasCome() const { return count_ >= number_; }
+    void End() {
+        isOver_ = true;
+        lock_.reset();
+        disk_.reset();
+    }
 
   private:
     void Begin() {
@@ -117,11 +122,22 @@ class ComputerTroubleTest : public ::testing::Test {
             copy(Kept(), Live());
             {
                 MishapAt gate(computer, dealer_.Time(), mishap, number);
-                computer.RunPass(&gate);
+                const ComputerServices process(computer.Computer(),
+                                               {dealer_.Time(), dealer_.Time(), dealer_.Time()}, "qndr5rwsync", {},
+                                               &gate);
+                AgentContext context(process.Services());
+                context.CompaniesFolder = computer.Companies();
+                RunSync(context, nullptr);
                 hasCome = gate.HasCome();
+                gate.End();
+                RunSync(context, nullptr);
                 ASSERT_TRUE(hasCome || number > 2);
             }
-            Rounds(5);
+            Rounds(4);
+            // Both directions have to be open again, and no number to be ahead.
+            dealer_.Main().Put("Terms", "MAIN", "Name", "later");
+            dealer_.Laptop().Put("Terms", "LAPTOP", "Name", "later");
+            Rounds(2);
             ASSERT_EQ(dealer_.Laptop().SyncState(), 4);
             ASSERT_EQ(dealer_.RowState(dealer_.Laptop()), 4);
             ASSERT_EQ(dealer_.Differences(dealer_.Laptop()), std::vector<std::string>{});
@@ -152,6 +168,10 @@ class ComputerTroubleTest : public ::testing::Test {
 TEST_F(ComputerTroubleTest, AFirstExchangeComesToItsEnd) {
     dealer_.Main().Execute("UPDATE Customers SET Notes = printf('%.*c', 9000, 'x')");
     dealer_.RunRound();
+    const std::string file = dealer_.SyncFiles().at(0);
+    ExpectThatNothingIsLost(dealer_.Laptop());
+    // The laptop had asked twice.
+    fs::copy_file(file, std::string(file).replace(file.find('~') + 1, 1, "X"));
     ExpectThatNothingIsLost(dealer_.Laptop());
 }
 
@@ -176,6 +196,40 @@ TEST_F(ComputerTroubleTest, AResetIsTriedAgainWhole) {
     Rounds(2);
     ASSERT_EQ(dealer_.FilesInSyncFolder(), 1U);
     ExpectThatNothingIsLost(dealer_.Laptop());
+}
+
+TEST_F(ComputerTroubleTest, AShortLockIsWaitedForAtEveryWrite) {
+    GetReady();
+    EnterAnOrder(dealer_.Main());
+    EnterAnOrder(dealer_.Laptop());
+    for (const DealerComputer* computer : {&dealer_.Laptop(), &dealer_.Main(), &dealer_.Laptop()}) {
+        MishapAt gate(*computer, dealer_.Time(), {"a lock of 50 s", 50, 0}, 0);
+        computer->RunPass(&gate);
+    }
+    EXPECT_EQ(dealer_.FilesInSyncFolder(), 0U);
+    EXPECT_EQ(dealer_.Differences(dealer_.Laptop()), std::vector<std::string>{});
+}
+
+TEST_F(ComputerTroubleTest, AnImportTellsWhatItWaitsForAndStopsWhenItIsAskedTo) {
+    GetReady();
+    EnterAnOrder(dealer_.Main());
+    dealer_.Main().RunPass();
+    suite::VirtualTime& time = dealer_.Time();
+    const DealerComputer& laptop = dealer_.Laptop();
+    MishapAt gate(laptop, time, {"a lock of 5 min", 300, 0}, 1);
+    ComputerServices process(laptop.Computer(), {time, time, time}, "qndr5rwsync", {}, &gate);
+    std::vector<std::string> told;
+    process.TellWaitsTo([&](const std::string& text) { told.push_back(text); });
+    AgentContext context(process.Services());
+    context.CompaniesFolder = laptop.Companies();
+    const Date start = time.Now();
+    time.Loop().AddTick("stop", 30'000, [&] { laptop.SetNumber(settings::StopSync, 1); });
+    RunSync(context, nullptr);
+    time.Loop().RemoveTick("stop");
+    EXPECT_LT((time.Now().Days() - start.Days()) * 86400, 120);
+    EXPECT_EQ(told, (std::vector<std::string>{"Waiting for the database of dealer", ""}));
+    EXPECT_EQ(dealer_.FilesInSyncFolder(), 1U);
+    EXPECT_EQ(laptop.Number("SELECT NextSequenceFromMain FROM Company"), 0);
 }
 
 } // namespace

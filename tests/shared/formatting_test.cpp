@@ -27,5 +27,12 @@ TEST(FormatString, FollowsTheRulesThatCallersLeanOn) {
               "1last{17}");
 }
 
+TEST(FormatStatement, TellsWhatItFilledIn) {
+    const auto statement = FormatStatement("{0} '{1}' {2}", 4, "x'", Null{});
+    EXPECT_EQ(statement.Text(), "4 'x'' {2}");
+    EXPECT_EQ(statement.Pattern(), "{0} '{1}' {2}");
+    EXPECT_EQ(statement.Values(), (std::vector<std::string>{"4", "x'", ""}));
+}
+
 } // namespace
 } // namespace qndr::testing

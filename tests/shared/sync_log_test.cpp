@@ -46,6 +46,14 @@ TEST_F(SyncLogTest, EntriesAreWrittenWhateverTheSwitchSaysAndEachMonthInAFileOfI
               "2030-01-02 03:04:05      four\r\n2030-01-02 03:04:05      why (0)\r\n");
 }
 
+TEST_F(SyncLogTest, MessageIsOneLineThatNothingObeys) {
+    WriteLogEntry(services, "a\r\nb\tc\x1B[2J\x7F \u0085\u009B\u2028\u2029 \x9B", 1, "why\n");
+    WriteLogEntry(services, "größe 会社 \U0001F600 \xE9 \xE2\x80", 0, "");
+    EXPECT_EQ(files.files[kLog],
+              kTime + R"(a\x0D\x0Ab\x09c\x1B[2J\x7F \xC2\x85\xC2\x9B\xE2\x80\xA8\xE2\x80\xA9 \x9B)" + "\r\n" +
+                  kTime + "why\\x0A (1)\r\n" + kTime + "größe 会社 \U0001F600 \xE9 \xE2\\x80\r\n");
+}
+
 TEST_F(SyncLogTest, RotatesAFileThatHasGrownBeyondTheLimit) {
     clock.now = *ParseDate("2026-03-04 05:06:07");
     const std::string march = "C:\\Data\\Velmoran\\Logs\\qndr5rwsync 0326.log";

@@ -128,6 +128,22 @@ TEST_P(EngineOriginTest, TheRightVersionStaysAndTheLoserIsKept) {
 INSTANTIATE_TEST_SUITE_P(Engine, EngineOriginTest, testing::ValuesIn(Cases),
                          [](const auto& test) { return test.param.name; });
 
+TEST(EngineSeenTest, AFileThatDoesNotTellItLeavesANewerVersionOfThisCompany) {
+    const TestFolder folder;
+    EngineCompany laptop(folder, LaptopID, 2);
+    laptop.Run(
+        "INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('U1', 'old'); UPDATE PhoneLabels SET Name = 'new'; "
+        "UPDATE Company SET LastAuditID = 2, NextSequenceToMain = 2; UPDATE AuditLog SET TableName = "
+        "'phonelabels'");
+    const std::string file = folder.Path("data.xml");
+    for (const char* const version : {"1", "2"}) {
+        WriteFile(file, Exchange("<Table Name=\"PhoneLabels\"><Record Origin=\"" + LaptopID + "\" OriginID=\"" +
+                                 version + "\"><UniqueID>U1</UniqueID><Name>came back</Name></Record></Table>"));
+        EXPECT_TRUE(laptop.engine.ImportFile(file));
+        EXPECT_EQ(laptop.Value("SELECT Name FROM PhoneLabels"), *version == '1' ? "new" : "came back");
+    }
+}
+
 TEST(EngineSeenTest, AFileTellsWhatItsSenderHadAcceptedAndTheReceiverForgetsTheRest) {
     const TestFolder folder;
     EngineCompany laptop(folder, LaptopID, 2);

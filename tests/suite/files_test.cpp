@@ -101,7 +101,7 @@ TEST(DiskFiles, ACopyIsWholeOrNotThere) {
     EXPECT_TRUE(files.CopyFile(source, folder / "Sync/a~b.zip", true));
     EXPECT_EQ(folder.Read("Sync/a~b.zip"), "new");
 
-    for (const char c : std::string("\\:*?\"<>|")) {
+    for (const char c : std::string("\\:*?\"<>|\n\x1B")) {
         EXPECT_FALSE(files.CopyFile(source, folder / ("Sync/a" + std::string(1, c) + ".zip"), false)) << c;
     }
     fs::create_directory(folder / "Sync/folder");
@@ -160,7 +160,12 @@ TEST(DiskFiles, MovingKeepsTheSourceUnlessItSucceeds) {
     EXPECT_GT(files.GetFileDate(folder / "taken"), *ParseDate("2002-01-01")) << "it ages from now on";
     EXPECT_EQ(folder.Names(), Names{"taken"});
     EXPECT_EQ(folder.Read("taken"), "moved");
+}
 
+TEST(DiskFiles, MovingToAnotherFileSystemKeepsTheSourceUnlessItSucceeds) {
+    const TemporaryFolder folder;
+    DiskFileTools files(folder / "Temp");
+    folder.Write("taken", "moved");
     struct stat here {};
     struct stat memory {};
     stat(folder.Path().c_str(), &here);

@@ -39,6 +39,7 @@ struct ObservedCompany {
     std::vector<RefusedFile> refusedHere;  ///< those of its partners, by partner and number
     std::vector<RefusedFile> refusedThere; ///< its own, as far as their receivers told
     std::string damage;                    ///< what the database's own check found; empty when it is sound
+    std::string cannotStore; ///< why its agent could not store something lately; empty when it has since, or could
 };
 
 /// A company file behind which there is no company that can be asked.

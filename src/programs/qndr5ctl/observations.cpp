@@ -7,6 +7,7 @@
 #include "shared/dates.h"
 #include "shared/formatting.h"
 #include "shared/settings.h"
+#include "suite/company/company_events.h"
 #include "suite/company/provisioning.h"
 #include "suite/company/utf8_path.h"
 #include "suite/engine/conflicts.h"
@@ -109,6 +110,11 @@ void ObserveCompany(ObservedCompany& company, const OpenedCompany& opened, const
     problems.Bind(1, FormatSQLDate(seen.nowUtc.AddDays(-seen.days), false));
     problems.Step();
     company.putAside = problems.Integer(0);
+    // The agent enters another event when it could store something again.
+    auto newest = database.Prepare("SELECT EventText, EventNumber FROM CompanyEvents ORDER BY ID DESC LIMIT 1");
+    if (newest.Step() && newest.Integer(1) == suite::ComputerTroubleEvent) {
+        company.cannotStore = newest.Text(0);
+    }
     company.facts = FactsOf(opened);
     company.refusedHere = RefusedHere(database, company.facts.mainUniqueID);
     company.refusedThere = RefusedThere(database, company.facts.mainUniqueID);

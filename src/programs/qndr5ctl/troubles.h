@@ -78,6 +78,10 @@ inline constexpr TroubleKind WrongRole{"wrong-role", Severity::Error, "qndr5ctl 
 inline constexpr TroubleKind ConflictsOpen{
     "conflicts-open", Severity::Warning,
     "qndr5ctl conflicts list \"{0}\", then 'conflicts restore' or 'conflicts dismiss' for each"};
+inline constexpr TroubleKind CannotStore{"cannot-store", Severity::Error,
+                                         "Make room on its disk, end the program that holds its database, or mend "
+                                         "what the reason names; its agent then "
+                                         "goes on by itself: qndr5ctl events \"{0}\""};
 inline constexpr TroubleKind RecordsPutAside{
     "records-put-aside", Severity::Warning,
     "qndr5ctl problems list \"{0}\" tells why; enter them by hand or mend them where they come from"};

@@ -4,6 +4,7 @@
 #include "suite/company/company_events.h"
 #include "suite/company/connection_string.h"
 #include "suite/company/provisioning.h"
+#include "suite/computer/ticks.h"
 #include "suite/database/sqlite_database.h"
 #include "suite/engine/given_up_changes.h"
 
@@ -14,6 +15,8 @@ using services::CurrentUserHive;
 
 constexpr const char* kRoleName = "RoamingWorkstation";
 constexpr const char* kLocationPrefix = "UFL:";
+constexpr const char* kAgentKey = R"(Software\Velmoran\Ordergrove Suite\5.0)";
+constexpr const char* kStopName = "StopSync";
 constexpr const char* kNotCleared = "The tables could not be cleared for a reset, which waits: ";
 
 std::string ProfileKey(const std::string& profile) {
@@ -89,7 +92,7 @@ class LibrarySql : public services::SqlConnection {
   public:
     LibrarySql(SqliteDatabase& database, ComputerTrouble& trouble) : database_(database), trouble_(trouble) {}
 
-    std::int32_t ExecuteNonQuery(const std::string& statement) override {
+    std::int32_t ExecuteNonQuery(const services::Statement& statement) override {
         if (trouble_.Refuses()) {
             return -1;
         }
@@ -138,6 +141,12 @@ struct CompanyLibrary::State {
 CompanyLibrary::CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock,
                                ComputerTrouble& trouble, LockWait* wait)
     : state_(std::make_unique<State>(registry, clock, trouble, wait)) {
+    StatementLimits limits;
+    // A signal becomes StopSync when the agent lets messages through, which it does not within a statement.
+    limits.isStopping = [&registry] {
+        return EndRequestWaits() || registry.GetLong(CurrentUserHive, kAgentKey, kStopName, 0) != 0;
+    };
+    state_->database.SetLimits(std::move(limits));
 }
 
 CompanyLibrary::~CompanyLibrary() = default;
@@ -147,6 +156,9 @@ void CompanyLibrary::SetConnectionString(const std::string& text) {
     state_->database.Close();
     state_->trouble.Clear();
     state_->database.Use(SqliteFileOf(text));
+    if (state_->trouble.LacksFirstData(state_->database.Path())) {
+        AwaitFirstData();
+    }
 }
 
 void CompanyLibrary::SetPSDFile(const std::string& path) {
@@ -234,9 +246,26 @@ void CompanyLibrary::TellOfTrouble() {
     }
 }
 
+/// A workstation may find two files of the first exchange, take the one and fail with the other. Ready, it would
+/// take the one that was kept back for a file of changes.
+void CompanyLibrary::AwaitFirstData() {
+    ComputerTrouble& trouble = state_->trouble;
+    try {
+        Connection().Execute("UPDATE Company SET SyncState = 2 WHERE CompanyType = 2 AND SyncState = 4");
+        trouble.SetLacksFirstData(state_->database.Path(), false);
+    } catch (const services::Failure& failure) {
+        trouble.Note(std::string("The state of the first exchange could not be stored, and all waits: ") +
+                     failure.what());
+        trouble.SetLacksFirstData(state_->database.Path(), true);
+    }
+}
+
 void CompanyLibrary::PreTerminate() {
     if (state_->database.HasFile()) {
         TellOfTrouble();
+        if (state_->trouble.HasKeptBack()) {
+            AwaitFirstData();
+        }
     }
     state_->database.Close();
     state_->trouble.Clear();

@@ -44,6 +44,7 @@ class CompanyLibrary : public services::SharedCodeLibrary {
   private:
     void Record(const std::string& text, std::optional<std::int32_t> number);
     void TellOfTrouble();
+    void AwaitFirstData();
 
     struct State;
     std::unique_ptr<State> state_;

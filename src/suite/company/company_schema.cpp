@@ -51,7 +51,8 @@ CREATE TABLE AuditLog (
   Origin TEXT COLLATE NOCASE,
   OriginID INTEGER
 );
-CREATE INDEX ixAuditLog_Row ON AuditLog (TableName, AuditUniqueID COLLATE NOCASE);
+-- An application may write a table's name in any case.
+CREATE INDEX ixAuditLog_Row ON AuditLog (TableName COLLATE NOCASE, AuditUniqueID COLLATE NOCASE);
 )";
 
 /// The engine's memory of how far each file to another company went: with NextSequence files sent, all audit rows
@@ -150,9 +151,9 @@ WHERE (SELECT CompanyType FROM Company) = 2
   AND ID > (SELECT AuditID FROM GivenUpMark)
   AND (ID > Confirmed OR EXISTS (
     SELECT 1 FROM NotTakenFiles WHERE Receiver = '' AND FromID < ID AND ID <= ToID AND NOT EXISTS (
-      SELECT 1 FROM AuditLog AS Later WHERE Later.TableName = AuditLog.TableName
+      SELECT 1 FROM AuditLog AS Later WHERE Later.TableName = AuditLog.TableName COLLATE NOCASE
         AND Later.AuditUniqueID = AuditLog.AuditUniqueID AND Later.ID > ToID AND Later.ID <= Confirmed)))
-GROUP BY TableName, AuditUniqueID;
+GROUP BY TableName COLLATE NOCASE, AuditUniqueID;
 -- 6 is the state of a pending reset: nothing that stands in the log then is ever sent. At a reset's end the log counts
 -- as sent up to the new LastAuditID, and what is above it will be sent.
 CREATE TRIGGER noteGivenUpChanges BEFORE UPDATE OF SyncState ON Company
@@ -176,6 +177,7 @@ CREATE TABLE LastImports (
 
 /// What stays in this database: it tells about this company alone.
 constexpr std::string_view OwnTables = R"(
+CREATE TABLE SchemaVersion (Version INTEGER NOT NULL);
 CREATE TABLE CompanyOptions (
   Profile TEXT COLLATE NOCASE NOT NULL,
   Section TEXT COLLATE NOCASE NOT NULL,
@@ -248,7 +250,9 @@ bool IsWhollyExported(const Table& table) {
 std::string CompanySchemaScript() {
     std::string script = std::string(ExchangeTables) + SentRangesScript() + std::string(SkippedRangesScript) +
                          std::string(LastImportsTable) + std::string(GivenUpScript) + std::string(OwnTables) +
-                         SnapshotMemoryScript() + RefusalMemoryScript();
+                         SnapshotMemoryScript() + RefusalMemoryScript() +
+                         "INSERT INTO SchemaVersion (Version) VALUES (" + std::to_string(CompanySchemaVersion) +
+                         ");\n";
     for (const Table& table : AuditedTables()) {
         script += AuditedTableScript(table);
     }

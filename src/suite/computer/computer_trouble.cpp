@@ -1,11 +1,22 @@
 #include "suite/computer/computer_trouble.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qndr::suite {
 
 void ComputerTrouble::Clear() {
+    const std::set<std::string> lacking = std::move(lackingFirstData_);
     *this = {};
+    lackingFirstData_ = lacking;
+}
+
+void ComputerTrouble::SetLacksFirstData(const std::string& database, bool lacks) {
+    if (lacks) {
+        lackingFirstData_.insert(database);
+    } else {
+        lackingFirstData_.erase(database);
+    }
 }
 
 void ComputerTrouble::Note(const std::string& text) {
@@ -16,8 +27,8 @@ void ComputerTrouble::Note(const std::string& text) {
 }
 
 bool ComputerTrouble::Refuses() {
-    if (Stands() && !inHand_.empty() && !Holds(inHand_)) {
-        held_.push_back(inHand_);
+    if (Stands() && !inHand_.empty()) {
+        held_.push_back(std::exchange(inHand_, ""));
     }
     return Stands();
 }
@@ -27,8 +38,10 @@ void ComputerTrouble::NoteStored() {
     hasStored_ = true;
 }
 
-bool ComputerTrouble::Holds(const std::string& path) const {
-    return std::find(held_.begin(), held_.end(), path) != held_.end();
+bool ComputerTrouble::Holds(const std::string& path) {
+    const bool isHeld = std::find(held_.begin(), held_.end(), path) != held_.end();
+    hasKeptBack_ = hasKeptBack_ || isHeld;
+    return isHeld;
 }
 
 } // namespace qndr::suite

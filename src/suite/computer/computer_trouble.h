@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,14 +33,22 @@ class ComputerTrouble {
     void NoteStored();
     /// Whether anything was stored since the company was opened.
     bool HasStored() const { return hasStored_; }
-    /// Whether the file must stay where it is.
-    bool Holds(const std::string& path) const;
+    /// For whoever would retire a file: true when it must stay where it is.
+    bool Holds(const std::string& path);
+    /// Whether a step would have retired a file that is held.
+    bool HasKeptBack() const { return hasKeptBack_; }
+
+    /// A company that lacks data of its first exchange, and whose state does not tell so yet. Outlives Clear.
+    void SetLacksFirstData(const std::string& database, bool lacks);
+    bool LacksFirstData(const std::string& database) const { return lackingFirstData_.contains(database); }
 
   private:
     std::string text_;
     std::string inHand_;
     std::vector<std::string> held_;
     bool hasStored_ = false;
+    bool hasKeptBack_ = false;
+    std::set<std::string> lackingFirstData_;
 };
 
 } // namespace qndr::suite

@@ -43,4 +43,7 @@ class SystemTicks : public Ticks {
     std::unique_ptr<Signals> signals_;
 };
 
+/// Whether a request to end waits for SystemTicks to take it; false where there are none. Does not take it.
+bool EndRequestWaits();
+
 } // namespace qndr::suite

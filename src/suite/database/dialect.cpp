@@ -2,6 +2,7 @@
 
 #include "suite/files/ascii_case.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace qndr::suite {
@@ -127,6 +128,19 @@ std::string ToSqliteDialect(std::string_view sql) {
 
 bool IsBlankSql(std::string_view sql) {
     return SkipBlanksAndComments(sql, 0) == sql.size();
+}
+
+std::set<std::string> BareWords(std::string_view sql) {
+    std::set<std::string> words;
+    for (std::size_t at = 0; at < sql.size();) {
+        const std::size_t opaque = SkipOpaque(sql, at);
+        const std::size_t end = opaque == at ? SkipWord(sql, at) : at;
+        if (end != at && (sql[at] < '0' || sql[at] > '9')) {
+            words.insert(ToLowerCase(sql.substr(at, end - at)));
+        }
+        at = std::max({opaque, end, at + 1});
+    }
+    return words;
 }
 
 } // namespace qndr::suite

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -13,5 +14,8 @@ std::string ToSqliteDialect(std::string_view sql);
 
 /// Whether the text holds nothing but blanks and comments, and so adds nothing to the statement before it.
 bool IsBlankSql(std::string_view sql);
+
+/// The words outside of literals, quoted identifiers and comments, in lower case. Numbers are none.
+std::set<std::string> BareWords(std::string_view sql);
 
 } // namespace qndr::suite

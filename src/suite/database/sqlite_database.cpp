@@ -1,6 +1,7 @@
 #include "suite/database/sqlite_database.h"
 
 #include "services/failure.h"
+#include "suite/database/fenced_statement.h"
 #include "suite/database/record_table.h"
 
 #include <algorithm>
@@ -83,19 +84,22 @@ void SqliteDatabase::Enter(const Failure& failure) {
     }
 }
 
-Variant SqliteDatabase::ExecuteScaler(const std::string& statement, const std::string&, const Variant& fallback) {
+Variant SqliteDatabase::ExecuteScaler(const services::Statement& statement, const std::string&,
+                                      const Variant& fallback) {
     lastError_.clear();
     DemandFile();
     try {
-        SqliteStatement prepared = Connection().Prepare(statement);
-        return FirstValue(prepared, fallback);
+        Variant value;
+        RunFenced(Connection(), statement, limits_,
+                  [&](SqliteStatement& prepared) { value = FirstValue(prepared, fallback); });
+        return value;
     } catch (const Failure& failure) {
         Enter(failure);
         throw;
     }
 }
 
-std::int32_t SqliteDatabase::ExecuteNonQuery(const std::string& statement) {
+std::int32_t SqliteDatabase::ExecuteNonQuery(const services::Statement& statement) {
     lastError_.clear();
     DemandFile();
     if (trouble_.Refuses()) {
@@ -107,7 +111,10 @@ std::int32_t SqliteDatabase::ExecuteNonQuery(const std::string& statement) {
         // The count of the last statement that changed rows stays where it is under one that changes none. Only
         // the total, which has the triggers' rows in it, tells the two apart.
         const sqlite3_int64 totalBefore = sqlite3_total_changes64(connection.Handle());
-        connection.Execute(statement);
+        RunFenced(connection, statement, limits_, [](SqliteStatement& prepared) {
+            while (prepared.Step()) {
+            }
+        });
         trouble_.NoteStored();
         if (sqlite3_total_changes64(connection.Handle()) == totalBefore) {
             return 0;
@@ -120,12 +127,13 @@ std::int32_t SqliteDatabase::ExecuteNonQuery(const std::string& statement) {
     }
 }
 
-std::unique_ptr<services::RecordDocument> SqliteDatabase::ExecuteRead(const std::string& statement) {
+std::unique_ptr<services::RecordDocument> SqliteDatabase::ExecuteRead(const services::Statement& statement) {
     lastError_.clear();
     DemandFile();
     try {
-        SqliteStatement prepared = Connection().Prepare(statement);
-        return ReadAll(prepared);
+        std::unique_ptr<RecordTable> rows;
+        RunFenced(Connection(), statement, limits_, [&](SqliteStatement& prepared) { rows = ReadAll(prepared); });
+        return rows;
     } catch (const Failure& failure) {
         Enter(failure);
         return nullptr;

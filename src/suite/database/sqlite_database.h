@@ -4,15 +4,18 @@
 #include "services/platform.h"
 #include "suite/computer/computer_trouble.h"
 #include "suite/database/sqlite_connection.h"
+#include "suite/database/statement_time.h"
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace qndr::suite {
 
 /// A company's database in an SQLite file. The file is opened by the first use, never made; a file that cannot be
 /// opened is a database error of each statement. Without a file every operation raises services::Failure. A fault
-/// of this computer is noted as its trouble, and nothing is stored while such a trouble stands.
+/// of this computer is noted as its trouble, and nothing is stored while such a trouble stands. A
+/// statement is held to what it is for; see RunFenced.
 class SqliteDatabase : public services::Database {
   public:
     /// All of them must outlive the database; `wait` as for a connection.
@@ -24,14 +27,17 @@ class SqliteDatabase : public services::Database {
     /// Closes the file in use; there is none from now on.
     void Close();
     bool HasFile() const { return !path_.empty(); }
+    const std::string& Path() const { return path_; }
 
-    /// Raises when the file cannot be opened.
+    void SetLimits(StatementLimits limits) { limits_ = std::move(limits); }
+
+    /// Raises when the file cannot be opened. What is run there passes the fences by.
     SqliteConnection& Connection();
 
-    Variant ExecuteScaler(const std::string& statement, const std::string& second,
+    Variant ExecuteScaler(const services::Statement& statement, const std::string& second,
                           const Variant& fallback) override;
-    std::int32_t ExecuteNonQuery(const std::string& statement) override;
-    std::unique_ptr<services::RecordDocument> ExecuteRead(const std::string& statement) override;
+    std::int32_t ExecuteNonQuery(const services::Statement& statement) override;
+    std::unique_ptr<services::RecordDocument> ExecuteRead(const services::Statement& statement) override;
     std::string LastSQLErrorDescription() const override { return lastError_; }
 
   private:
@@ -41,6 +47,7 @@ class SqliteDatabase : public services::Database {
     const services::Clock& clock_;
     ComputerTrouble& trouble_;
     LockWait* wait_;
+    StatementLimits limits_;
     std::string path_;
     std::unique_ptr<SqliteConnection> connection_;
     std::string lastError_;

@@ -22,10 +22,11 @@ constexpr std::string_view DeletionWithOrigin =
 } // namespace
 
 ExportWriter::ExportWriter(const SqliteConnection& connection, ExportFile& file, ExportOrigin origin)
-    : connection_(connection), file_(file), origin_(origin),
+    : connection_(connection), file_(file), origin_(origin), fence_(connection),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")),
-      newestAudit_(connection.Prepare("SELECT ID, Origin, OriginID FROM AuditLog WHERE TableName = ?1 "
-                                      "AND AuditUniqueID = ?2 ORDER BY ID DESC LIMIT 1")) {
+      newestAudit_(
+          connection.Prepare("SELECT ID, Origin, OriginID FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE "
+                             "AND AuditUniqueID = ?2 ORDER BY ID DESC LIMIT 1")) {
 }
 
 void ExportWriter::WriteAll(const ExportList& list) {
@@ -68,6 +69,14 @@ void ExportWriter::Write(const ExportList::Kind& kind, const ExportList::Entry& 
     source->statement.Reset();
 }
 
+/// The name of the table comes with the entry, and in the end from an audit row. So it is taken as one name and
+/// not as a part of the statement.
+SqliteStatement ExportWriter::PrepareFenced(const ExportList::Kind& kind) {
+    return fence_.Prepare(kind.statement == DeletionShape ? DeletionWithOrigin : kind.statement,
+                          {kind.deletion ? "auditlog" : ToLowerCase("vwExporting_" + kind.table), "dateadd",
+                           "getutcdate", "orders" /* by which an order's items are found */});
+}
+
 ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std::size_t index) {
     const auto [place, added] = sources_.try_emplace(index);
     std::optional<Source>& source = place->second;
@@ -75,10 +84,10 @@ ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std:
         return source ? &*source : nullptr;
     }
     try {
-        source.emplace(connection_.Prepare(kind.statement == DeletionShape ? DeletionWithOrigin : kind.statement));
+        source.emplace(PrepareFenced(kind));
     } catch (const services::Failure& failure) {
         const int error = sqlite3_errcode(connection_.Handle());
-        if (error != SQLITE_ERROR && error != SQLITE_OK) {
+        if (error != SQLITE_ERROR && error != SQLITE_AUTH && error != SQLITE_OK) {
             throw;
         }
         passedOver_.push_back("The table '" + kind.table + "' was left out of an export: " + failure.what());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "suite/database/sqlite_connection.h"
+#include "suite/database/table_fence.h"
 #include "suite/engine/export_file.h"
 #include "suite/engine/export_list.h"
 #include "suite/engine/xml_text.h"
@@ -24,7 +25,8 @@ class ExportWriter {
     ExportWriter(const SqliteConnection& connection, ExportFile& file, ExportOrigin origin);
 
     /// Raises services::Failure for every trouble but an entry that this database cannot understand (its view is
-    /// missing): that one is passed over, for it would otherwise stop the exchange at every try.
+    /// missing), or that asks for more than its table: that one is passed over, for it would otherwise stop the
+    /// exchange at every try.
     void WriteAll(const ExportList& list);
 
     std::int64_t RecordCount() const { return records_; }
@@ -45,6 +47,7 @@ class ExportWriter {
     };
 
     void Write(const ExportList::Kind& kind, const ExportList::Entry& entry);
+    SqliteStatement PrepareFenced(const ExportList::Kind& kind);
     Source* SourceFor(const ExportList::Kind& kind, std::size_t index);
     void OpenTable(const ExportList::Kind& kind);
     void CloseTable();
@@ -56,6 +59,7 @@ class ExportWriter {
     const SqliteConnection& connection_;
     ExportFile& file_;
     ExportOrigin origin_;
+    TableFence fence_;
     std::string own_;
     SqliteStatement newestAudit_;
     std::unordered_map<std::size_t, std::optional<Source>> sources_; ///< by kind; nothing: not understood

@@ -63,8 +63,8 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
         ledger_.AddProblem(batch, record, record.problem);
         return;
     }
-    OriginRules::Decision decision =
-        rules_.Decide(record.table->name, batch.Text(record, record.uniqueID), batch.Text(record, record.origin));
+    OriginRules::Decision decision = rules_.Decide(record.table->name, batch.Text(record, record.uniqueID),
+                                                   batch.Text(record, record.origin), record.originID);
     if (rules_.IsMain()) {
         MarkOrigin(batch, record);
     }

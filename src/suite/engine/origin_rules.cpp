@@ -21,8 +21,9 @@ NotTakenFiles NotTakenBy(const SqliteConnection& connection, std::string_view re
 } // namespace
 
 OriginRules::OriginRules(const SqliteConnection& connection, const ImportBatch& file)
-    : newest_(connection.Prepare("SELECT ID, Origin FROM AuditLog WHERE TableName = ?1 AND AuditUniqueID = ?2 "
-                                 "ORDER BY ID DESC LIMIT 1")),
+    : newest_(connection.Prepare(
+          "SELECT ID, Origin FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE AND AuditUniqueID = ?2 "
+          "ORDER BY ID DESC LIMIT 1")),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")), sender_(file.from),
       isMain_(connection.Number("SELECT CompanyType FROM Company") != RoamingWorkstationType),
       skipped_(connection, sender_), notTaken_(NotTakenBy(connection, Receiver(), file.refused, own_)),
@@ -31,8 +32,10 @@ OriginRules::OriginRules(const SqliteConnection& connection, const ImportBatch& 
         sent_ = connection.Number("SELECT LastAuditID FROM Company");
     }
     const std::optional<std::int64_t> files = AcceptedFilesOf(file.seen, own_);
+    tellsSeen_ = files.has_value();
     known_ = files ? CoveredBy(connection, Receiver(), *files) : sent_;
-    if (IsResetPending(connection)) {
+    isResetPending_ = IsResetPending(connection);
+    if (isResetPending_) {
         // What this workstation had against main is given up and kept; none of it will ever be sent.
         known_ = latest_;
     }
@@ -53,17 +56,25 @@ OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string
     return newest;
 }
 
+bool OriginRules::IsOwnBeforeNewest(const Newest& newest, std::string_view origin, std::int64_t originID) const {
+    return !isMain_ && !tellsSeen_ && !isResetPending_ && EqualsWithoutCase(origin, own_) &&
+           newest.id > originID && newest.id <= latest_;
+}
+
 bool OriginRules::WasKnown(std::string_view table, const Newest& newest) const {
     return newest.id <= known_ && !skipped_.Hides(table, newest.id) && !notTaken_.Hold(newest.id);
 }
 
 OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_view uniqueID,
-                                          std::string_view origin) {
+                                          std::string_view origin, std::int64_t originID) {
     // A full import asks half a million times: nothing is looked up where no local version can matter.
-    if (latest_ <= known_ && skipped_.Empty() && notTaken_.Empty()) {
+    if (tellsSeen_ && latest_ <= known_ && skipped_.Empty() && notTaken_.Empty()) {
         return {};
     }
     const Newest newest = NewestAudit(table, uniqueID);
+    if (IsOwnBeforeNewest(newest, origin, originID)) {
+        return {Verdict::PassOver, {}, {}};
+    }
     // Audit rows above latest_ are this import's own.
     if (WasKnown(table, newest) || newest.id > latest_) {
         return {};

@@ -33,8 +33,9 @@ class OriginRules {
         std::string winningOrigin;
     };
 
-    /// `origin` is empty for the records of a full export.
-    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin);
+    /// `origin` is empty for the records of a full export; otherwise `originID` is the version's number there.
+    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin,
+                    std::int64_t originID);
 
     bool IsMain() const { return isMain_; }
 
@@ -48,12 +49,17 @@ class OriginRules {
 
     /// The sender as SentRanges names it.
     std::string_view Receiver() const;
+    /// A file that does not tell what its sender had accepted counts as made with sight of all that was sent. Of
+    /// this workstation's own versions it tells more: one that it changed since was not seen yet.
+    bool IsOwnBeforeNewest(const Newest& newest, std::string_view origin, std::int64_t originID) const;
     bool WasKnown(std::string_view table, const Newest& newest) const;
 
     SqliteStatement newest_;
     std::string own_;
     std::string sender_;
     bool isMain_ = false;
+    bool tellsSeen_ = false;
+    bool isResetPending_ = false;
     std::int64_t sent_ = 0;   ///< on a workstation: the audit rows up to here are out
     std::int64_t known_ = 0;  ///< the audit rows up to here were known to the sender when it made the file
     SkippedRanges skipped_;   ///< on main: what the sender never got although it is below

@@ -6,6 +6,7 @@
 #include "suite/computer/operating_system.h"
 #include "suite/files/path_text.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace qndr::suite {
@@ -15,8 +16,12 @@ using services::Failure;
 
 constexpr std::size_t kCopyPiece = 256 * 1024;
 constexpr int kNameTries = 16;
-/// What some platform's file names cannot carry. A file that only half of the parties could take is not made.
-constexpr std::string_view kForbidden = "\\/:*?\"<>|";
+
+/// Whether some platform's file names cannot carry it. A file that only half of the parties could take is not made.
+bool IsForbiddenInNames(char c) {
+    return std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos ||
+           static_cast<unsigned char>(c) < 0x20;
+}
 
 FileFacts RequiredFacts(const std::string& path) {
     const std::optional<FileFacts> facts = ReadFileFacts(path);
@@ -72,7 +77,7 @@ bool MayBecomeFile(const std::string& target, bool overwrite) {
 
 } // namespace
 
-DiskFileTools::DiskFileTools(std::string temporaryFolder, const ComputerTrouble* trouble)
+DiskFileTools::DiskFileTools(std::string temporaryFolder, ComputerTrouble* trouble)
     : temporaryFolder_(std::move(temporaryFolder)), trouble_(trouble) {
 }
 
@@ -136,7 +141,7 @@ bool DiskFileTools::DeleteFile(const std::string& path) {
 
 bool DiskFileTools::CopyFile(const std::string& source, const std::string& target, bool overwrite) {
     const std::string name = NamePart(target);
-    if (name.empty() || name.find_first_of(kForbidden) != std::string::npos || !MayBecomeFile(target, overwrite)) {
+    if (name.empty() || std::ranges::any_of(name, IsForbiddenInNames) || !MayBecomeFile(target, overwrite)) {
         return false;
     }
     OpenFile from;
@@ -194,7 +199,7 @@ bool DiskFileTools::MoveFile(const std::string& source, const std::string& targe
 std::string DiskFileTools::ToFileToken(const std::string& text) {
     std::string token = text;
     for (char& c : token) {
-        if (c == '~' || kForbidden.find(c) != std::string_view::npos || static_cast<unsigned char>(c) < 0x20) {
+        if (c == '~' || IsForbiddenInNames(c)) {
             c = '-';
         }
     }

@@ -12,7 +12,7 @@ class DiskFileTools : public services::FileTools {
   public:
     /// The temporary folder is made, for this user alone, whenever it is needed and missing. What `trouble` holds
     /// is neither deleted nor moved; it must outlive the object.
-    explicit DiskFileTools(std::string temporaryFolder, const ComputerTrouble* trouble = nullptr);
+    explicit DiskFileTools(std::string temporaryFolder, ComputerTrouble* trouble = nullptr);
 
     bool FileIsPresent(const std::string& path) override;
     bool FileExists(const std::string& path) override;
@@ -33,7 +33,7 @@ class DiskFileTools : public services::FileTools {
     bool IsHeld(const std::string& path) const { return trouble_ != nullptr && trouble_->Holds(path); }
 
     std::string temporaryFolder_;
-    const ComputerTrouble* trouble_;
+    ComputerTrouble* trouble_;
 };
 
 } // namespace qndr::suite

@@ -89,4 +89,11 @@ bool SystemTicks::TakeEndRequest() {
     return any;
 }
 
+bool EndRequestWaits() {
+    sigset_t waiting;
+    sigemptyset(&waiting);
+    return sigpending(&waiting) == 0 &&
+           std::ranges::any_of(kEndSignals, [&](int signal) { return sigismember(&waiting, signal) == 1; });
+}
+
 } // namespace qndr::suite

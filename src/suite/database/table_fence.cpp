@@ -1,0 +1,61 @@
+#include "suite/database/table_fence.h"
+
+#include "services/failure.h"
+#include "suite/database/dialect.h"
+#include "suite/files/ascii_case.h"
+
+#include <utility>
+
+namespace qndr::suite {
+
+TableFence::TableFence(const SqliteConnection& connection) : connection_(connection) {
+    sqlite3_set_authorizer(connection_.Handle(), &TableFence::Judge, this);
+}
+
+TableFence::~TableFence() {
+    sqlite3_set_authorizer(connection_.Handle(), nullptr, nullptr);
+}
+
+SqliteStatement TableFence::Prepare(std::string_view sql, std::set<std::string> names) {
+    names_ = std::move(names);
+    isPreparing_ = true;
+    struct End {
+        bool& isPreparing;
+        ~End() { isPreparing = false; }
+    } const end{isPreparing_};
+    SqliteStatement prepared = connection_.Prepare(sql);
+    // The database reports what stands in a WITH as it reports the body of a view of that name.
+    if (BareWords(sql).contains("with")) {
+        throw services::Failure("the statement is refused: it makes tables of its own");
+    }
+    return prepared;
+}
+
+int TableFence::Judge(void* fence, int action, const char* first, const char* second, const char* /*database*/,
+                      const char* inside) {
+    const auto* const self = static_cast<const TableFence*>(fence);
+    if (!self->isPreparing_ || action == SQLITE_SELECT) {
+        return SQLITE_OK;
+    }
+    const char* named = nullptr;
+    switch (action) {
+    case SQLITE_READ:
+    case SQLITE_INSERT:
+    case SQLITE_UPDATE:
+    case SQLITE_DELETE:
+        named = first;
+        break;
+    case SQLITE_FUNCTION:
+        named = second;
+        break;
+    case SQLITE_RECURSIVE:
+        break;
+    default:
+        return SQLITE_DENY;
+    }
+    // What a view or trigger does is the schema's own.
+    const bool isAllowed = inside != nullptr || (named != nullptr && self->names_.contains(ToLowerCase(named)));
+    return isAllowed ? SQLITE_OK : SQLITE_DENY;
+}
+
+} // namespace qndr::suite
