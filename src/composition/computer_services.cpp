@@ -1,6 +1,7 @@
 #include "composition/computer_services.h"
 
 #include "composition/gated_objects.h"
+#include "shared/failure_rule.h"
 #include "shared/paths2.h"
 #include "suite/computer/posix/directory_calls.h"
 #include "suite/computer/registry_store.h"
@@ -16,13 +17,40 @@
 namespace qndr {
 namespace {
 
+/// Waits as the agent itself does: messages, and with them timer ticks and clicks, go on being delivered.
+class MessagePatience : public suite::Patience {
+  public:
+    explicit MessagePatience(const TimeServices& time) : time_(time) {}
+
+    bool Wait(std::int32_t seconds) override {
+        constexpr std::int32_t unitsASecond = 10'000'000;
+        bool due = false;
+        // A test that raises counts as passed, so nothing may come out of here and make a file that cannot be read
+        // one that could not be opened.
+        Attempt([&] {
+            const auto timer = time_.timers.Create("qndr5 patience");
+            timer->Set(-seconds * unitsASecond, -1);
+            while (!due) {
+                due = timer->WaitForMessages();
+                Attempt([&] { time_.messages.ProcessMessages(); });
+            }
+        });
+        return due;
+    }
+
+  private:
+    TimeServices time_;
+};
+
 /// The suite on one computer. It works with its own services directly; the gate stands in front of the agent
 /// alone.
 struct Suite {
-    Suite(const suite::Computer& theComputer, const services::Clock& clock, const std::string& programName,
-          const std::vector<std::string>& switchNames)
-        : computer(theComputer), registryTools(computer.registryFile, clock), fileTools(computer.temporaryFolder),
-          directoryCalls(computer.temporaryFolder), objects(computer, registryTools, iniTools, clock),
+    Suite(const suite::Computer& theComputer, const TimeServices& time, const std::string& programName,
+          const std::vector<std::string>& switchNames, suite::FileReads* otherReads)
+        : computer(theComputer), registryTools(computer.registryFile, time.clock),
+          fileTools(computer.temporaryFolder), directoryCalls(computer.temporaryFolder), patience(time),
+          archives(otherReads != nullptr ? *otherReads : reads, &patience, &time.clock),
+          iniTools(&archives.Unwritten()), objects(computer, registryTools, iniTools, time.clock, archives),
           commandLineTools(switchNames), systemTools(computer), specialFolderTools(computer),
           program(computer, programName) {}
 
@@ -30,6 +58,9 @@ struct Suite {
     suite::RegistryStore registryTools;
     suite::DiskFileTools fileTools;
     suite::PosixDirectoryCalls directoryCalls;
+    suite::FileReads reads;
+    MessagePatience patience;
+    suite::ArchiveShelf archives;
     suite::DiskIniTools iniTools;
     suite::DiskTextFileTools textFileTools;
     suite::DiskTextAppender textAppender;
@@ -48,8 +79,8 @@ struct Suite {
 
 struct ComputerServices::Parts {
     Parts(const suite::Computer& computer, const TimeServices& time, const std::string& programName,
-          const std::vector<std::string>& switchNames, services::CallGate* gate)
-        : inner(computer, time.clock, programName, switchNames), objects(inner.objects, gate),
+          const std::vector<std::string>& switchNames, services::CallGate* gate, suite::FileReads* reads)
+        : inner(computer, time, programName, switchNames, reads), objects(inner.objects, gate),
           commandLineTools(inner.commandLineTools, gate), registryTools(inner.registryTools, gate),
           fileTools(inner.fileTools, gate), directoryCalls(inner.directoryCalls, gate),
           iniTools(inner.iniTools, gate), textFileTools(inner.textFileTools, gate),
@@ -89,8 +120,8 @@ struct ComputerServices::Parts {
 
 ComputerServices::ComputerServices(const suite::Computer& computer, const TimeServices& time,
                                    const std::string& programName, const std::vector<std::string>& switchNames,
-                                   services::CallGate* gate)
-    : parts_(std::make_unique<Parts>(computer, time, programName, switchNames, gate)) {
+                                   services::CallGate* gate, suite::FileReads* reads)
+    : parts_(std::make_unique<Parts>(computer, time, programName, switchNames, gate, reads)) {
 }
 
 ComputerServices::~ComputerServices() = default;

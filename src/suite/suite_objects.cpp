@@ -30,7 +30,7 @@ std::unique_ptr<services::Upgrader> SuiteObjects::CreateUpgrader() {
 }
 
 std::unique_ptr<services::ZipArchive> SuiteObjects::CreateZipArchive() {
-    return std::make_unique<LibZipArchive>();
+    return std::make_unique<LibZipArchive>(archives_);
 }
 
 } // namespace qndr::suite

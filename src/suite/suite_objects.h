@@ -5,6 +5,7 @@
 #include "services/platform.h"
 #include "services/registry_tools.h"
 #include "suite/computer/computer.h"
+#include "suite/files/archive_shelf.h"
 
 namespace qndr::suite {
 
@@ -12,8 +13,8 @@ namespace qndr::suite {
 class SuiteObjects : public services::ObjectFactory {
   public:
     SuiteObjects(const Computer& computer, services::RegistryTools& registry, services::IniTools& iniTools,
-                 const services::Clock& clock)
-        : computer_(computer), registry_(registry), iniTools_(iniTools), clock_(clock) {}
+                 const services::Clock& clock, ArchiveShelf& archives)
+        : computer_(computer), registry_(registry), iniTools_(iniTools), clock_(clock), archives_(archives) {}
 
     std::unique_ptr<services::SharedCodeLibrary> CreateSharedCodeLibrary() override;
     std::unique_ptr<services::Engine> CreateEngine() override;
@@ -27,6 +28,7 @@ class SuiteObjects : public services::ObjectFactory {
     services::RegistryTools& registry_;
     services::IniTools& iniTools_;
     const services::Clock& clock_;
+    ArchiveShelf& archives_;
 };
 
 } // namespace qndr::suite
