@@ -23,7 +23,7 @@ class Company : public EngineCompany {
         std::string script = "BEGIN; UPDATE GivenUpMark SET AuditID = 0; DELETE FROM GivenUpChanges;"
                              "UPDATE Company SET SyncState = 0, LastAuditID = 0, NextSequenceToMain = 0;"
                              "DELETE FROM SentRanges; INSERT INTO SentRanges VALUES ('', 0, 0);"
-                             "DELETE FROM LastImports;";
+                             "DELETE FROM LastImports; DELETE FROM NotTakenFiles;";
         for (const std::string& table : UsedTables()) {
             script += "DELETE FROM \"" + table + "\";";
         }

@@ -45,9 +45,9 @@ void Qualify(AgentContext& context, bool& process) {
     std::string designated;
     std::string computer;
     if (Holds([&] {
-            designated = ToLower(
+            designated = ToLowerName(
                 Trim(library.Options().GetCompanyOption("Roaming Workstations", "SyncComputerName").ToText()));
-            computer = ToLower(Trim(context.services.systemTools.GetComputerName()));
+            computer = ToLowerName(Trim(context.services.systemTools.GetComputerName()));
             return designated == computer;
         })) {
         process = true;

@@ -95,6 +95,15 @@ void AgentScheduler::SyncNow() {
     Attempt([&] { view_.RefreshStatus(); });
 }
 
+void AgentScheduler::ShowWait(const std::string& text) {
+    if (text.empty()) {
+        tray_.SetText(awaitingActivity_);
+    } else {
+        awaitingActivity_ = tray_.Text();
+        tray_.SetText(text);
+    }
+}
+
 void AgentScheduler::SetSyncFrequency(std::int32_t minutes) {
     syncFrequency_ = minutes;
     Attempt([&] {

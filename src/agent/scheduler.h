@@ -49,6 +49,9 @@ class AgentScheduler {
     /// Makes the next TickSync run a pass. Inside a pass this has no lasting effect.
     void SyncNow();
 
+    /// Shows what the pass waits for in the place of its activity, and with an empty text that activity again.
+    void ShowWait(const std::string& text);
+
     /// Minutes between passes.
     std::int32_t SyncFrequency() const { return syncFrequency_; }
     /// Takes and stores a new one. The present schedule stands: it counts from the end of the next pass on.
@@ -68,6 +71,7 @@ class AgentScheduler {
     std::int32_t syncFrequency_ = 0; ///< minutes between passes
     Date nextSyncTime_;              ///< when the next pass is due, local time
     std::string agentTitle_;         ///< the tray's text between passes
+    std::string awaitingActivity_;   ///< what the pass was doing before it had to wait
     bool isSyncing_ = false;         ///< the one guard against a second pass
     bool isUnloaded_ = false;
 };

@@ -1,7 +1,8 @@
 #include "composition/computer_services.h"
 
 #include "composition/gated_objects.h"
-#include "shared/failure_rule.h"
+#include "composition/lock_pauses.h"
+#include "composition/message_pause.h"
 #include "shared/paths2.h"
 #include "suite/computer/posix/directory_calls.h"
 #include "suite/computer/registry_store.h"
@@ -17,50 +18,30 @@
 namespace qndr {
 namespace {
 
-/// Waits as the agent itself does: messages, and with them timer ticks and clicks, go on being delivered.
-class MessagePatience : public suite::Patience {
-  public:
-    explicit MessagePatience(const TimeServices& time) : time_(time) {}
-
-    bool Wait(std::int32_t seconds) override {
-        constexpr std::int32_t unitsASecond = 10'000'000;
-        bool due = false;
-        // A test that raises counts as passed, so nothing may come out of here and make a file that cannot be read
-        // one that could not be opened.
-        Attempt([&] {
-            const auto timer = time_.timers.Create("qndr5 patience");
-            timer->Set(-seconds * unitsASecond, -1);
-            while (!due) {
-                due = timer->WaitForMessages();
-                Attempt([&] { time_.messages.ProcessMessages(); });
-            }
-        });
-        return due;
-    }
-
-  private:
-    TimeServices time_;
-};
-
 /// The suite on one computer. It works with its own services directly; the gate stands in front of the agent
 /// alone.
 struct Suite {
     Suite(const suite::Computer& theComputer, const TimeServices& time, const std::string& programName,
           const std::vector<std::string>& switchNames, suite::FileReads* otherReads)
         : computer(theComputer), registryTools(computer.registryFile, time.clock),
-          fileTools(computer.temporaryFolder), directoryCalls(computer.temporaryFolder), patience(time),
+          lockPauses(time.messages, time.timers, registryTools, programName),
+          patience(time.messages, time.timers, programName),
           archives(otherReads != nullptr ? *otherReads : reads, &patience, &time.clock),
-          iniTools(&archives.Unwritten()), objects(computer, registryTools, iniTools, time.clock, archives),
+          fileTools(computer.temporaryFolder, &trouble), directoryCalls(computer.temporaryFolder),
+          iniTools(&archives.Unwritten()),
+          objects(computer, registryTools, iniTools, time.clock, trouble, lockPauses, archives),
           commandLineTools(switchNames), systemTools(computer), specialFolderTools(computer),
           program(computer, programName) {}
 
     const suite::Computer computer;
     suite::RegistryStore registryTools;
+    suite::ComputerTrouble trouble;
+    LockPauses lockPauses;
+    MessagePatience patience;
+    suite::FileReads reads;
+    suite::ArchiveShelf archives;
     suite::DiskFileTools fileTools;
     suite::PosixDirectoryCalls directoryCalls;
-    suite::FileReads reads;
-    MessagePatience patience;
-    suite::ArchiveShelf archives;
     suite::DiskIniTools iniTools;
     suite::DiskTextFileTools textFileTools;
     suite::DiskTextAppender textAppender;
@@ -128,6 +109,10 @@ ComputerServices::~ComputerServices() = default;
 
 const services::AgentServices& ComputerServices::Services() const {
     return parts_->all;
+}
+
+void ComputerServices::TellWaitsTo(std::function<void(const std::string&)> teller) {
+    parts_->inner.lockPauses.TellTo(std::move(teller));
 }
 
 } // namespace qndr

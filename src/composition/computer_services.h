@@ -4,6 +4,7 @@
 #include "suite/computer/computer.h"
 #include "suite/files/file_reads.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,6 +34,10 @@ class ComputerServices {
     ComputerServices& operator=(const ComputerServices&) = delete;
 
     const services::AgentServices& Services() const;
+
+    /// Whom to tell what an import waits for: the text for the activity line, and an empty one when the wait is
+    /// over.
+    void TellWaitsTo(std::function<void(const std::string&)> teller);
 
   private:
     struct Parts;

@@ -46,6 +46,10 @@ void CleanupLocalTree(AgentContext& context, const std::string& below, std::int1
     }
     std::string base;
     Attempt([&] { base = GetLocalFolder(context, below); });
+    // Nothing has been kept yet, and a folder that is not there has no date to ask for.
+    if (Holds([&] { return !context.services.pathTools.FolderExists(base); })) {
+        return;
+    }
     std::vector<std::string> list{""};
     AddFolder(context, base, list);
     AddFolders(context, FindFolders(context, base), list);

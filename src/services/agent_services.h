@@ -13,6 +13,13 @@
 
 namespace qndr::services {
 
+/// Hears every line that the agent reports, whether the log is on or not.
+class ReportListener {
+  public:
+    virtual ~ReportListener() = default;
+    virtual void LineReported(const std::string& message) = 0;
+};
+
 /// Everything that an agent asks of the outside. The objects belong to whoever started the agent and outlive it.
 struct AgentServices {
     ObjectFactory& objects;
@@ -33,6 +40,7 @@ struct AgentServices {
     TextAppender& textAppender;
     ProgramFacts& program;
     Processes& processes;
+    ReportListener* reports = nullptr; ///< nobody listens when null
 };
 
 } // namespace qndr::services

@@ -120,7 +120,8 @@ class Paths2 : public services::PathTools {
     /// Shows the entries of a folder in ToWalk form to the visitor until it returns false.
     bool VisitEntries(const std::string& folder, const std::string& pattern, const Visitor& visit);
     bool ContainsFiles(const std::string& path, bool recurse);
-    void CollectFiles(const std::string& path, FileSearch& search);
+    /// False when the folder itself could not be listed to its end.
+    bool CollectFiles(const std::string& path, FileSearch& search);
     void ShowProgress(const std::string& path, const FileSearch& search);
     void CollectFolders(const std::string& path, std::vector<std::string>& found);
 

@@ -1,3 +1,4 @@
+#include "services/failure.h"
 #include "shared/failure_rule.h"
 #include "shared/paths2.h"
 #include "shared/text.h"
@@ -120,7 +121,10 @@ bool Paths2::FolderContainsFile(const std::string& folder, const std::string& fi
 
 std::vector<std::string> Paths2::FindFiles(const std::string& folder, const std::string& pattern, bool recurse) {
     FileSearch search{pattern, recurse};
-    CollectFiles(ExpandNetworkDrive(folder), search);
+    // An empty result would say that no file is there.
+    if (!CollectFiles(ExpandNetworkDrive(folder), search) && FolderExists(folder)) {
+        throw services::Failure("the folder '" + folder + "' cannot be listed");
+    }
     return search.found;
 }
 
@@ -132,9 +136,9 @@ std::vector<std::string> Paths2::FindFilesWithProgress(const std::string& folder
     return search.found;
 }
 
-void Paths2::CollectFiles(const std::string& path, FileSearch& search) {
+bool Paths2::CollectFiles(const std::string& path, FileSearch& search) {
     const std::string folder = ToWalk(path);
-    VisitEntries(folder, "*.*", [&](const DirectoryEntry& entry) {
+    return VisitEntries(folder, "*.*", [&](const DirectoryEntry& entry) {
         if (!entry.IsDirectory()) {
             if (Holds([&] { return calls_.MatchesPattern(entry.name, search.pattern); })) {
                 AddFound(search.found, folder + entry.name);

@@ -75,6 +75,9 @@ void ReadDebugSetting(const AgentServices& services, const std::string& key) {
 }
 
 void WriteLog(const AgentServices& services, const std::string& key, const std::string& message) {
+    if (services.reports != nullptr) {
+        services.reports->LineReported(message);
+    }
     if (ReadSwitch(services, key) == 1) {
         WriteLogEntry(services, message, 0, "");
     }

@@ -16,6 +16,10 @@ std::string Trim(std::string_view text);
 std::string ToLower(std::string_view text);
 std::string ToUpper(std::string_view text);
 
+/// Names that people give, in lower case: beside ASCII the letters of Latin, Greek and Cyrillic scripts, on every
+/// computer alike. All other characters stay as they are.
+std::string ToLowerName(std::string_view name);
+
 /// The text with every occurrence of `what`, found from left to right, replaced. An empty `what` occurs nowhere.
 std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view replacement);
 

@@ -31,7 +31,6 @@ inline constexpr const char* OldNumbering = "file of an old numbering";
 inline constexpr const char* TakenAsChange = "file of the first exchange taken as a change";
 inline constexpr const char* UnreadableAsFirst = "unreadable file taken as the first";
 inline constexpr const char* Restored = "database restored";
-inline constexpr const char* DuringInitialSync = "changed during an initial sync";
 } // namespace loss
 
 /// What is known of the pairing of a workstation with main.

@@ -23,11 +23,6 @@ void Judge::EndPass(const std::vector<std::string>& abandoned) {
     }
     NoteRefusals();
     NoteMissingAcknowledge();
-    if (editedInPass_) {
-        for (const std::size_t workstation : initialSyncs_) {
-            Explain(workstation, loss::DuringInitialSync);
-        }
-    }
     if (gate_->Died() || !gate_->Refused().empty()) {
         return;
     }

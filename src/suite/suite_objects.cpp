@@ -10,11 +10,11 @@
 namespace qndr::suite {
 
 std::unique_ptr<services::SharedCodeLibrary> SuiteObjects::CreateSharedCodeLibrary() {
-    return std::make_unique<CompanyLibrary>(registry_, clock_);
+    return std::make_unique<CompanyLibrary>(registry_, clock_, trouble_, &wait_);
 }
 
 std::unique_ptr<services::Engine> SuiteObjects::CreateEngine() {
-    return std::make_unique<ImportExportEngine>();
+    return std::make_unique<ImportExportEngine>(trouble_);
 }
 
 std::unique_ptr<services::CompanyManager> SuiteObjects::CreateCompanyManager() {
@@ -30,7 +30,7 @@ std::unique_ptr<services::Upgrader> SuiteObjects::CreateUpgrader() {
 }
 
 std::unique_ptr<services::ZipArchive> SuiteObjects::CreateZipArchive() {
-    return std::make_unique<LibZipArchive>(archives_);
+    return std::make_unique<LibZipArchive>(archives_, &trouble_);
 }
 
 } // namespace qndr::suite

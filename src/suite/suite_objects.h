@@ -5,16 +5,20 @@
 #include "services/platform.h"
 #include "services/registry_tools.h"
 #include "suite/computer/computer.h"
+#include "suite/computer/computer_trouble.h"
+#include "suite/database/lock_wait.h"
 #include "suite/files/archive_shelf.h"
 
 namespace qndr::suite {
 
-/// Creates the suite's objects for one computer. What it is given must outlive it and the objects that it creates.
+/// Creates the suite's objects for one process on a computer. What it is given must outlive it and the objects
+/// that it creates.
 class SuiteObjects : public services::ObjectFactory {
   public:
     SuiteObjects(const Computer& computer, services::RegistryTools& registry, services::IniTools& iniTools,
-                 const services::Clock& clock, ArchiveShelf& archives)
-        : computer_(computer), registry_(registry), iniTools_(iniTools), clock_(clock), archives_(archives) {}
+                 const services::Clock& clock, ComputerTrouble& trouble, LockWait& wait, ArchiveShelf& archives)
+        : computer_(computer), registry_(registry), iniTools_(iniTools), clock_(clock), trouble_(trouble),
+          wait_(wait), archives_(archives) {}
 
     std::unique_ptr<services::SharedCodeLibrary> CreateSharedCodeLibrary() override;
     std::unique_ptr<services::Engine> CreateEngine() override;
@@ -28,6 +32,8 @@ class SuiteObjects : public services::ObjectFactory {
     services::RegistryTools& registry_;
     services::IniTools& iniTools_;
     const services::Clock& clock_;
+    ComputerTrouble& trouble_;
+    LockWait& wait_;
     ArchiveShelf& archives_;
 };
 

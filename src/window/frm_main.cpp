@@ -1,5 +1,6 @@
 #include "window/frm_main.h"
 
+#include "agent/schedule_guard.h"
 #include "agent/stop_request.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
@@ -43,13 +44,16 @@ frmMain::frmMain(AgentContext& context)
     setObjectName("frmMain");
     setWindowTitle("QNDR Roaming Workstation Sync");
     setWindowIcon(AgentIcon());
-    BuildTimer(tmrSync_, "tmr_Sync", AgentScheduler::SyncInterval, &AgentScheduler::TickSync);
-    BuildTimer(tmrExit_, "tmr_Exit", AgentScheduler::ExitInterval, &AgentScheduler::TickExit);
+    BuildTimer(tmrSync_, "tmr_Sync", AgentScheduler::SyncInterval, [this] {
+        RecoverSchedule(context_, scheduler_);
+        scheduler_.TickSync();
+    });
+    BuildTimer(tmrExit_, "tmr_Exit", AgentScheduler::ExitInterval, [this] { scheduler_.TickExit(); });
     BuildTray();
     ConnectControls();
 }
 
-void frmMain::BuildTimer(QTimer& timer, const char* name, int interval, void (AgentScheduler::*tick)()) {
+void frmMain::BuildTimer(QTimer& timer, const char* name, int interval, const std::function<void()>& tick) {
     timer.setObjectName(name);
     timer.setInterval(interval);
     // A coarse timer may be late by a twentieth of its interval.
@@ -57,7 +61,7 @@ void frmMain::BuildTimer(QTimer& timer, const char* name, int interval, void (Ag
     // The tick is posted: inside the handler of its timer no further tick of that timer would arrive.
     const auto run = [this, tick] {
         if (!isUnloaded_) {
-            (scheduler_.*tick)();
+            tick();
         }
     };
     connect(&timer, &QTimer::timeout, this, run, Qt::QueuedConnection);

@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <functional>
+
 namespace qndr {
 
 /// The window of the agent. It holds the scheduler, and the agent lives as long as the window is loaded, hidden or
@@ -22,6 +24,8 @@ class frmMain final : public QWidget, public AgentView {
     void Load();
     /// Shows the window in front of the others, from the tray or the task bar.
     void Restore();
+    /// What the pass waits for, shown in the place of its activity; see AgentScheduler::ShowWait.
+    void ShowWait(const std::string& text) { scheduler_.ShowWait(text); }
 
     void FillLabels() override;
     void ShowFrequency(std::int32_t minutes) override;
@@ -35,7 +39,7 @@ class frmMain final : public QWidget, public AgentView {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    void BuildTimer(QTimer& timer, const char* name, int interval, void (AgentScheduler::*tick)());
+    void BuildTimer(QTimer& timer, const char* name, int interval, const std::function<void()>& tick);
     void BuildTray();
     void ConnectControls();
     void WriteOnChange(QCheckBox* box, const char* setting);

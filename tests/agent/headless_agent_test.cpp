@@ -1,4 +1,5 @@
 #include "agent/agent_test.h"
+#include "programs/agent_program/pass_report.h"
 #include "programs/qndr5rwsyncd/headless_agent.h"
 #include "suite/files/command_line.h"
 
@@ -43,6 +44,41 @@ TEST_F(HeadlessAgentTest, PassesRunAtOnceUntilTheStopRequest) {
     gate.Before("PathTools.FindFiles", [this] { SetNumber(settings::StopSync, 1); });
     agent.RunPasses(2);
     EXPECT_EQ(gate.Count("PathTools.FindFiles"), 3);
+}
+
+TEST_F(HeadlessAgentTest, ScheduleFromAWrongClockIsDueAtTheNextTick) {
+    SetText(settings::RootKey, settings::NextSync, "2026-11-22 15:20:00");
+    gate.Before("PathTools.FindFiles", [this] { time.RequestEnd(); });
+    agent.Run();
+    EXPECT_LT(time.Now(), *ParseDate("2026-11-22 14:20:00")) << "not in an hour";
+}
+
+TEST_F(HeadlessAgentTest, TroublesAreToldOnceAndThePassesEndWithAStatusOfTheirOwn) {
+    std::ostringstream told;
+    PassReport report("agent", told);
+    context.services.reports = &report;
+    agent.RunPasses(2);
+    EXPECT_EQ(report.Status(), PassReport::NoPassMade);
+    EXPECT_EQ(told.str(), "agent: no pass was made: there is no company in the Companies folder\n");
+
+    told.str("");
+    const std::string path = AddMain("Dealer");
+    SetText(settings::DefaultProfileKey, "UFL:Sync", "");
+    agent.RunPasses(1);
+    EXPECT_EQ(report.Status(), PassReport::WithErrors) << "it has no Sync folder";
+    const std::string once =
+        "agent: Error: No sync files could be found because no sync folder has been identified.\n";
+    EXPECT_EQ(told.str(), once);
+    agent.RunPasses(1);
+    EXPECT_EQ(told.str(), once);
+    SetText(settings::DefaultProfileKey, "UFL:Sync", Path("Sync"));
+    agent.RunPasses(1);
+    SetText(settings::DefaultProfileKey, "UFL:Sync", "");
+    agent.RunPasses(1);
+    EXPECT_EQ(told.str(), once + once) << "it was away for a pass";
+    SetOption(path, "SyncComputerName", "elsewhere");
+    agent.RunPasses(1);
+    EXPECT_NE(told.str().find("is not the one designated"), std::string::npos);
 }
 
 TEST(HeadlessOptionsTest, WordsAreTakenOrRefused) {

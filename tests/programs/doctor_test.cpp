@@ -166,7 +166,9 @@ TEST_F(Doctor, NamesAPairingThatCannotGoOn) {
             second();
         };
     };
-    const auto ready = both(OnLaptop("UPDATE Company SET SyncState = 4"), OnRow("SyncState = 4"));
+    // Not from 2 or 6 to 4 at once, where data would have had to come in.
+    const auto ready = both(OnLaptop("UPDATE Company SET SyncState = 0"),
+                            both(OnLaptop("UPDATE Company SET SyncState = 4"), OnRow("SyncState = 4")));
     Check(
         {
             {"lost-initial-sync laptop-1", askAnew, OnLaptop("UPDATE Company SET SyncState = 2"), ready},
@@ -193,6 +195,40 @@ TEST_F(Doctor, NamesAPairingThatCannotGoOn) {
     OnRow("NextSequenceToRoaming = 3")();
     EXPECT_EQ(Run({"sync", "request-reset", Psd()}).status, 0);
     EXPECT_EQ(Troubles(WithAll()), "");
+}
+
+TEST_F(Doctor, NamesAFileThatCouldNotBeImportedAtBothEndsUntilAResetHasMendedIt) {
+    BringToNormalRunning();
+    const auto with = [&](const testing::DealerComputer& computer) {
+        return Troubles({"doctor", "--sync", dealer_.SyncFolder(), "--companies", computer.Companies()});
+    };
+    Change(dealer_.Laptop(), "L");
+    dealer_.Laptop().RunPass();
+    ASSERT_EQ(dealer_.FilesInSyncFolder(), 1U);
+    fs::remove(dealer_.SyncFiles().front());
+    Drop(dealer_.Main().UniqueID(), dealer_.Laptop().UniqueID(), "Sequence=0"); // without its data
+    dealer_.Main().RunPass();
+    EXPECT_EQ(with(dealer_.Main()), "import-refused laptop-1");
+    EXPECT_EQ(with(dealer_.Laptop()), "") << "nobody has told it";
+    Change(dealer_.Main(), "M");
+    dealer_.RunRound();
+    dealer_.RunRound();
+    EXPECT_EQ(with(dealer_.Laptop()), "import-refused laptop-1");
+    EXPECT_NE(remedies_.find("request-reset \"" + Psd()), std::string::npos) << remedies_;
+    EXPECT_EQ(Troubles(WithAll()), "import-refused laptop-1");
+    EXPECT_NE(Run(WithAll()).out.find(" UTC, held CustomerTypes 1)"), std::string::npos);
+
+    EXPECT_EQ(Run({"sync", "request-reset", Psd()}).status, 0);
+    EXPECT_EQ(Troubles(WithAll()), "");
+    ASSERT_TRUE(dealer_.FinishResets());
+    EXPECT_EQ(Troubles(WithAll()), "conflicts-open laptop-1");
+    EXPECT_EQ(dealer_.Laptop().Value("SELECT group_concat(RowUniqueID || Reason) FROM ImportConflicts"), "L2");
+
+    // Full data is not what it seems either.
+    dealer_.Laptop().Open()->ExecuteScript(
+        "UPDATE ImportConflicts SET State = 2; UPDATE Company SET SyncState = 2; "
+        "UPDATE Company SET SyncState = 4");
+    EXPECT_EQ(with(dealer_.Laptop()), "import-refused laptop-1");
 }
 
 TEST_F(Doctor, NamesFilesThatNobodyWillTake) {
@@ -265,6 +301,9 @@ TEST_F(Doctor, NamesWhatIsWrongWithACompany) {
             {"conflicts-open laptop-1", "conflicts list \"" + Psd(),
              OnLaptop("INSERT INTO ImportConflicts (TableName, RowUniqueID) VALUES ('Customers', 'C')"),
              OnLaptop("UPDATE ImportConflicts SET State = 2")},
+            {"cannot-store laptop-1", "events \"" + Psd(),
+             OnLaptop("INSERT INTO CompanyEvents (OccurredOn, EventText, EventNumber) VALUES ('', 'full', 4)"),
+             OnLaptop("INSERT INTO CompanyEvents (OccurredOn, EventText) VALUES ('', 'again')")},
             {"records-put-aside laptop-1", "problems list \"" + Psd(),
              OnLaptop(
                  "INSERT INTO ImportProblems (TableName, OccurredOn) VALUES ('Customers', '20261110 00:00:00')"),

@@ -1,7 +1,6 @@
 #include "scenarios/recorded_passes.h"
 
 #include <ostream>
-#include <sqlite3.h>
 
 namespace qndr::testing {
 namespace {
@@ -36,9 +35,8 @@ bool Explains(const std::string& call, Outcome outcome) {
     case Outcome::NumberTwice:
         return call == "Database.ExecuteNonQuery";
     case Outcome::DataRefused:
-        return IsOneOf(call,
-                       {"Engine.ImportFile", "Engine.Initialize", "Engine.AddToExport",
-                        "ObjectFactory.CreateZipArchive", "ZipArchive.OpenZip", "ZipArchive.GetEntryByName"});
+        return IsOneOf(call, {"Engine.ImportFile", "Engine.AddToExport", "ObjectFactory.CreateZipArchive",
+                              "ZipArchive.OpenZip", "ZipArchive.GetEntryByName"});
     case Outcome::Misnumbered:
         // No write of a descriptor is examined, and a number or an identity that cannot be read is 0 or empty.
         return IsOneOf(call, {"IniTools.SetValue", "PathTools.FixPath", "Database.ExecuteScaler"});
@@ -245,65 +243,6 @@ TEST_P(ChangeReceiver, MissesWhatFollowedAFileWhoseSenderCouldNotEnterIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EitherSide, ChangeReceiver, ::testing::Bool());
-
-/// Locks a computer's database for 20 seconds in front of every write of its agent. No time passes: the database's
-/// way of waiting only counts it.
-class LockedForAWhile : public services::CallGate, private sqlite3_vfs {
-  public:
-    explicit LockedForAWhile(const DealerComputer& computer)
-        : sqlite3_vfs(*sqlite3_vfs_find(nullptr)), system_(sqlite3_vfs_find(nullptr)), other_(computer.Open()) {
-        zName = "counting";
-        xSleep = [](sqlite3_vfs* self, int microseconds) {
-            static_cast<LockedForAWhile*>(self)->Wait(microseconds);
-            return microseconds;
-        };
-        sqlite3_vfs_register(this, 1);
-    }
-    ~LockedForAWhile() override {
-        sqlite3_vfs_unregister(this);
-        sqlite3_vfs_register(system_, 1);
-    }
-    LockedForAWhile(const LockedForAWhile&) = delete;
-    LockedForAWhile& operator=(const LockedForAWhile&) = delete;
-
-    bool Admits(std::string_view call) override {
-        if (left_ <= 0 && (call == "Database.ExecuteNonQuery" || call == "Engine.ImportFile")) {
-            other_->Execute("BEGIN IMMEDIATE");
-            left_ = 20'000'000;
-        }
-        return true;
-    }
-    int Waits() const { return waits_; }
-
-  private:
-    void Wait(int microseconds) {
-        if (left_ > 0 && (left_ -= microseconds) <= 0) {
-            ++waits_;
-            other_->Execute("ROLLBACK");
-        }
-    }
-
-    sqlite3_vfs* system_;
-    std::shared_ptr<suite::SqliteConnection> other_; ///< as another program holds it
-    long left_ = 0;                                  ///< microseconds until the lock is let go
-    int waits_ = 0;
-};
-
-TEST(ChangesWithALockedDatabase, WaitAndLoseNothing) {
-    const test::TemporaryFolder folder(test::QuickPlace());
-    Dealer dealer(folder.Path(), 1);
-    MakePair(dealer);
-    dealer.Main().Put("Groups", "A", "Name", "of main");
-    dealer.Laptop().Put("Groups", "B", "Name", "of the laptop");
-    for (const DealerComputer* computer : {&dealer.Laptop(), &dealer.Main(), &dealer.Laptop()}) {
-        LockedForAWhile gate(*computer);
-        computer->RunPass(&gate);
-        EXPECT_GE(gate.Waits(), 1) << computer->Name();
-    }
-    EXPECT_EQ(dealer.FilesInSyncFolder(), 0U);
-    EXPECT_EQ(dealer.Differences(dealer.Laptop(), suite::Scope::All), std::vector<std::string>{});
-    EXPECT_TRUE(CountersAgree(*dealer.Main().Open(), *dealer.Laptop().Open()));
-}
 
 } // namespace
 } // namespace qndr::testing

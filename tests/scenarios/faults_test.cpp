@@ -44,9 +44,8 @@ bool Explains(const std::string& call, Outcome outcome) {
         return spoilsDescriptor || IsOneOf(call, {"FileTools.FileExists", "FileTools.DeleteFile",
                                                   "Database.ExecuteNonQuery", "Process.Death"});
     case Outcome::DataRefused:
-        return IsOneOf(call,
-                       {"Engine.ImportFile", "Engine.Initialize", "Engine.AddToExport",
-                        "ObjectFactory.CreateZipArchive", "ZipArchive.OpenZip", "ZipArchive.GetEntryByName"});
+        return IsOneOf(call, {"Engine.ImportFile", "Engine.AddToExport", "ObjectFactory.CreateZipArchive",
+                              "ZipArchive.OpenZip", "ZipArchive.GetEntryByName"});
     case Outcome::Unexplained:
         break;
     }

@@ -3,7 +3,8 @@
 #include "services/variant.h"
 
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
+
+#include <sstream>
 
 namespace qndr::testing {
 namespace {
@@ -18,31 +19,12 @@ TEST(Date, ParserAcceptsOnlyRealCalendarDates) {
     }
     EXPECT_EQ(FormatGeneralDate(*ParseDate("2/29/2024 1:2:3")), "2024-02-29 01:02:03");
     EXPECT_EQ(FormatGeneralDate(*ParseDate("1600-02-29")), "1600-02-29 00:00:00");
-    for (const char* text : {"",
-                             " ",
-                             "2026",
-                             "yesterday",
-                             "2026-02-29",
-                             "2100-02-29",
-                             "2026-13-01",
-                             "2026-00-10",
-                             "2026-11-00",
-                             "2026-11-31",
-                             "20261131",
-                             "2/30/2024",
-                             "2026-11-22 24:00:00",
-                             "2026-11-22 23:60:00",
-                             "2026-11-22 23:59:60",
-                             "2026-11-22 ",
-                             "2026-11-22T19:08:52",
-                             "2026-11-22 19:08",
-                             "2026-11-22 19:08:52Z",
-                             " 2026-11-22",
-                             "-2026-11-22",
-                             "26-11-22",
-                             "11/22/26",
-                             "0099-01-01",
-                             "2026-1-2"}) {
+    std::istringstream refused("| "
+                               "|2026|yesterday|2026-02-29|2100-02-29|2026-13-01|2026-00-10|2026-11-00|2026-11-31|"
+                               "20261131|2/30/2024|2026-11-22 24:00:00|2026-11-22 23:60:00|2026-11-22 "
+                               "23:59:60|2026-11-22 |2026-11-22T19:08:52|2026-11-22 19:08|2026-11-22 19:08:52Z| "
+                               "2026-11-22|-2026-11-22|26-11-22|11/22/26|0099-01-01|2026-1-2");
+    for (std::string text; std::getline(refused, text, '|');) {
         EXPECT_FALSE(ParseDate(text)) << text;
     }
 }
@@ -53,21 +35,6 @@ TEST(Date, CountsDaysFromItsOrigin) {
     EXPECT_EQ(FormatGeneralDate(Date(1.5)), "1899-12-31 12:00:00");
     EXPECT_EQ(FormatGeneralDate(Date().AddSeconds(-1)), "1899-12-29 23:59:59");
     EXPECT_EQ(Date(2.0 + 0.4 / 86400), NoDate) << "to the second";
-}
-
-TEST(Date, SurvivesEveryOneOfItsForms) {
-    rc::check([](std::int64_t seed) {
-        const std::int64_t first = ParseDate("0100-01-01")->SecondsSince(Date());
-        const std::int64_t last = ParseDate("9999-12-31 23:59:59")->SecondsSince(Date());
-        const auto span = static_cast<std::uint64_t>(last - first + 1);
-        const Date date =
-            Date().AddSeconds(first + static_cast<std::int64_t>(static_cast<std::uint64_t>(seed) % span));
-        RC_ASSERT(ParseDate(FormatGeneralDate(date)) == date);
-        RC_ASSERT(Date::FromCivil(date.Civil()) == date);
-        RC_ASSERT(Date(date.Days()) == date);
-        RC_ASSERT(Variant(Variant(date).ToText()).ToDate() == date);
-        RC_ASSERT(date.AddMinutes(-90).AddMinutes(90) == date);
-    });
 }
 
 TEST(Variant, RoundsHalvesToEvenAndRaisesWhatDoesNotFit) {
@@ -112,18 +79,6 @@ TEST(Variant, ConvertsAsTheSuiteDoes) {
     EXPECT_THROW(Variant(3'000'000).ToDate(), Failure);
     EXPECT_EQ(Variant(2958465.99999).ToDate(), *ParseDate("9999-12-31 23:59:59"));
     EXPECT_THROW(Variant(2958465.999999).ToDate(), Failure) << "rounds to the year 10000";
-}
-
-TEST(Variant, WholeNumbersSurviveAsText) {
-    rc::check([](std::int32_t number) {
-        RC_ASSERT(Variant(number).ToLong() == number);
-        RC_ASSERT(Variant(Variant(number).ToText()).ToLong() == number);
-    });
-    rc::check([](double number) {
-        const auto read = ParseNumber(Variant(number).ToText());
-        RC_ASSERT(read.has_value());
-        RC_ASSERT(*read == number);
-    });
 }
 
 TEST(ParseNumber, KnowsOneMeaningOfNumeric) {

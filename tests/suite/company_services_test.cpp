@@ -56,7 +56,8 @@ class CompanyServicesTest : public testing::Test {
     ComputerSystemTools systemTools_{computer_};
     RegistryStore registry_{computer_.registryFile, clock_};
     CompanyManager manager_{iniTools_, clock_};
-    CompanyLibrary library_{registry_, clock_};
+    ComputerTrouble trouble_;
+    CompanyLibrary library_{registry_, clock_, trouble_};
 };
 
 TEST_F(CompanyServicesTest, OpensACompanyAndNothingElse) {
@@ -183,7 +184,8 @@ TEST_F(CompanyServicesTest, GivesEachCompanyALocalFolder) {
     FileManager files(computer_);
     EXPECT_EQ(files.GetRootFolderPath(flag), "") << "no library yet";
     library_.SetPSDFile(psd_);
-    services::SharedCodeLibraryWrapper wrapped(std::make_unique<CompanyLibrary>(registry_, clock_), nullptr);
+    services::SharedCodeLibraryWrapper wrapped(std::make_unique<CompanyLibrary>(registry_, clock_, trouble_),
+                                               nullptr);
     wrapped.SetPSDFile(folder_.Path("wrapped.psd"));
     files.Initialize(wrapped);
     EXPECT_EQ(files.GetRootFolderPath(flag), computer_.localRoot + "/wrapped");

@@ -31,7 +31,8 @@ class DatabaseTest : public testing::Test {
     TestFolder folder_;
     StandingClock clock_;
     std::string path_ = folder_.Path("Größe 会社.db");
-    SqliteDatabase database_{clock_};
+    ComputerTrouble trouble_;
+    SqliteDatabase database_{clock_, trouble_, nullptr};
 };
 
 std::string Refusal(const std::string& path, const StandingClock& clock, Missing missing) {

@@ -97,8 +97,9 @@ class EngineCompany {
     RegistryStore registry_;
 
   public:
-    CompanyLibrary library{registry_, clock_};
-    ImportExportEngine engine;
+    ComputerTrouble trouble;
+    CompanyLibrary library{registry_, clock_, trouble};
+    ImportExportEngine engine{trouble};
 };
 
 inline std::string ReadFile(const std::string& path) {
@@ -106,10 +107,12 @@ inline std::string ReadFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// An exchange file from `sender`, who had accepted the files that `seen` tells of, with these tables.
+/// An exchange file from `sender`, who had accepted the files that `seen` tells of, all but the `refused`, with
+/// these tables.
 inline std::string Exchange(const std::string& tables, const std::string& sender = MainID,
-                            const std::string& seen = "") {
-    return "<Exchange Version=\"1\" From=\"" + sender + "\" Seen=\"" + seen + "\">" + tables + "</Exchange>";
+                            const std::string& seen = "", const std::string& refused = "") {
+    return "<Exchange Version=\"1\" From=\"" + sender + "\" Seen=\"" + seen + "\" Refused=\"" + refused + "\">" +
+           tables + "</Exchange>";
 }
 
 } // namespace qndr::suite

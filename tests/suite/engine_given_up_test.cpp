@@ -97,11 +97,13 @@ TEST_F(EngineGivenUpTest, KeepsOnceWhatMainIsNotKnownToHaveAndSettlesWhatItHas) 
     laptop_.Run("UPDATE Terms SET Name = 'last' WHERE UniqueID = 'T1'");
     ResetEnds();
     EXPECT_EQ(Kept(), after);
-    ASSERT_TRUE(Import("<Table Name=\"Orders\"><Record Origin=\"" + LaptopID +
-                       "\" OriginID=\"2\"><UniqueID>o2</UniqueID><OrderNumber>2</OrderNumber></Record></Table>"));
-    EXPECT_EQ(Kept(), "I3:-:10 O2:2:22 O3:3:10 O4:4:10 O5:5:10 P1:mine:10 P2:same:12 P3:gone:10 T1:late:10 "
+    ASSERT_TRUE(
+        Import("<Table Name=\"Orders\"><Record Origin=\"" + LaptopID +
+               "\" OriginID=\"2\"><UniqueID>o2</UniqueID><OrderNumber>2</OrderNumber></Record></Table>"
+               "<Table Name=\"PhoneLabels\" Deleted=\"1\"><Record><UniqueID>P3</UniqueID></Record></Table>"));
+    EXPECT_EQ(Kept(), "I3:-:10 O2:2:22 O3:3:10 O4:4:10 O5:5:10 P1:mine:10 P2:same:12 P3:gone:12 T1:late:10 "
                       "T1:later:10 T1:last:10 T2:mine:10")
-        << "main has the one, and the other was edited behind the import but counted as sent";
+        << "main has an order and a deletion, and what was edited behind the import counted as sent";
 }
 
 TEST_F(EngineGivenUpTest, ResetOfAResetAndOneThatNobodyAskedFor) {
@@ -136,10 +138,12 @@ TEST_F(EngineGivenUpTest, NothingIsReplacedThatCouldNotBeKept) {
     const std::string before = laptop_.Everything();
     EXPECT_FALSE(Clear());
     EXPECT_FALSE(ImportFullData());
+    EXPECT_EQ(laptop_.library.Database().ExecuteNonQuery("UPDATE Company SET SyncState = 4"), -1)
+        << "the reset must not end";
     EXPECT_EQ(laptop_.Everything(), before);
-    EXPECT_EQ(laptop_.Value("SELECT EventText FROM CompanyEvents"),
-              "The tables were not cleared for a reset: the changes that it gives up could not be kept: UNIQUE "
-              "constraint failed: ImportConflicts.State");
+    EXPECT_EQ(laptop_.trouble.Text(), "The tables could not be cleared for a reset, which waits: UNIQUE "
+                                      "constraint failed: ImportConflicts.State");
+    laptop_.trouble.Clear();
     ResetEnds();
     laptop_.Run("DROP INDEX full");
     ASSERT_TRUE(ImportFullData());
@@ -153,6 +157,61 @@ TEST_F(EngineGivenUpTest, NothingIsReplacedThatCouldNotBeKept) {
     EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM AuditLog WHERE AuditUniqueID = 'O1'"), 1);
 }
 
+TEST_F(EngineGivenUpTest, WhatAFileHeldThatMainRefusedIsNotConfirmed) {
+    EngineCompany main(folder_, MainID, 1);
+    main.Run("INSERT INTO RoamingWorkstations (UniqueID, Name) VALUES ('" + LaptopID + "', 'one'), ('" +
+             OtherLaptopID + "', 'other')");
+    const std::string file = folder_.Path("changes.xml");
+    const std::string others = folder_.Path("others.xml");
+    WriteFile(others, Exchange("", OtherLaptopID));
+    const std::string step =
+        "UPDATE RoamingWorkstations SET NextSequenceFromRoaming = NextSequenceFromRoaming + 1";
+    for (const std::string row : {"P1", "P2", "P3"}) {
+        laptop_.Run("UPDATE Terms SET Name = '" + row +
+                    "'; UPDATE PhoneLabels SET Name = 'mine' WHERE UniqueID = '" + row + "'");
+        ASSERT_TRUE(laptop_.ExportAudited(laptop_.Number("SELECT LastAuditID FROM Company"), file));
+        Sent();
+        if (row == "P2") {
+            WriteFile(file, ReadFile(file).substr(0, 300));
+        } else {
+            // Its number could not be stored at first.
+            ASSERT_TRUE(main.engine.ImportFile(file) && main.engine.ImportFile(others));
+            main.Run(step + " WHERE ID = 2");
+        }
+        EXPECT_EQ(main.engine.ImportFile(file), row != "P2");
+        main.Run(step + " WHERE ID = 1");
+    }
+    const std::int64_t newest = main.Number("SELECT MAX(ID) FROM AuditLog");
+    main.Run("INSERT INTO PhoneLabels (UniqueID) VALUES ('P2'); UPDATE PhoneLabels SET Name = 'theirs'");
+    ASSERT_TRUE(main.ExportAudited(newest, file));
+    EXPECT_NE(ReadFile(file).find(" Refused=\"" + LaptopID + ":1\""), std::string::npos) << ReadFile(file);
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(laptop_.engine.ImportFile(file));
+        EXPECT_EQ(laptop_.Value("SELECT group_concat(Name) FROM PhoneLabels"), "theirs,mine,theirs");
+    }
+    const std::string event =
+        "SELECT group_concat(EventText || EventNumber) FROM CompanyEvents WHERE EventText LIKE 'The file%'";
+    EXPECT_EQ(main.Value(event), "The file 1 of one could not be imported, and will not come again.3");
+    EXPECT_EQ(laptop_.Value(event), "The file 1 for main could not be imported there.3");
+    RequestGoesOut();
+    ASSERT_TRUE(Clear());
+    EXPECT_EQ(Kept(), "P2:theirs:00 P2:mine:20");
+    main.Run("UPDATE RoamingWorkstations SET NextSequenceFromRoaming = 0");
+    EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM NotTakenFiles") +
+                  main.Number("SELECT COUNT(*) FROM RefusedFiles"),
+              0);
+
+    // Full data that did not come in, and more files than are told.
+    ResetEnds();
+    for (int i = 0; i < 9; ++i) {
+        laptop_.Run("UPDATE Company SET NextSequenceFromMain = NextSequenceFromMain + 1");
+    }
+    ASSERT_TRUE(laptop_.engine.DoExport(file));
+    EXPECT_NE(ReadFile(file).find("Seen=\"" + MainID + ":7\""), std::string::npos) << ReadFile(file);
+    EXPECT_NE(ReadFile(file).find(MainID + ":6\""), std::string::npos);
+    EXPECT_NE(ReadFile(file).find("Refused=\"" + MainID + ":-1 "), std::string::npos);
+}
+
 TEST_F(EngineGivenUpTest, RestoredChangesReachMainEvenWhereTheRowStandsLikeThat) {
     EngineCompany main(folder_, MainID, 1);
     main.Run("INSERT INTO RoamingWorkstations (UniqueID) VALUES ('" + LaptopID +
@@ -161,6 +220,8 @@ TEST_F(EngineGivenUpTest, RestoredChangesReachMainEvenWhereTheRowStandsLikeThat)
     Unaudited("INSERT INTO Orders (UniqueID, OrderNumber) VALUES ('O2', 2)");
     laptop_.Run("UPDATE PhoneLabels SET Name = 'mine' WHERE UniqueID = 'P1';"
                 "INSERT INTO OrderItems (UniqueID, LineNumber) VALUES ('I1', 1); DELETE FROM Orders;"
+                "INSERT INTO PurchaseOrderItems (UniqueID) VALUES ('J1'); INSERT INTO PurchaseOrders (UniqueID) "
+                "VALUES ('B1');"
                 "INSERT INTO Orders (UniqueID, OrderNumber) VALUES ('O1', 1), ('O3', 3)");
     RequestGoesOut();
     ASSERT_TRUE(Clear());
@@ -177,7 +238,7 @@ TEST_F(EngineGivenUpTest, RestoredChangesReachMainEvenWhereTheRowStandsLikeThat)
         const Restoration done = RestoreConflict(laptop_.Connection(), id);
         EXPECT_EQ(done, conflict.uniqueID == "P1" ? Restoration::Updated : Restoration::SentAgain);
     }
-    EXPECT_EQ(order, "O1 O2 I1 P1 ");
+    EXPECT_EQ(order, "O1 O2 I1 B1 J1 P1 ");
     const std::string file = folder_.Path("changes.xml");
     ASSERT_TRUE(laptop_.ExportAudited(laptop_.Number("SELECT LastAuditID FROM Company"), file));
     ASSERT_TRUE(main.engine.ImportFile(file));

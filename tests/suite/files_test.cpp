@@ -160,7 +160,12 @@ TEST(DiskFiles, MovingKeepsTheSourceUnlessItSucceeds) {
     EXPECT_GT(files.GetFileDate(folder / "taken"), *ParseDate("2002-01-01")) << "it ages from now on";
     EXPECT_EQ(folder.Names(), Names{"taken"});
     EXPECT_EQ(folder.Read("taken"), "moved");
+}
 
+TEST(DiskFiles, MovingToAnotherFileSystemKeepsTheSourceUnlessItSucceeds) {
+    const TemporaryFolder folder;
+    DiskFileTools files(folder / "Temp");
+    folder.Write("taken", "moved");
     struct stat here {};
     struct stat memory {};
     stat(folder.Path().c_str(), &here);

@@ -175,12 +175,20 @@ TEST_F(Registry, OnlyOneCopyOfAProgramRuns) {
     ComputerSpecialFolders blocked(Computer::InFolder(folder / "blocked", ""));
     EXPECT_EQ(blocked.GetFolderPath(35), "");
 
-    ComputerSystemTools tools(computer);
+    // Each sorts behind the one before, also when the clock is put back.
+    std::uint64_t moment = 0x019A00000000;
+    ComputerSystemTools tools(computer, [&] { return moment; });
     const std::string id = tools.GetIdentifierText();
-    EXPECT_NE(id, tools.GetIdentifierText());
+    EXPECT_EQ(id.substr(0, 13), "019A0000-0000");
+    std::string before = id;
+    for (const std::int64_t step : {0, -3600000, 2, 1}) {
+        moment += static_cast<std::uint64_t>(step);
+        EXPECT_LT(before, tools.GetIdentifierText());
+        before = tools.GetIdentifierText();
+    }
     EXPECT_EQ(id.size(), 36U);
     EXPECT_EQ(id.find_first_not_of("0123456789ABCDEF-"), std::string::npos);
-    EXPECT_EQ(id[14], '4');
+    EXPECT_EQ(id[14], '7');
     EXPECT_NE(std::string("89AB").find(id[19]), std::string::npos);
 }
 

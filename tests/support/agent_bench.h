@@ -17,7 +17,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <utility>
 
 namespace qndr::testing {
@@ -26,6 +28,10 @@ using Lines = std::vector<std::string>;
 
 inline const std::string MainID = "AAAAAAAA-0000-4000-8000-000000000001";
 inline const std::string RoamingID = "BBBBBBBB-0000-4000-8000-000000000002";
+inline const std::string OtherID = "CCCCCCCC-0000-4000-8000-000000000003";
+
+/// A step of a pipeline.
+using Step = void (*)(AgentContext&, ActivityTarget*);
 
 inline std::string ReadText(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -81,6 +87,7 @@ struct NotingEngine : services::Engine {
     }
     bool DoExport(const std::string& path) override {
         exported.push_back(exports);
+        duringExport();
         if (exportSucceeds) {
             WriteText(path, "<Exchange/>");
         }
@@ -88,6 +95,7 @@ struct NotingEngine : services::Engine {
     }
     bool ImportFile(const std::string& path) override {
         imports.push_back(ReadText(path));
+        duringImport();
         return importSucceeds;
     }
     bool ExportOrder(std::int32_t id, const std::string& path) override {
@@ -105,19 +113,23 @@ struct NotingEngine : services::Engine {
     std::vector<std::int32_t> orders;
     std::string orderFile; ///< name of the last order's file
     Lines imports;
+    std::function<void()> duringExport = [] {};
+    std::function<void()> duringImport = [] {};
     bool exportSucceeds = true;
     bool importSucceeds = true;
 };
 
-/// The services with another log and other timers, and with other processes if they are given.
+/// The services with another log and other timers, and with what else is given.
 inline services::AgentServices Replacing(const services::AgentServices& all, services::TextAppender& log,
                                          services::WaitableTimers& timers,
-                                         services::Processes* processes = nullptr) {
+                                         services::Processes* processes = nullptr,
+                                         services::RegistryTools* registryTools = nullptr,
+                                         services::PathTools* pathTools = nullptr) {
     return {all.objects,
             all.commandLineTools,
-            all.registryTools,
+            registryTools == nullptr ? all.registryTools : *registryTools,
             all.fileTools,
-            all.pathTools,
+            pathTools == nullptr ? all.pathTools : *pathTools,
             all.iniTools,
             all.textFileTools,
             all.stringArrayTools,
@@ -162,6 +174,7 @@ class AgentBench : public ::testing::Test {
         context.Library = context.services.objects.CreateSharedCodeLibrary();
         context.Library->SetConnectionString(suite::SqliteConnectionString(file));
         context.Library->SetPSDFile(Path("Acme.psd"));
+        database_ = &context.Library->Implementation().Database();
         Sql("INSERT INTO Company (ID, UniqueID, CompanyType, DatabaseVersion) VALUES (1, '" +
             (type == 1 ? MainID : RoamingID) + "', " + std::to_string(type) + ", '5.0.1')");
         auto noting = std::make_unique<NotingEngine>();
@@ -173,14 +186,35 @@ class AgentBench : public ::testing::Test {
         Sql("INSERT INTO RoamingWorkstations (UniqueID, Name, ReferenceCode, SyncState) VALUES ('" + uniqueId +
             "', 'Laptop', " + std::to_string(referenceCode) + ", " + std::to_string(state) + ")");
     }
-    services::Database& Company() { return context.Library->Implementation().Database(); }
+    void Audit(const std::string& table, int recordId, int type, const std::string& data = "") {
+        Sql("INSERT INTO AuditLog (TableName, RecordID, AuditType, AddedOn, AuditUniqueID, AuditData) VALUES ('" +
+            table + "', " + std::to_string(recordId) + ", " + std::to_string(type) + ", '20261122 10:00:00', 'U" +
+            std::to_string(recordId) + "', '" + data + "')");
+    }
+    /// The company's events and their numbers.
+    std::string Events() {
+        return Value("SELECT group_concat(EventText || coalesce('/' || EventNumber, ''), '|') FROM CompanyEvents");
+    }
+    /// What a step logs.
+    Lines Run(Step step) {
+        TakeLog();
+        step(context, &activity);
+        return TakeLog();
+    }
+    /// Its database, beside the gate.
+    services::Database& Company() { return *database_; }
     void Sql(const std::string& statement) {
         ASSERT_NE(Company().ExecuteNonQuery(statement), -1) << Company().LastSQLErrorDescription();
     }
     std::string Value(const std::string& statement) { return Company().ExecuteScaler(statement).ToText(); }
 
-    /// Packs the files, given as name and content, into an archive at the path.
+    /// Packs the files, given as name and content, into an archive at the path. The same files are packed once.
     void Pack(const std::string& path, const std::vector<std::pair<std::string, std::string>>& files) {
+        static std::map<std::vector<std::pair<std::string, std::string>>, std::string> packed;
+        if (const auto found = packed.find(files); found != packed.end()) {
+            WriteText(path, found->second);
+            return;
+        }
         const std::string from = Path("pack/");
         std::filesystem::create_directory(from);
         for (const auto& [name, content] : files) {
@@ -189,6 +223,7 @@ class AgentBench : public ::testing::Test {
         suite::LibZipArchive zip;
         ASSERT_TRUE(zip.NewZip(path) == 1 && zip.AppendFiles(from + "*.*", 1) == 1 && zip.WriteZipAndClose() == 1);
         std::filesystem::remove_all(from);
+        packed[files] = ReadText(path);
     }
     /// Drops a sync file with these keys of its descriptor into the Sync folder.
     std::string DropSyncFile(const std::string& name, const std::string& keys) {
@@ -229,7 +264,7 @@ class AgentBench : public ::testing::Test {
         return taken;
     }
 
-    test::TemporaryFolder folder;
+    test::TemporaryFolder folder{test::QuickPlace()};
     suite::Computer computer = suite::Computer::InFolder(folder.Path(), "MAINPC");
     ScriptedGate gate;
     suite::VirtualTime time{*ParseDate("2026-11-22 14:08:52")};
@@ -239,6 +274,9 @@ class AgentBench : public ::testing::Test {
     AgentContext context{Replacing(outside.Services(), log, outside.Services().timers)};
     NotingEngine* engine = nullptr;
     ActivityLines activity;
+
+  private:
+    services::Database* database_ = nullptr;
 };
 
 /// What a gate does to make a call raise.

@@ -20,75 +20,30 @@ class RoutingTest : public AgentBench {
     }
 
     const std::string source = Path("suz.zip");
-    std::string heartbeatFile = "before";
 };
 
-TEST_F(RoutingTest, NamesTellTheAddresseeAndTheMomentAfterThePause) {
-    Sql("UPDATE Company SET MainUniqueID = '{main}'");
-    EXPECT_TRUE(CopySyncFileToMain(context, source));
+TEST_F(RoutingTest, HistoryIsKeptByTheLocalMonthWhenItIsAskedFor) {
     EXPECT_TRUE(CopyToRoaming());
-    gate.Before("SystemTools.GetIdentifierText", Break);
-    Sql("UPDATE Company SET MainUniqueID = NULL");
-    EXPECT_TRUE(CopySyncFileToMain(context, source));
-    EXPECT_EQ(TakeLog(), (Lines{"The sync file 'suz.zip' was copied for the main system as "
-                                "'Sync/{main}~TOKEN~20261122T190855.zip'.",
-                                "The sync file 'suz.zip' for the Roaming Workstation '{Lap}' was copied to "
-                                "'Sync/{Lap}~TOKEN~20261122T190858.zip'.",
-                                "The sync file 'suz.zip' was copied for the main system as "
-                                "'Sync/MAIN~~20261122T190901.zip'."}));
-    EXPECT_EQ(FilesBelow("Sync").size(), 3U);
-    EXPECT_EQ(FilesBelow("Local"), Lines{}) << "nothing is kept unless the setting asks for it";
-}
-
-TEST_F(RoutingTest, FailedCopyIsReportedAndItsHistoryCopyStays) {
-    SetNumber(settings::KeepSyncFiles, 1);
-    gate.Before("FileTools.CopyFile",
-                [&] { gate.Refuse("FileTools.CopyFile", gate.Count("FileTools.CopyFile") % 2 == 0); });
-    EXPECT_FALSE(CopySyncFileToMain(context, source));
-    time.SetNow(*ParseDate("2026-12-31 23:59:00"));
-    EXPECT_FALSE(CopyToRoaming());
-    EXPECT_EQ(TakeLog(), (Lines{"Error: Unable to copy a sync file 'suz.zip' for the main system as "
-                                "'Sync/MAIN~TOKEN~20261122T190855.zip'.",
-                                "Error: Unable to copy a sync file 'suz.zip' for the Roaming Workstation '{Lap}' "
-                                "to 'Sync/{Lap}~TOKEN~20270101T045903.zip'."}));
-    // The folder is that of the local month, the name that of the UTC moment.
-    const Lines kept{"Local/Acme/Sync Local/History/2026/11/MAIN~TOKEN~20261122T190855.zip",
-                     "Local/Acme/Sync Local/History/2026/12/{Lap}~TOKEN~20270101T045903.zip"};
-    EXPECT_EQ(FilesBelow("Local"), kept);
-
-    gate.Before("FileTools.CopyFile", [] {});
-    gate.Refuse("FileTools.CopyFile", 0);
-    gate.Refuse("PathTools.CreateNestedFolder", 1);
-    EXPECT_TRUE(CopyToRoaming()) << "a History folder that cannot be made is passed over";
-    EXPECT_EQ(FilesBelow("Local"), kept);
-}
-
-TEST_F(RoutingTest, HeartbeatFileBearsItsSenderAndNothingGoesWithoutASyncFolder) {
-    SetNumber(settings::KeepSyncFiles, 1);
-    context.SyncFolder = Path("Sync");
-    context.RoamingUniqueID = RoamingID;
-    gate.Refuse("FileTools.CopyFile", 1);
-    EXPECT_FALSE(CopyHeartbeatFileToMain(context, source, heartbeatFile));
-    EXPECT_EQ(heartbeatFile, "before");
-    EXPECT_TRUE(CopyHeartbeatFileToMain(context, source, heartbeatFile));
-    const std::string target = "Sync/" + RoamingID + "~TOKEN~20261122T190852.rhb";
-    EXPECT_EQ(Tidy(heartbeatFile), target);
-    EXPECT_EQ(FilesBelow("Sync"), Lines{target});
     EXPECT_EQ(FilesBelow("Local"), Lines{});
-    const std::string about = "roaming workstation heartbeat file 'suz.zip' ";
-    EXPECT_EQ(TakeLog(), (Lines{"Error: Unable to copy a " + about + "for the main system as '" + target + "'.",
-                                "The " + about + "was copied for the main system as '" + target + "'."}));
+    SetNumber(settings::KeepSyncFiles, -1);
+    time.SetNow(*ParseDate("2026-12-31 23:59:00"));
+    EXPECT_TRUE(CopyToRoaming());
+    EXPECT_EQ(FilesBelow("Local"), Lines{"Local/Acme/Sync Local/History/2026/12/{Lap}~TOKEN~20270101T045903.zip"});
+}
 
-    context.SyncFolder = "";
+TEST_F(RoutingTest, NothingGoesWithoutASyncFolder) {
     SetSyncFolder("");
     EXPECT_FALSE(CopySyncFileToMain(context, source));
     EXPECT_FALSE(CopyToRoaming());
+    std::string heartbeatFile = "before";
     EXPECT_FALSE(CopyHeartbeatFileToMain(context, source, heartbeatFile));
+    EXPECT_EQ(heartbeatFile, "before");
     const std::string why = "because the 'SYNC' folder could not be identified.";
     EXPECT_EQ(TakeLog(),
               (Lines{"Error: Unable to copy a sync file 'suz.zip' for the main system " + why,
                      "Error: Unable to copy a sync file 'suz.zip' for the Roaming Workstation '{Lap}' " + why,
-                     "Error: Unable to copy a " + about + "for the main system " + why}));
+                     "Error: Unable to copy a roaming workstation heartbeat file 'suz.zip' for the main system " +
+                         why}));
 }
 
 /// Notes how it is armed, is due at the third look.

@@ -2,12 +2,14 @@
 
 #include "agent/start_up.h"
 #include "agent/stop_request.h"
+#include "programs/agent_program/pass_report.h"
 #include "services/failure.h"
 #include "shared/settings.h"
 #include "suite/computer/system_facts.h"
 
 #include <algorithm>
 #include <iostream>
+#include <unistd.h>
 
 namespace qndr {
 namespace {
@@ -46,7 +48,7 @@ int Fail(const AgentProgram& program, const services::Failure& failure, int stat
 } // namespace
 
 int RunAgentProgram(const AgentProgram& program, int count, char** arguments,
-                    const std::function<void(const Options&)>& run) {
+                    const std::function<int(const Options&)>& run) {
     Options options;
     try {
         options = ReadOptions(program.switches, {arguments + std::min(count, 1), arguments + count});
@@ -59,7 +61,7 @@ int RunAgentProgram(const AgentProgram& program, int count, char** arguments,
         } else if (options.version) {
             ShowVersion(program);
         } else {
-            run(options);
+            return run(options);
         }
     } catch (const services::Failure& failure) {
         return Fail(program, failure, kFailed);
@@ -67,12 +69,20 @@ int RunAgentProgram(const AgentProgram& program, int count, char** arguments,
     return kEnded;
 }
 
-bool HasToLoad(AgentContext& context, const Options& options) {
-    if (StartAgent(context, options.commandLine) != StartUp::LoadAgent) {
-        return false;
+std::optional<int> EndsAtStart(const AgentProgram& program, AgentContext& context, const Options& options) {
+    const StartUp start = StartAgent(context, options.commandLine);
+    if (start == StartUp::AnotherCopyRuns) {
+        if (options.passes || isatty(STDERR_FILENO) != 0) {
+            std::cerr << program.name << (options.passes ? ": no pass was made" : "")
+                      << ": another copy of the agent is running" << std::endl;
+        }
+        return options.passes ? PassReport::NoPassMade : kEnded;
+    }
+    if (start != StartUp::LoadAgent) {
+        return kEnded;
     }
     context.services.registryTools.SetLong(services::CurrentUserHive, settings::RootKey, settings::StopSync, 0);
-    return true;
+    return std::nullopt;
 }
 
 void EndWhenIdle(const AgentProgram& program, AgentContext& context, const std::function<void()>& unload) {

@@ -4,6 +4,7 @@
 #include "shared/agent_context.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,15 +22,16 @@ struct AgentProgram {
 };
 
 /// The whole of a main function: reads the options, answers --help and --version itself, and calls `run` for all
-/// else. Gives the exit status: 0, 1 when something could not be done, 2 for a command line that means nothing,
-/// with one line on standard error for either.
+/// else. Gives the exit status: that of `run`, 1 when something could not be done, 2 for a command line that means
+/// nothing, with one line on standard error for either.
 int RunAgentProgram(const AgentProgram& program, int count, char** arguments,
-                    const std::function<void(const Options&)>& run);
+                    const std::function<int(const Options&)>& run);
 
-/// Whether the program now has to load its window, or what stands in its place; otherwise it ends. Raises
+/// Nothing when the program now has to load its window, or what stands in its place; otherwise its exit status. A
+/// copy that gives way to another one says so to whoever asked for a pass or sits at a terminal. Raises
 /// services::Failure where settings cannot be stored: such an agent could neither keep its schedule nor be asked
 /// to stop.
-bool HasToLoad(AgentContext& context, const Options& options);
+std::optional<int> EndsAtStart(const AgentProgram& program, AgentContext& context, const Options& options);
 
 /// What a request from the system to end leads to: the same as that of another program. Where that cannot be
 /// stored no tick would ever find it, and `unload` is called.

@@ -84,6 +84,11 @@ void DiagnoseCompany(const ObservedCompany& company, const Observations& seen, F
         findings.Add(troubles::DatabaseDamaged, name, "The database is damaged: " + company.damage, company.file);
     }
     DiagnoseRunning(company, seen, findings);
+    if (!company.cannotStore.empty()) {
+        findings.Add(troubles::CannotStore, name,
+                     "Its agent had trouble of its computer, and nothing was stored since: " + company.cannotStore,
+                     company.file);
+    }
     if (company.openConflicts > 0) {
         findings.Add(troubles::ConflictsOpen, name,
                      Counted(company.openConflicts, "losing version") + " of rows not settled yet.", company.file);
@@ -158,6 +163,7 @@ std::vector<Finding> Diagnose(const Observations& observations) {
     DiagnoseComputer(observations, findings);
     DiagnoseCompanies(observations, findings);
     DiagnosePairs(observations, findings);
+    DiagnoseRefusals(observations, findings);
     DiagnoseFiles(observations, findings);
     std::vector<Finding> all = findings.Take();
     std::stable_sort(all.begin(), all.end(),

@@ -19,6 +19,14 @@ struct Finding {
     std::string remedy;
 };
 
+/// A file that counts as taken although its data could not be imported.
+struct RefusedFile {
+    std::string partner;       ///< UniqueID of the other company
+    std::int64_t sequence = 0; ///< -1 for the full data that the numbering began with
+    std::string on;            ///< when it was refused, or told here that it was; UTC as it is stored
+    std::string held = {};     ///< "Customers 2, Orders 1"; its sender alone knows
+};
+
 /// A company at hand.
 struct ObservedCompany {
     std::string file;
@@ -27,8 +35,11 @@ struct ObservedCompany {
     bool enableSync = false;
     std::string syncComputerName;
     std::int64_t openConflicts = 0;
-    std::int64_t putAside = 0; ///< records of the last `days` days
-    std::string damage;        ///< what the database's own check found; empty when it is sound
+    std::int64_t putAside = 0;             ///< records of the last `days` days
+    std::vector<RefusedFile> refusedHere;  ///< those of its partners, by partner and number
+    std::vector<RefusedFile> refusedThere; ///< its own, as far as their receivers told
+    std::string damage;                    ///< what the database's own check found; empty when it is sound
+    std::string cannotStore; ///< why its agent could not store something lately; empty when it has since, or could
 };
 
 /// A company file behind which there is no company that can be asked.

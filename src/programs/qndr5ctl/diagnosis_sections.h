@@ -25,6 +25,7 @@ class Findings {
 void DiagnoseComputer(const Observations& observations, Findings& findings);
 void DiagnoseCompanies(const Observations& observations, Findings& findings);
 void DiagnosePairs(const Observations& observations, Findings& findings);
+void DiagnoseRefusals(const Observations& observations, Findings& findings);
 void DiagnoseFiles(const Observations& observations, Findings& findings);
 
 /// "1 record", "2 records"

@@ -7,6 +7,7 @@
 #include "shared/dates.h"
 #include "shared/formatting.h"
 #include "shared/settings.h"
+#include "suite/company/company_events.h"
 #include "suite/company/provisioning.h"
 #include "suite/company/utf8_path.h"
 #include "suite/engine/conflicts.h"
@@ -71,6 +72,31 @@ std::string DamageOf(const suite::SqliteConnection& database) {
     }
 }
 
+std::vector<RefusedFile> RefusedHere(const suite::SqliteConnection& database, const std::string& mainUniqueID) {
+    auto row = database.Prepare("SELECT Sender, Sequence, RefusedOn FROM RefusedFiles ORDER BY Sender, Sequence");
+    std::vector<RefusedFile> files;
+    while (row.Step()) {
+        const std::string sender(row.Text(0));
+        files.push_back({sender.empty() ? mainUniqueID : sender, row.Integer(1), std::string(row.Text(2))});
+    }
+    return files;
+}
+
+std::vector<RefusedFile> RefusedThere(const suite::SqliteConnection& database, const std::string& mainUniqueID) {
+    auto row = database.Prepare(
+        "SELECT Receiver, Sequence, ToldOn, ifnull((SELECT group_concat(Held, ', ') FROM (SELECT TableName || ' ' "
+        "||"
+        " COUNT(DISTINCT AuditUniqueID) AS Held FROM AuditLog WHERE Sequence >= 0 AND ID > FromID AND ID <= ToID"
+        " GROUP BY TableName ORDER BY TableName)), '') FROM NotTakenFiles ORDER BY Receiver, Sequence");
+    std::vector<RefusedFile> files;
+    while (row.Step()) {
+        const std::string receiver(row.Text(0));
+        files.push_back({receiver.empty() ? mainUniqueID : receiver, row.Integer(1), std::string(row.Text(2)),
+                         std::string(row.Text(3))});
+    }
+    return files;
+}
+
 void ObserveCompany(ObservedCompany& company, const OpenedCompany& opened, const Observations& seen) {
     const suite::SqliteConnection& database = opened.Database();
     const auto enabled = suite::GetCompanyOption(database, RoamingSection, "EnableSync");
@@ -84,7 +110,14 @@ void ObserveCompany(ObservedCompany& company, const OpenedCompany& opened, const
     problems.Bind(1, FormatSQLDate(seen.nowUtc.AddDays(-seen.days), false));
     problems.Step();
     company.putAside = problems.Integer(0);
+    // The agent enters another event when it could store something again.
+    auto newest = database.Prepare("SELECT EventText, EventNumber FROM CompanyEvents ORDER BY ID DESC LIMIT 1");
+    if (newest.Step() && newest.Integer(1) == suite::ComputerTroubleEvent) {
+        company.cannotStore = newest.Text(0);
+    }
     company.facts = FactsOf(opened);
+    company.refusedHere = RefusedHere(database, company.facts.mainUniqueID);
+    company.refusedThere = RefusedThere(database, company.facts.mainUniqueID);
 }
 
 /// A damaged database may open, and fail only where it is read.

@@ -4,6 +4,7 @@
 #include "services/failure.h"
 #include "suite/company/company_creation.h"
 #include "suite/company/company_library.h"
+#include "suite/company/company_versions.h"
 #include "syncfiles/sync_state.h"
 
 namespace qndr::control {
@@ -38,6 +39,7 @@ OpenedCompany::OpenedCompany(const ControlContext& context, const std::string& p
         library_->SetConnectionString(connectionString);
         library_->SetPSDFile(psdFile);
         connection_ = &ConnectionOf(*library_);
+        suite::RefuseNewerSchema(suite::ReadSchemaVersion(*connection_));
     } catch (const Failure& failure) {
         throw Failure("the database of '" + psdFile + "' cannot be opened: " + failure.what());
     }

@@ -78,6 +78,10 @@ inline constexpr TroubleKind WrongRole{"wrong-role", Severity::Error, "qndr5ctl 
 inline constexpr TroubleKind ConflictsOpen{
     "conflicts-open", Severity::Warning,
     "qndr5ctl conflicts list \"{0}\", then 'conflicts restore' or 'conflicts dismiss' for each"};
+inline constexpr TroubleKind CannotStore{"cannot-store", Severity::Error,
+                                         "Make room on its disk, end the program that holds its database, or mend "
+                                         "what the reason names; its agent then "
+                                         "goes on by itself: qndr5ctl events \"{0}\""};
 inline constexpr TroubleKind RecordsPutAside{
     "records-put-aside", Severity::Warning,
     "qndr5ctl problems list \"{0}\" tells why; enter them by hand or mend them where they come from"};
@@ -106,6 +110,9 @@ inline constexpr TroubleKind SequenceAhead{"sequence-ahead", Severity::Error,
                                            "qndr5ctl sync request-reset \"{0}\""};
 inline constexpr TroubleKind DuplicateSequence{"duplicate-sequence", Severity::Error,
                                                "qndr5ctl sync request-reset \"{0}\""};
+inline constexpr TroubleKind ImportRefused{
+    "import-refused", Severity::Error,
+    "qndr5ctl sync request-reset \"{0}\"; the workstation's own values are kept: qndr5ctl conflicts list \"{0}\""};
 inline constexpr TroubleKind SilentWorkstation{
     "silent-workstation", Severity::Warning,
     "See that its agent runs and reaches the Sync folder, unless nobody works there; 'qndr5ctl doctor' on that "

@@ -56,21 +56,22 @@ std::unique_ptr<QApplication> MakeApplication(int& count, char** arguments) {
     return application;
 }
 
-void RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, char** arguments) {
+int RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, char** arguments) {
     const qndr::suite::Computer computer = qndr::suite::Computer::FromEnvironment();
     qndr::suite::SystemTicks ticks; // in front of the application, which starts threads
     qndr::suite::SystemClock clock;
     int ownName = 1;
     const std::unique_ptr<QApplication> application = MakeApplication(ownName, arguments);
     qndr::QtMessages messages;
-    const qndr::ComputerServices outside(computer, {clock, messages, messages}, qndr::AgentName,
-                                         qndr::SwitchNames(program.switches));
+    qndr::ComputerServices outside(computer, {clock, messages, messages}, qndr::AgentName,
+                                   qndr::SwitchNames(program.switches));
     qndr::AgentContext context(outside.Services());
-    if (!qndr::HasToLoad(context, options)) {
-        return;
+    if (const auto status = qndr::EndsAtStart(program, context, options)) {
+        return *status;
     }
 
     qndr::frmMain window(context);
+    outside.TellWaitsTo([&](const std::string& text) { window.ShowWait(text); });
     const QSocketNotifier endRequests(ticks.EndRequestHandle(), QSocketNotifier::Read);
     QObject::connect(&endRequests, &QSocketNotifier::activated, &window, [&] {
         if (ticks.TakeEndRequest()) {
@@ -83,6 +84,7 @@ void RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, c
         window.Restore();
     }
     QApplication::exec();
+    return 0;
 }
 
 } // namespace
@@ -90,5 +92,5 @@ void RunAgent(const qndr::AgentProgram& program, const qndr::Options& options, c
 int main(int argc, char** argv) {
     const qndr::AgentProgram program = WindowProgram();
     return qndr::RunAgentProgram(program, argc, argv,
-                                 [&](const qndr::Options& options) { RunAgent(program, options, argv); });
+                                 [&](const qndr::Options& options) { return RunAgent(program, options, argv); });
 }

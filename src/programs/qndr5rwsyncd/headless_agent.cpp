@@ -1,5 +1,7 @@
 #include "programs/qndr5rwsyncd/headless_agent.h"
 
+#include "agent/schedule_guard.h"
+
 #include <ostream>
 
 namespace qndr {
@@ -31,7 +33,10 @@ HeadlessAgent::~HeadlessAgent() {
 
 void HeadlessAgent::Run() {
     scheduler_.Load();
-    loop_.AddTick(kSyncTick, AgentScheduler::SyncInterval, [this] { scheduler_.TickSync(); });
+    loop_.AddTick(kSyncTick, AgentScheduler::SyncInterval, [this] {
+        RecoverSchedule(context_, scheduler_);
+        scheduler_.TickSync();
+    });
     loop_.AddTick(kExitTick, AgentScheduler::ExitInterval, [this] { scheduler_.TickExit(); });
     loop_.Run();
 }

@@ -26,6 +26,9 @@ class HeadlessAgent final : public AgentView, public ActivityTarget {
     /// Runs so many passes at once, one behind the other, and ends earlier when it is asked to stop.
     void RunPasses(int count);
 
+    /// What the pass waits for, shown in the place of its activity; see AgentScheduler::ShowWait.
+    void ShowWait(const std::string& text) { scheduler_.ShowWait(text); }
+
     void FillLabels() override {}
     void ShowFrequency(std::int32_t) override {}
     void ShowActivity(const std::string&) override {}

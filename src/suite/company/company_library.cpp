@@ -1,6 +1,7 @@
 #include "suite/company/company_library.h"
 
 #include "services/failure.h"
+#include "suite/company/company_events.h"
 #include "suite/company/connection_string.h"
 #include "suite/company/provisioning.h"
 #include "suite/database/sqlite_database.h"
@@ -13,6 +14,7 @@ using services::CurrentUserHive;
 
 constexpr const char* kRoleName = "RoamingWorkstation";
 constexpr const char* kLocationPrefix = "UFL:";
+constexpr const char* kNotCleared = "The tables could not be cleared for a reset, which waits: ";
 
 std::string ProfileKey(const std::string& profile) {
     return R"(Software\Velmoran\Ordergrove Suite\5.0\Settings ()" + profile + ")";
@@ -51,8 +53,9 @@ class LibrarySecurity : public services::Security {
 
 class LibraryOptions : public services::Options {
   public:
-    LibraryOptions(services::RegistryTools& registry, const LibraryProfiles& profiles, SqliteDatabase& database)
-        : registry_(registry), profiles_(profiles), database_(database) {}
+    LibraryOptions(services::RegistryTools& registry, const LibraryProfiles& profiles, SqliteDatabase& database,
+                   const ComputerTrouble& trouble)
+        : registry_(registry), profiles_(profiles), database_(database), trouble_(trouble) {}
 
     Variant GetCompanyOption(const std::string& section, const std::string& key,
                              const Variant& fallback) override {
@@ -62,6 +65,9 @@ class LibraryOptions : public services::Options {
     }
 
     std::string UserFileLocation(const std::string& name) override {
+        if (trouble_.Stands()) {
+            return "";
+        }
         const std::string ofProfile = Location(profiles_.Current(), name);
         return ofProfile.empty() ? Location(DefaultProfile, name) : ofProfile;
     }
@@ -74,27 +80,32 @@ class LibraryOptions : public services::Options {
     services::RegistryTools& registry_;
     const LibraryProfiles& profiles_;
     SqliteDatabase& database_;
+    const ComputerTrouble& trouble_;
 };
 
 /// The connection for the clearing of a reset. It works on the company's own one: for a second one the database
 /// would be locked. A statement runs only when the changes that the reset gives up are kept; else it is refused.
 class LibrarySql : public services::SqlConnection {
   public:
-    explicit LibrarySql(SqliteDatabase& database) : database_(database) {}
+    LibrarySql(SqliteDatabase& database, ComputerTrouble& trouble) : database_(database), trouble_(trouble) {}
 
     std::int32_t ExecuteNonQuery(const std::string& statement) override {
+        if (trouble_.Refuses()) {
+            return -1;
+        }
         try {
             const SqliteConnection& connection = database_.Connection();
             SqliteTransaction transaction(connection, SqliteTransaction::Kind::Write);
             KeepBeforeClearing(connection);
             const std::int32_t rows = database_.ExecuteNonQuery(statement);
             if (rows < 0) {
-                return rows;
+                throw services::Failure(database_.LastSQLErrorDescription());
             }
             PassOverAuditSoFar(connection);
             transaction.Commit();
             return rows;
-        } catch (const services::Failure&) {
+        } catch (const services::Failure& failure) {
+            trouble_.Note(std::string(kNotCleared) + failure.what());
             return -1;
         }
     }
@@ -103,14 +114,18 @@ class LibrarySql : public services::SqlConnection {
 
   private:
     SqliteDatabase& database_;
+    ComputerTrouble& trouble_;
 };
 
 } // namespace
 
 struct CompanyLibrary::State {
-    State(services::RegistryTools& registry, const services::Clock& clock)
-        : database(clock), security(registry, profiles), options(registry, profiles, database), sql(database) {}
+    State(services::RegistryTools& registry, const services::Clock& clock, ComputerTrouble& itsTrouble,
+          LockWait* wait)
+        : trouble(itsTrouble), database(clock, trouble, wait), security(registry, profiles),
+          options(registry, profiles, database, trouble), sql(database, trouble) {}
 
+    ComputerTrouble& trouble;
     std::string psdFile;
     std::int16_t operatingMode = 0;
     SqliteDatabase database;
@@ -120,8 +135,9 @@ struct CompanyLibrary::State {
     LibrarySql sql;
 };
 
-CompanyLibrary::CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock)
-    : state_(std::make_unique<State>(registry, clock)) {
+CompanyLibrary::CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock,
+                               ComputerTrouble& trouble, LockWait* wait)
+    : state_(std::make_unique<State>(registry, clock, trouble, wait)) {
 }
 
 CompanyLibrary::~CompanyLibrary() = default;
@@ -129,7 +145,11 @@ CompanyLibrary::~CompanyLibrary() = default;
 void CompanyLibrary::SetConnectionString(const std::string& text) {
     // Closed first: after a connection string that is refused nothing may reach the company before it.
     state_->database.Close();
+    state_->trouble.Clear();
     state_->database.Use(SqliteFileOf(text));
+    if (state_->trouble.LacksFirstData(state_->database.Path())) {
+        AwaitFirstData();
+    }
 }
 
 void CompanyLibrary::SetPSDFile(const std::string& path) {
@@ -161,7 +181,7 @@ services::Database& CompanyLibrary::Database() {
 }
 
 services::SqlConnection* CompanyLibrary::QNDRSQL() {
-    if (!state_->database.HasFile()) {
+    if (!state_->database.HasFile() || state_->trouble.Refuses()) {
         return nullptr;
     }
     try {
@@ -170,23 +190,21 @@ services::SqlConnection* CompanyLibrary::QNDRSQL() {
         KeepBeforeClearing(connection);
         transaction.Commit();
     } catch (const services::Failure& failure) {
-        TellThatNothingIsCleared(failure.what());
+        state_->trouble.Note(std::string(kNotCleared) + failure.what());
         return nullptr;
     }
     return &state_->sql;
 }
 
-void CompanyLibrary::TellThatNothingIsCleared(const std::string& reason) {
-    try {
-        RecordEvent("The tables were not cleared for a reset: the changes that it gives up could not be kept: " +
-                        reason,
-                    std::nullopt);
-    } catch (const services::Failure&) {
-        // The result says it already; a full or locked event list changes nothing.
+void CompanyLibrary::RecordEvent(const std::string& text, std::optional<std::int32_t> number) {
+    if (state_->trouble.Stands()) {
+        // What is told now may not have happened.
+        throw services::Failure("the event is not recorded: " + state_->trouble.Text());
     }
+    Record(text, number);
 }
 
-void CompanyLibrary::RecordEvent(const std::string& text, std::optional<std::int32_t> number) {
+void CompanyLibrary::Record(const std::string& text, std::optional<std::int32_t> number) {
     SqliteStatement statement = Connection().Prepare(
         "INSERT INTO CompanyEvents (OccurredOn, EventText, EventNumber) VALUES (GETUTCDATE(), ?1, ?2)");
     statement.Bind(1, text);
@@ -198,8 +216,50 @@ void CompanyLibrary::RecordEvent(const std::string& text, std::optional<std::int
     statement.Step();
 }
 
+void CompanyLibrary::TellOfTrouble() {
+    const ComputerTrouble& trouble = state_->trouble;
+    if (!trouble.Stands() && !trouble.HasStored()) {
+        return;
+    }
+    try {
+        SqliteStatement newest =
+            Connection().Prepare("SELECT EventNumber, EventText FROM CompanyEvents ORDER BY ID DESC LIMIT 1");
+        const bool stood = newest.Step() && newest.Integer(0) == ComputerTroubleEvent;
+        const bool isTold = stood && newest.Text(1) == trouble.Text();
+        newest.Reset();
+        if (trouble.Stands() && !isTold) {
+            Record(trouble.Text(), ComputerTroubleEvent);
+        } else if (stood && !trouble.Stands()) {
+            Record("The database can be used again.", std::nullopt);
+        }
+    } catch (const services::Failure&) {
+        // A full or locked event list changes nothing: what could not be stored is tried again.
+    }
+}
+
+/// A workstation may find two files of the first exchange, take the one and fail with the other. Ready, it would
+/// take the one that was kept back for a file of changes.
+void CompanyLibrary::AwaitFirstData() {
+    ComputerTrouble& trouble = state_->trouble;
+    try {
+        Connection().Execute("UPDATE Company SET SyncState = 2 WHERE CompanyType = 2 AND SyncState = 4");
+        trouble.SetLacksFirstData(state_->database.Path(), false);
+    } catch (const services::Failure& failure) {
+        trouble.Note(std::string("The state of the first exchange could not be stored, and all waits: ") +
+                     failure.what());
+        trouble.SetLacksFirstData(state_->database.Path(), true);
+    }
+}
+
 void CompanyLibrary::PreTerminate() {
+    if (state_->database.HasFile()) {
+        TellOfTrouble();
+        if (state_->trouble.HasKeptBack()) {
+            AwaitFirstData();
+        }
+    }
     state_->database.Close();
+    state_->trouble.Clear();
 }
 
 SqliteConnection& CompanyLibrary::Connection() {

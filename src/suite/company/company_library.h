@@ -3,6 +3,7 @@
 #include "services/company_library.h"
 #include "services/platform.h"
 #include "services/registry_tools.h"
+#include "suite/computer/computer_trouble.h"
 #include "suite/database/sqlite_connection.h"
 
 #include <memory>
@@ -10,10 +11,13 @@
 
 namespace qndr::suite {
 
-/// The SharedCodeLibrary of this suite. The engine and the file manager get at it through Implementation().
+/// The SharedCodeLibrary of this suite. The engine and the file manager get at it through Implementation(). While
+/// this computer's trouble stands there is no location, QNDRSQL is not available and no event is recorded.
 class CompanyLibrary : public services::SharedCodeLibrary {
   public:
-    CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock);
+    /// All of them must outlive the library; `wait` as for a connection.
+    CompanyLibrary(services::RegistryTools& registry, const services::Clock& clock, ComputerTrouble& trouble,
+                   LockWait* wait = nullptr);
     ~CompanyLibrary() override;
     CompanyLibrary(const CompanyLibrary&) = delete;
     CompanyLibrary& operator=(const CompanyLibrary&) = delete;
@@ -26,9 +30,11 @@ class CompanyLibrary : public services::SharedCodeLibrary {
     services::Security& Security() override;
     services::Options& Options() override;
     services::Database& Database() override;
-    /// For the clearing of a reset: first keeps the changes that are given up, and gives nothing when it cannot.
+    /// For the clearing of a reset: first keeps the changes that are given up. That it cannot, and that a
+    /// statement of the clearing fails, is this computer's trouble: the reset must not end as if it were complete.
     services::SqlConnection* QNDRSQL() override;
     void RecordEvent(const std::string& text, std::optional<std::int32_t> number) override;
+    /// Records the trouble that stands, once for as long as it lasts, and what was stored again after one.
     void PreTerminate() override;
 
     /// The company's connection, opened at its first use. Raises services::Failure when it cannot be opened.
@@ -36,7 +42,9 @@ class CompanyLibrary : public services::SharedCodeLibrary {
     const std::string& PSDFile() const;
 
   private:
-    void TellThatNothingIsCleared(const std::string& reason);
+    void Record(const std::string& text, std::optional<std::int32_t> number);
+    void TellOfTrouble();
+    void AwaitFirstData();
 
     struct State;
     std::unique_ptr<State> state_;

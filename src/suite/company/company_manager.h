@@ -4,6 +4,7 @@
 #include "services/ini_tools.h"
 #include "services/platform.h"
 #include "suite/company/psd_file.h"
+#include "suite/database/sqlite_connection.h"
 
 #include <string>
 
@@ -16,12 +17,15 @@ class CompanyManager : public services::CompanyManager {
         : iniTools_(iniTools), clock_(clock), psd_(iniTools) {}
 
     services::PsdFile& PSD() override { return psd_; }
-    /// True when the database opens and holds exactly one Company row, with a CompanyType and a UniqueID. Leaves
-    /// PSD as it is.
+    /// True when the database opens, holds exactly one Company row, with a CompanyType and a UniqueID, and is of
+    /// this version: an older one is brought up to it first. What stands against that is entered in the company's
+    /// events, once. Leaves PSD as it is.
     bool CanOpenCompany(const std::string& path) override;
     void PreTerminate() override {}
 
   private:
+    bool IsUpToDate(const SqliteConnection& connection) const;
+
     services::IniTools& iniTools_;
     const services::Clock& clock_;
     PsdFile psd_;

@@ -1,6 +1,7 @@
 #include "suite/company/company_schema.h"
 
 #include "suite/company/company_ddl.h"
+#include "suite/company/exchange_memory.h"
 #include "suite/files/ascii_case.h"
 
 #include <algorithm>
@@ -50,7 +51,8 @@ CREATE TABLE AuditLog (
   Origin TEXT COLLATE NOCASE,
   OriginID INTEGER
 );
-CREATE INDEX ixAuditLog_Row ON AuditLog (TableName, AuditUniqueID COLLATE NOCASE);
+-- An application may write a table's name in any case.
+CREATE INDEX ixAuditLog_Row ON AuditLog (TableName COLLATE NOCASE, AuditUniqueID COLLATE NOCASE);
 )";
 
 /// The engine's memory of how far each file to another company went: with NextSequence files sent, all audit rows
@@ -108,6 +110,9 @@ BEGIN
   SELECT NEW.UniqueID, ifnull(
     (SELECT LastAuditID FROM SentRanges WHERE Receiver = NEW.UniqueID ORDER BY NextSequence LIMIT 1), 0)
   WHERE NOT EXISTS (SELECT 1 FROM SkippedRanges WHERE Receiver = NEW.UniqueID AND ToID IS NULL);
+  INSERT INTO SkippedRanges (Receiver, FromID, ToID)
+  SELECT Receiver, FromID, ToID FROM NotTakenFiles WHERE Receiver = NEW.UniqueID;
+  DELETE FROM NotTakenFiles WHERE Receiver = NEW.UniqueID;
 END;
 -- An initial sync has gone out at 3, a reset's data when 5 becomes 4.
 CREATE TRIGGER endSkippedRange AFTER UPDATE OF SyncState ON RoamingWorkstations
@@ -133,17 +138,22 @@ CREATE TABLE GivenUpChanges (
 CREATE TABLE GivenUpMark (AuditID INTEGER NOT NULL);
 INSERT INTO GivenUpMark (AuditID) VALUES (0);
 -- Of each row that main is not known to have as it stands here. The oldest entry of SentRanges tells what main has
--- confirmed, for older ones are forgotten then. Reason as in ImportConflicts.
+-- confirmed, for older ones are forgotten then; all but the files that main could not take in, where the row did not
+-- go with a later one. Reason as in ImportConflicts.
 CREATE VIEW vwUnconfirmedChanges AS
 SELECT TableName, AuditUniqueID AS RowUniqueID, MAX(ID) AS NewestID,
   CASE WHEN MAX(ID) > (SELECT LastAuditID FROM Company) THEN 1 ELSE 2 END AS Reason,
   MIN(ID) > (SELECT LastAuditID FROM Company)
     AND MIN(ID) IS MIN(CASE AuditType WHEN 1 THEN ID END) AS Made
-FROM AuditLog
+FROM AuditLog, (
+  SELECT ifnull((SELECT LastAuditID FROM SentRanges WHERE Receiver = '' ORDER BY NextSequence LIMIT 1), 0) AS Confirmed)
 WHERE (SELECT CompanyType FROM Company) = 2
   AND ID > (SELECT AuditID FROM GivenUpMark)
-  AND ID > ifnull((SELECT LastAuditID FROM SentRanges WHERE Receiver = '' ORDER BY NextSequence LIMIT 1), 0)
-GROUP BY TableName, AuditUniqueID;
+  AND (ID > Confirmed OR EXISTS (
+    SELECT 1 FROM NotTakenFiles WHERE Receiver = '' AND FromID < ID AND ID <= ToID AND NOT EXISTS (
+      SELECT 1 FROM AuditLog AS Later WHERE Later.TableName = AuditLog.TableName COLLATE NOCASE
+        AND Later.AuditUniqueID = AuditLog.AuditUniqueID AND Later.ID > ToID AND Later.ID <= Confirmed)))
+GROUP BY TableName COLLATE NOCASE, AuditUniqueID;
 -- 6 is the state of a pending reset: nothing that stands in the log then is ever sent. At a reset's end the log counts
 -- as sent up to the new LastAuditID, and what is above it will be sent.
 CREATE TRIGGER noteGivenUpChanges BEFORE UPDATE OF SyncState ON Company
@@ -167,6 +177,7 @@ CREATE TABLE LastImports (
 
 /// What stays in this database: it tells about this company alone.
 constexpr std::string_view OwnTables = R"(
+CREATE TABLE SchemaVersion (Version INTEGER NOT NULL);
 CREATE TABLE CompanyOptions (
   Profile TEXT COLLATE NOCASE NOT NULL,
   Section TEXT COLLATE NOCASE NOT NULL,
@@ -238,7 +249,10 @@ bool IsWhollyExported(const Table& table) {
 
 std::string CompanySchemaScript() {
     std::string script = std::string(ExchangeTables) + SentRangesScript() + std::string(SkippedRangesScript) +
-                         std::string(LastImportsTable) + std::string(GivenUpScript) + std::string(OwnTables);
+                         std::string(LastImportsTable) + std::string(GivenUpScript) + std::string(OwnTables) +
+                         SnapshotMemoryScript() + RefusalMemoryScript() +
+                         "INSERT INTO SchemaVersion (Version) VALUES (" + std::to_string(CompanySchemaVersion) +
+                         ");\n";
     for (const Table& table : AuditedTables()) {
         script += AuditedTableScript(table);
     }

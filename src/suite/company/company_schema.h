@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,10 @@ bool IsWhollyExported(const Table& table);
 
 /// The version of company databases that this code makes. Stored in Company.DatabaseVersion.
 inline constexpr std::string_view CompanyDatabaseVersion = "5.0.1";
+
+/// The version of tables, indexes, views and triggers, raised with each change of them (company_versions.h).
+/// Stored in SchemaVersion.Version: never give a number to anything else.
+inline constexpr std::int64_t CompanySchemaVersion = 6;
 
 /// The script that makes an empty company database: tables, views, triggers and indexes. The one Company row is
 /// not among them.

@@ -26,6 +26,9 @@ std::vector<std::string> RunningProcessNames();
 /// 64 random bits of the system's own source. Raises services::Failure when it has none to give.
 std::uint64_t RandomBits();
 
+/// Milliseconds since 1 January 1970 UTC by the system's clock, which may be put back.
+std::uint64_t UnixMilliseconds();
+
 /// 16 random characters, 0-9 and a-f, for names of files that nobody else takes or guesses.
 std::string RandomToken();
 

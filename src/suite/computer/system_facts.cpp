@@ -2,6 +2,7 @@
 
 #include "suite/computer/operating_system.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -20,8 +21,9 @@ std::string LockPath(const Computer& computer, const std::string& executableName
 } // namespace
 
 std::string ComputerSystemTools::GetIdentifierText() {
-    // Version 4, variant 1: the rest is random.
-    const std::uint64_t high = (RandomBits() & 0xFFFFFFFFFFFF0FFFU) | 0x4000U;
+    last_ = std::max(now_(), last_ + 1);
+    // Version 7, variant 1: 48 bits of time, the rest is random.
+    const std::uint64_t high = last_ << 16 | 0x7000U | (RandomBits() & 0x0FFFU);
     const std::uint64_t low = (RandomBits() & 0x3FFFFFFFFFFFFFFFU) | 0x8000000000000000U;
     std::array<char, 37> text{};
     std::snprintf(text.data(), text.size(), "%08X-%04X-%04X-%04X-%012llX", static_cast<unsigned>(high >> 32),

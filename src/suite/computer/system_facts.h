@@ -6,19 +6,30 @@
 #include "suite/computer/instance_lock.h"
 #include "suite/computer/operating_system.h"
 
+#include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 
 namespace qndr::suite {
 
 class ComputerSystemTools : public services::SystemTools {
   public:
-    explicit ComputerSystemTools(const Computer& computer) : computerName_(computer.name) {}
+    /// Milliseconds since 1 January 1970 UTC.
+    using Milliseconds = std::function<std::uint64_t()>;
 
+    explicit ComputerSystemTools(const Computer& computer, Milliseconds now = UnixMilliseconds)
+        : computerName_(computer.name), now_(std::move(now)) {}
+
+    /// A GUID that begins with the moment of its making, so that the names of a sender's files sort as they were
+    /// sent. Within one object each is above the one before, also when the clock was put back.
     std::string GetIdentifierText() override;
     std::string GetComputerName() override { return computerName_; }
 
   private:
     std::string computerName_;
+    Milliseconds now_;
+    std::uint64_t last_ = 0; ///< the moment that the last identifier bears
 };
 
 class ComputerSpecialFolders : public services::SpecialFolderTools {

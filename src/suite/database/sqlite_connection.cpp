@@ -4,12 +4,86 @@
 #include "suite/database/date_functions.h"
 #include "suite/database/dialect.h"
 
+#include <exception>
+#include <utility>
+
 namespace qndr::suite {
+
+/// How one connection waits for the locks of other programs.
+class SqliteLock {
+  public:
+    explicit SqliteLock(std::string database, LockWait* wait) : database_(std::move(database)), wait_(wait) {}
+
+    void Attach(sqlite3* connection) {
+        connection_ = connection;
+        SetTimeout(LockWait::Limit(LockWait::Patience::Statement));
+    }
+    void SetTimeout(std::int32_t milliseconds) {
+        timeout_ = milliseconds;
+        if (wait_ != nullptr) {
+            sqlite3_busy_handler(connection_, &SqliteLock::Wait, this);
+        } else {
+            sqlite3_busy_timeout(connection_, milliseconds);
+        }
+    }
+
+    /// The patience of an import for as long as the object lives.
+    class OfImport {
+      public:
+        explicit OfImport(SqliteLock& lock) : lock_(lock), timeout_(lock.timeout_) {
+            lock_.patience_ = LockWait::Patience::Import;
+            lock_.SetTimeout(LockWait::Limit(lock_.patience_));
+        }
+        ~OfImport() {
+            lock_.patience_ = LockWait::Patience::Statement;
+            lock_.SetTimeout(timeout_);
+            if (lock_.wait_ != nullptr) {
+                lock_.wait_->Over();
+            }
+        }
+        OfImport(const OfImport&) = delete;
+        OfImport& operator=(const OfImport&) = delete;
+
+      private:
+        SqliteLock& lock_;
+        std::int32_t timeout_;
+    };
+
+    /// Raises what a message handler raised while the lock was waited for, otherwise the connection's last error.
+    [[noreturn]] void Raise() {
+        if (raised_) {
+            std::rethrow_exception(std::exchange(raised_, nullptr));
+        }
+        throw LastErrorOf(connection_);
+    }
+
+  private:
+    /// Nothing may be raised through SQLite.
+    static int Wait(void* self, int tries) {
+        SqliteLock& lock = *static_cast<SqliteLock*>(self);
+        if (tries == 0) {
+            lock.waited_ = 0;
+        }
+        try {
+            const std::int32_t paused = lock.wait_->Pause(lock.database_, lock.patience_, lock.waited_);
+            lock.waited_ += paused;
+            return paused > 0 ? 1 : 0;
+        } catch (...) {
+            lock.raised_ = std::current_exception();
+            return 0;
+        }
+    }
+
+    std::string database_;
+    LockWait* wait_;
+    sqlite3* connection_ = nullptr;
+    LockWait::Patience patience_ = LockWait::Patience::Statement;
+    std::int32_t timeout_ = 0;
+    std::int32_t waited_ = 0;
+    std::exception_ptr raised_;
+};
+
 namespace {
-
-using services::Failure;
-
-constexpr int kBusyTimeoutMilliseconds = 60'000;
 
 /// The cache is small on purpose (8 MiB): the agent stays within 64 MiB whatever the size of the company. The log
 /// of a large import is cut back to 16 MiB when it has gone into the database.
@@ -19,16 +93,6 @@ constexpr const char* kSettings = "PRAGMA synchronous = FULL;"
                                   "PRAGMA mmap_size = 0;"
                                   "PRAGMA temp_store = FILE;"
                                   "PRAGMA journal_size_limit = 16777216;";
-
-[[noreturn]] void RaiseLastError(sqlite3* handle) {
-    throw Failure(sqlite3_errmsg(handle));
-}
-
-void Check(sqlite3_stmt* statement, int result) {
-    if (result != SQLITE_OK) {
-        RaiseLastError(sqlite3_db_handle(statement));
-    }
-}
 
 struct Closer {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
@@ -44,9 +108,18 @@ bool SqliteStatement::Step() {
     if (result == SQLITE_DONE) {
         return false;
     }
-    const std::string words = sqlite3_errmsg(sqlite3_db_handle(Handle()));
-    sqlite3_reset(Handle());
-    throw Failure(words);
+    try {
+        lock_->Raise();
+    } catch (...) {
+        sqlite3_reset(Handle());
+        throw;
+    }
+}
+
+void SqliteStatement::Check(int result) const {
+    if (result != SQLITE_OK) {
+        lock_->Raise();
+    }
 }
 
 void SqliteStatement::Reset() {
@@ -56,21 +129,21 @@ void SqliteStatement::Reset() {
 
 void SqliteStatement::Bind(int parameter, std::string_view text) {
     // A null pointer would bind NULL, so an empty text needs one of its own.
-    Check(Handle(), sqlite3_bind_text64(Handle(), parameter, text.empty() ? "" : text.data(), text.size(),
-                                        SQLITE_TRANSIENT, SQLITE_UTF8));
+    Check(sqlite3_bind_text64(Handle(), parameter, text.empty() ? "" : text.data(), text.size(), SQLITE_TRANSIENT,
+                              SQLITE_UTF8));
 }
 
 void SqliteStatement::Bind(int parameter, std::int64_t number) {
-    Check(Handle(), sqlite3_bind_int64(Handle(), parameter, number));
+    Check(sqlite3_bind_int64(Handle(), parameter, number));
 }
 
 void SqliteStatement::BindBytes(int parameter, std::string_view bytes) {
-    Check(Handle(), sqlite3_bind_blob64(Handle(), parameter, bytes.empty() ? "" : bytes.data(), bytes.size(),
-                                        SQLITE_TRANSIENT));
+    Check(sqlite3_bind_blob64(Handle(), parameter, bytes.empty() ? "" : bytes.data(), bytes.size(),
+                              SQLITE_TRANSIENT));
 }
 
 void SqliteStatement::BindNull(int parameter) {
-    Check(Handle(), sqlite3_bind_null(Handle(), parameter));
+    Check(sqlite3_bind_null(Handle(), parameter));
 }
 
 int SqliteStatement::ColumnCount() const {
@@ -106,10 +179,11 @@ std::string_view SqliteStatement::Bytes(int column) const {
     return {static_cast<const char*>(bytes), static_cast<std::size_t>(sqlite3_column_bytes(Handle(), column))};
 }
 
-SqliteConnection::SqliteConnection(const std::string& path, const services::Clock& clock, Missing missing)
-    : path_(path) {
-    const auto fail = [&](const std::string& words) {
-        throw Failure("the database '" + path + "' cannot be opened: " + words);
+SqliteConnection::SqliteConnection(const std::string& path, const services::Clock& clock, Missing missing,
+                                   LockWait* wait)
+    : path_(path), lock_(std::make_unique<SqliteLock>(path, wait)) {
+    const auto fail = [&](const std::string& words, DatabaseErrorKind kind = DatabaseErrorKind::CannotOpen) {
+        throw DatabaseError(kind, "the database '" + path + "' cannot be opened: " + words);
     };
     // Of these SQLite makes a temporary database, one in memory, or a URI.
     if (path.empty() || path.starts_with(':') || path.starts_with("file:") ||
@@ -121,21 +195,23 @@ SqliteConnection::SqliteConnection(const std::string& path, const services::Cloc
     const int result = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
     std::unique_ptr<sqlite3, Closer> owner(opened);
     if (result != SQLITE_OK) {
-        fail(opened == nullptr ? sqlite3_errstr(result) : sqlite3_errmsg(opened));
+        fail(opened == nullptr ? sqlite3_errstr(result) : sqlite3_errmsg(opened), KindOf(result));
     }
     handle_ = opened;
     try {
-        sqlite3_busy_timeout(handle_, kBusyTimeoutMilliseconds);
+        lock_->Attach(handle_);
         AddDateFunctions(handle_, clock);
         ExecuteScript(kSettings);
         // Reads the file for the first time. An empty one would become a database with the next statement.
         if (Number("PRAGMA page_count") == 0 && missing == Missing::Refuse) {
-            throw Failure("the file is empty");
+            throw DatabaseError(DatabaseErrorKind::CannotOpen, "the file is empty");
         }
         if (missing == Missing::Create || IsCompanyWithoutWriteAheadLog()) {
             UseWriteAheadLog();
         }
-    } catch (const Failure& failure) {
+    } catch (const DatabaseError& error) {
+        fail(error.what(), error.Kind());
+    } catch (const services::Failure& failure) {
         fail(failure.what());
     }
     static_cast<void>(owner.release());
@@ -146,7 +222,7 @@ SqliteConnection::~SqliteConnection() {
 }
 
 void SqliteConnection::SetBusyTimeout(std::int32_t milliseconds) {
-    sqlite3_busy_timeout(handle_, milliseconds);
+    lock_->SetTimeout(milliseconds);
 }
 
 bool SqliteConnection::IsCompanyWithoutWriteAheadLog() const {
@@ -157,28 +233,30 @@ bool SqliteConnection::IsCompanyWithoutWriteAheadLog() const {
 
 void SqliteConnection::UseWriteAheadLog() const {
     if (Value("PRAGMA journal_mode = WAL") != "wal") {
-        throw Failure("it cannot be set to write-ahead logging");
+        throw DatabaseError(DatabaseErrorKind::CannotOpen, "it cannot be set to write-ahead logging");
     }
 }
 
 SqliteStatement SqliteConnection::Prepare(std::string_view sql) const {
     if (sql.find('\0') != std::string_view::npos) {
-        throw Failure("the statement holds a character that no statement may hold");
+        throw DatabaseError(DatabaseErrorKind::Other,
+                            "the statement holds a character that no statement may hold");
     }
     const std::string text = ToSqliteDialect(sql);
     sqlite3_stmt* prepared = nullptr;
     const char* tail = nullptr;
     const int result =
         sqlite3_prepare_v2(handle_, text.c_str(), static_cast<int>(text.size() + 1), &prepared, &tail);
-    SqliteStatement statement(prepared);
+    SqliteStatement statement(prepared, *lock_);
     if (result != SQLITE_OK) {
-        RaiseLastError(handle_);
+        lock_->Raise();
     }
     if (prepared == nullptr) {
-        throw Failure("there is no statement in the text");
+        throw DatabaseError(DatabaseErrorKind::Other, "there is no statement in the text");
     }
     if (!IsBlankSql(tail)) {
-        throw Failure("one statement a call: the text behind the first statement is refused");
+        throw DatabaseError(DatabaseErrorKind::Other,
+                            "one statement a call: the text behind the first statement is refused");
     }
     return statement;
 }
@@ -191,7 +269,7 @@ void SqliteConnection::Execute(std::string_view sql) const {
 
 void SqliteConnection::ExecuteScript(const std::string& sql) const {
     if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-        RaiseLastError(handle_);
+        lock_->Raise();
     }
 }
 
@@ -227,7 +305,12 @@ SqliteTemporaryMemory::~SqliteTemporaryMemory() {
     sqlite3_exec(connection_.Handle(), "PRAGMA temp_store = FILE", nullptr, nullptr, nullptr);
 }
 
-SqliteTransaction::SqliteTransaction(const SqliteConnection& connection, Kind kind) : connection_(connection) {
+SqliteTransaction::SqliteTransaction(const SqliteConnection& connection, Kind kind, LockWait::Patience patience)
+    : connection_(connection) {
+    std::optional<SqliteLock::OfImport> longer;
+    if (patience == LockWait::Patience::Import) {
+        longer.emplace(*connection.lock_);
+    }
     connection_.Execute(kind == Kind::Write ? "BEGIN IMMEDIATE" : "BEGIN");
     if (kind == Kind::Read) {
         // A plain BEGIN takes its view of the database with the first read only.

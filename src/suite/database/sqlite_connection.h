@@ -1,6 +1,8 @@
 #pragma once
 
 #include "services/platform.h"
+#include "suite/database/database_error.h"
+#include "suite/database/lock_wait.h"
 
 #include <sqlite3.h>
 
@@ -12,14 +14,17 @@
 
 namespace qndr::suite {
 
-/// A prepared statement; finalised with its destruction. Columns and parameters count from 0 and 1, as SQLite
-/// counts.
+class SqliteLock;
+
+/// A prepared statement; finalised with its destruction. Its connection must outlive it. Columns and parameters
+/// count from 0 and 1, as SQLite counts.
 class SqliteStatement {
   public:
-    explicit SqliteStatement(sqlite3_stmt* statement) : statement_(statement, &sqlite3_finalize) {}
+    SqliteStatement(sqlite3_stmt* statement, SqliteLock& lock)
+        : statement_(statement, &sqlite3_finalize), lock_(&lock) {}
 
     sqlite3_stmt* Handle() const { return statement_.get(); }
-    /// True for a row, false at the end. Raises services::Failure with the database's words.
+    /// True for a row, false at the end. Raises DatabaseError.
     bool Step();
     void Reset();
 
@@ -37,7 +42,10 @@ class SqliteStatement {
     std::string_view Bytes(int column) const;
 
   private:
+    void Check(int result) const;
+
     std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement_;
+    SqliteLock* lock_;
 };
 
 /// One connection to an SQLite database file: full synchronous, foreign keys not enforced, DATEADD and
@@ -47,10 +55,13 @@ class SqliteConnection {
   public:
     enum class Missing { Refuse, Create };
 
-    /// `path` is UTF-8. Raises services::Failure when the file cannot be opened, is no database, or is absent and
+    /// `path` is UTF-8. Raises DatabaseError when the file cannot be opened, is no database, or is absent and
     /// not to be made; Missing::Refuse leaves an empty file as it is, too. A company, and whatever is opened with
-    /// Missing::Create, is switched to write-ahead logging; a database of another program keeps its ways.
-    SqliteConnection(const std::string& path, const services::Clock& clock, Missing missing);
+    /// Missing::Create, is switched to write-ahead logging; a database of another program keeps its ways. `wait`,
+    /// which must outlive the connection, is done while another program holds the database; without it the thread
+    /// sleeps.
+    SqliteConnection(const std::string& path, const services::Clock& clock, Missing missing,
+                     LockWait* wait = nullptr);
     ~SqliteConnection();
     SqliteConnection(const SqliteConnection&) = delete;
     SqliteConnection& operator=(const SqliteConnection&) = delete;
@@ -58,13 +69,13 @@ class SqliteConnection {
     sqlite3* Handle() const { return handle_; }
     const std::string& Path() const { return path_; }
 
-    /// How long a statement waits for another program's lock; 60 s by default.
+    /// How long a statement that sleeps waits for another program's lock; 60 s by default.
     void SetBusyTimeout(std::int32_t milliseconds);
 
-    /// Prepares the one statement of `sql` in this database's dialect. Raises with the database's words, and when
-    /// there is no statement or anything but one semicolon, blanks and comments behind it.
+    /// Prepares the one statement of `sql` in this database's dialect. Raises DatabaseError, also when there is no
+    /// statement or anything but one semicolon, blanks and comments behind it.
     SqliteStatement Prepare(std::string_view sql) const;
-    /// Runs one statement to its end. Raises with the database's words.
+    /// Runs one statement to its end. Raises DatabaseError.
     void Execute(std::string_view sql) const;
     /// Runs a script of several statements as it stands, without the dialect step.
     void ExecuteScript(const std::string& sql) const;
@@ -73,10 +84,13 @@ class SqliteConnection {
     std::int64_t Number(std::string_view sql, std::int64_t fallback = 0) const;
 
   private:
+    friend class SqliteTransaction;
+
     bool IsCompanyWithoutWriteAheadLog() const;
     void UseWriteAheadLog() const;
 
     std::string path_;
+    std::unique_ptr<SqliteLock> lock_;
     sqlite3* handle_ = nullptr;
 };
 
@@ -114,8 +128,9 @@ class SqliteTransaction {
   public:
     enum class Kind { Read, Write };
 
-    /// A write transaction takes its lock at once and waits for it as long as the connection's busy time-out says.
-    SqliteTransaction(const SqliteConnection& connection, Kind kind);
+    /// A write transaction takes its lock at once, and waits for it as long as `patience` says.
+    SqliteTransaction(const SqliteConnection& connection, Kind kind,
+                      LockWait::Patience patience = LockWait::Patience::Statement);
     ~SqliteTransaction();
     SqliteTransaction(const SqliteTransaction&) = delete;
     SqliteTransaction& operator=(const SqliteTransaction&) = delete;

@@ -70,9 +70,17 @@ void SqliteDatabase::DemandFile() const {
 SqliteConnection& SqliteDatabase::Connection() {
     DemandFile();
     if (!connection_) {
-        connection_ = std::make_unique<SqliteConnection>(path_, clock_, SqliteConnection::Missing::Refuse);
+        connection_ = std::make_unique<SqliteConnection>(path_, clock_, SqliteConnection::Missing::Refuse, wait_);
     }
     return *connection_;
+}
+
+void SqliteDatabase::Enter(const Failure& failure) {
+    lastError_ = failure.what();
+    const auto* const error = dynamic_cast<const DatabaseError*>(&failure);
+    if (error != nullptr && error->IsOfThisComputer()) {
+        trouble_.Note("The database could not be used, and what was to be done waits: " + lastError_);
+    }
 }
 
 Variant SqliteDatabase::ExecuteScaler(const std::string& statement, const std::string&, const Variant& fallback) {
@@ -82,7 +90,7 @@ Variant SqliteDatabase::ExecuteScaler(const std::string& statement, const std::s
         SqliteStatement prepared = Connection().Prepare(statement);
         return FirstValue(prepared, fallback);
     } catch (const Failure& failure) {
-        lastError_ = failure.what();
+        Enter(failure);
         throw;
     }
 }
@@ -90,19 +98,24 @@ Variant SqliteDatabase::ExecuteScaler(const std::string& statement, const std::s
 std::int32_t SqliteDatabase::ExecuteNonQuery(const std::string& statement) {
     lastError_.clear();
     DemandFile();
+    if (trouble_.Refuses()) {
+        lastError_ = trouble_.Text();
+        return -1;
+    }
     try {
         const SqliteConnection& connection = Connection();
         // The count of the last statement that changed rows stays where it is under one that changes none. Only
         // the total, which has the triggers' rows in it, tells the two apart.
         const sqlite3_int64 totalBefore = sqlite3_total_changes64(connection.Handle());
         connection.Execute(statement);
+        trouble_.NoteStored();
         if (sqlite3_total_changes64(connection.Handle()) == totalBefore) {
             return 0;
         }
         const sqlite3_int64 rows = sqlite3_changes64(connection.Handle());
         return static_cast<std::int32_t>(std::min<sqlite3_int64>(rows, std::numeric_limits<std::int32_t>::max()));
     } catch (const Failure& failure) {
-        lastError_ = failure.what();
+        Enter(failure);
         return -1;
     }
 }
@@ -114,7 +127,7 @@ std::unique_ptr<services::RecordDocument> SqliteDatabase::ExecuteRead(const std:
         SqliteStatement prepared = Connection().Prepare(statement);
         return ReadAll(prepared);
     } catch (const Failure& failure) {
-        lastError_ = failure.what();
+        Enter(failure);
         return nullptr;
     }
 }

@@ -1,10 +1,13 @@
 #include "suite/engine/engine.h"
 
 #include "services/failure.h"
+#include "suite/company/company_events.h"
 #include "suite/company/company_library.h"
 #include "suite/engine/import.h"
+#include "suite/engine/sent_ranges.h"
 
 #include <exception>
+#include <optional>
 #include <utility>
 
 namespace qndr::suite {
@@ -27,7 +30,7 @@ bool ImportExportEngine::DoExport(const std::string& path) {
 bool ImportExportEngine::ExportOrder(std::int32_t id, const std::string& path) {
     const std::string number = std::to_string(id);
     try {
-        if (library_ == nullptr ||
+        if (library_ == nullptr || trouble_.Stands() ||
             library_->Connection().Number("SELECT COUNT(*) FROM Orders WHERE ID = " + number) == 0) {
             return false;
         }
@@ -45,10 +48,11 @@ bool ImportExportEngine::ExportOrder(std::int32_t id, const std::string& path) {
 }
 
 bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, const std::string& path) {
-    if (library_ == nullptr) {
+    if (library_ == nullptr || trouble_.Stands()) {
         return false;
     }
     std::vector<std::string> events;
+    std::optional<std::int64_t> snapshot;
     try {
         ExportFile file(path);
         const SqliteConnection& connection = library_->Connection();
@@ -56,10 +60,16 @@ bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, con
             SqliteTransaction transaction(connection, SqliteTransaction::Kind::Read);
             ExportWriter writer(connection, file, origin);
             writer.WriteAll(list);
+            if (origin == ExportOrigin::Tell && list.HoldsWholeTables()) {
+                snapshot = connection.Number("SELECT MAX(ID) FROM AuditLog");
+            }
             events = writer.PassedOver();
             if (verbose_) {
                 events.push_back(std::to_string(writer.RecordCount()) + " records were exported.");
             }
+        }
+        if (snapshot) {
+            NoteSnapshot(connection, *snapshot);
         }
         file.Finish();
     } catch (const std::exception& failure) {
@@ -73,13 +83,17 @@ bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, con
 }
 
 bool ImportExportEngine::ImportFile(const std::string& path) {
-    if (library_ == nullptr) {
+    if (trouble_.Refuses()) {
         return false;
     }
     try {
+        if (library_ == nullptr) {
+            throw services::Failure("the engine has no company");
+        }
         const auto unknownTables =
             ignoreUnknownTables_ ? ImportReader::UnknownTables::PassOver : ImportReader::UnknownTables::Refuse;
         const ImportResult result = Import(library_->Connection(), path, unknownTables);
+        trouble_.NoteImported();
         if (result.problems > 0) {
             Tell(std::to_string(result.problems) + " records could not be imported and were put aside.");
         }
@@ -94,10 +108,12 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
             Tell(std::to_string(result.records) + " records were imported.");
         }
         return true;
+    } catch (const FileRefused& refusal) {
+        Tell(std::string("A file could not be imported: ") + refusal.what(), FileRefusedEvent);
     } catch (const std::exception& failure) {
-        Tell(std::string("A file could not be imported: ") + failure.what());
-        return false;
+        trouble_.Note(std::string("A file could not be stored and is kept: ") + failure.what());
     }
+    return false;
 }
 
 void ImportExportEngine::PreTerminate() {
@@ -105,9 +121,9 @@ void ImportExportEngine::PreTerminate() {
     pending_ = {};
 }
 
-void ImportExportEngine::Tell(const std::string& text) {
+void ImportExportEngine::Tell(const std::string& text, std::optional<std::int32_t> number) {
     try {
-        library_->RecordEvent(text, std::nullopt);
+        library_->RecordEvent(text, number);
     } catch (const services::Failure&) {
         // The work is done or given up by now, and its result says so; a full or locked event list changes
         // nothing.

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "services/company_services.h"
+#include "suite/computer/computer_trouble.h"
 #include "suite/engine/export_list.h"
 #include "suite/engine/export_writer.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace qndr::suite {
@@ -13,9 +15,12 @@ class CompanyLibrary;
 
 /// The Import/Export engine of this suite: it moves rows between company databases as exchange files
 /// (docs/formats.md) and settles which version of a row stays. Before Initialize and after PreTerminate it exports
-/// and imports nothing and answers False.
+/// and imports nothing and answers False, as it does while this computer's trouble stands.
 class ImportExportEngine : public services::Engine {
   public:
+    /// The trouble must outlive the engine.
+    explicit ImportExportEngine(ComputerTrouble& trouble) : trouble_(trouble) {}
+
     /// Raises services::Failure for a library of another make.
     void Initialize(services::SharedCodeLibrary& library) override;
     /// True: each export and import is entered in the company's event list.
@@ -25,6 +30,8 @@ class ImportExportEngine : public services::Engine {
     void ClearExports() override { pending_ = {}; }
     void AddToExport(const std::string& table, const std::string& statement, bool deletion) override;
     bool DoExport(const std::string& path) override;
+    /// False for a file that has something wrong with it: that is an event, and the file counts as done. Whatever
+    /// else keeps it out is noted as this computer's trouble, so that the file stays.
     bool ImportFile(const std::string& path) override;
     /// The order and its items, without origins: a kept copy is taken back as a version like any other. The
     /// pending list is not touched.
@@ -33,8 +40,9 @@ class ImportExportEngine : public services::Engine {
 
   private:
     bool Export(const ExportList& list, ExportOrigin origin, const std::string& path);
-    void Tell(const std::string& text);
+    void Tell(const std::string& text, std::optional<std::int32_t> number = std::nullopt);
 
+    ComputerTrouble& trouble_;
     CompanyLibrary* library_ = nullptr;
     bool verbose_ = false;
     bool ignoreUnknownTables_ = false;

@@ -1,5 +1,6 @@
 #include "suite/engine/export_list.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace qndr::suite {
@@ -38,6 +39,10 @@ void ExportList::Add(std::string_view table, std::string_view statement, bool de
     }
     entry.kind = place->second;
     entries_.push_back(entry);
+}
+
+bool ExportList::HoldsWholeTables() const {
+    return std::any_of(kinds_.begin(), kinds_.end(), [](const Kind& kind) { return !kind.singleRow; });
 }
 
 } // namespace qndr::suite

@@ -27,6 +27,9 @@ class ExportList {
 
     void Add(std::string_view table, std::string_view statement, bool deletion);
 
+    /// Whether some entry asks for more than one row, as those of full data do.
+    bool HoldsWholeTables() const;
+
     const std::vector<Kind>& Kinds() const { return kinds_; }
     const std::deque<Entry>& Entries() const { return entries_; }
 

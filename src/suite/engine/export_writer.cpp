@@ -2,6 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/computer/operating_system.h"
+#include "suite/engine/refused_files.h"
 #include "suite/engine/sent_ranges.h"
 #include "suite/files/ascii_case.h"
 
@@ -23,8 +24,9 @@ constexpr std::string_view DeletionWithOrigin =
 ExportWriter::ExportWriter(const SqliteConnection& connection, ExportFile& file, ExportOrigin origin)
     : connection_(connection), file_(file), origin_(origin),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")),
-      newestAudit_(connection.Prepare("SELECT ID, Origin, OriginID FROM AuditLog WHERE TableName = ?1 "
-                                      "AND AuditUniqueID = ?2 ORDER BY ID DESC LIMIT 1")) {
+      newestAudit_(
+          connection.Prepare("SELECT ID, Origin, OriginID FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE "
+                             "AND AuditUniqueID = ?2 ORDER BY ID DESC LIMIT 1")) {
 }
 
 void ExportWriter::WriteAll(const ExportList& list) {
@@ -36,6 +38,10 @@ void ExportWriter::WriteAll(const ExportList& list) {
     if (const std::string seen = AcceptedFiles(connection_); origin_ == ExportOrigin::Tell && !seen.empty()) {
         text_ += "\" Seen=\"";
         AppendXmlText(text_, seen);
+        if (const std::string refused = RefusedFiles(connection_); !refused.empty()) {
+            text_ += "\" Refused=\"";
+            AppendXmlText(text_, refused);
+        }
         text_ += "\" FileID=\"" + RandomToken();
     }
     text_ += "\">\n";

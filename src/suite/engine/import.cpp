@@ -1,6 +1,5 @@
 #include "suite/engine/import.h"
 
-#include "services/failure.h"
 #include "suite/engine/import_applier.h"
 #include "suite/engine/import_pipe.h"
 
@@ -20,12 +19,13 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
     ImportPipe pipe(reader);
     const ImportBatch* batch = pipe.Next();
     if (batch == nullptr) {
-        throw services::Failure("the file is empty");
+        throw FileRefused("the file is empty");
     }
     const SqliteCacheSize cache(connection, ImportCacheKibibytes);
     const SqliteTemporaryMemory temporary(connection);
-    ImportApplier applier(connection, batch->from, batch->seen);
+    ImportApplier applier(connection, *batch);
     if (!applier.Begin(batch->from, batch->fileID)) {
+        applier.Commit();
         return {};
     }
     for (; batch != nullptr; batch = pipe.Next()) {

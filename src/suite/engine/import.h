@@ -15,8 +15,9 @@ struct ImportResult {
     std::int64_t givenUp = 0;   ///< while a reset is pending: changes that it gave up and that main does not have
 };
 
-/// Takes a whole exchange file into a company database. Durable when it returns; raises services::Failure, with
-/// nothing changed, when the file as a whole cannot be taken.
+/// Takes a whole exchange file into a company database. Durable when it returns. With nothing changed it raises
+/// FileRefused when something is wrong with the file, and any other std::exception when this computer could not
+/// read or store it.
 ImportResult Import(const SqliteConnection& connection, const std::string& path,
                     ImportReader::UnknownTables unknownTables);
 

@@ -2,10 +2,10 @@
 
 namespace qndr::suite {
 
-ImportApplier::ImportApplier(const SqliteConnection& connection, const std::string& sender,
-                             const std::string& seen)
-    : connection_(connection), transaction_(connection, SqliteTransaction::Kind::Write),
-      rules_(connection, sender, seen), audits_(connection, rules_.IsMain()), ledger_(connection) {
+ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBatch& first)
+    : connection_(connection),
+      transaction_(connection, SqliteTransaction::Kind::Write, LockWait::Patience::Import),
+      rules_(connection, first), audits_(connection, rules_.IsMain()), ledger_(connection) {
     KeepBeforeImport(connection_);
     givenUp_.emplace(connection_);
     SqliteStatement insert =
@@ -15,6 +15,9 @@ ImportApplier::ImportApplier(const SqliteConnection& connection, const std::stri
 }
 
 bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) {
+    SqliteStatement mark = connection_.Prepare("UPDATE TakenFile SET Sender = ?1");
+    mark.Bind(1, rules_.IsMain() ? std::string_view(sender) : MainReceiver);
+    mark.Step();
     if (!rules_.IsMain() || fileID.empty()) {
         return true;
     }
@@ -60,8 +63,8 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
         ledger_.AddProblem(batch, record, record.problem);
         return;
     }
-    OriginRules::Decision decision =
-        rules_.Decide(record.table->name, batch.Text(record, record.uniqueID), batch.Text(record, record.origin));
+    OriginRules::Decision decision = rules_.Decide(record.table->name, batch.Text(record, record.uniqueID),
+                                                   batch.Text(record, record.origin), record.originID);
     if (rules_.IsMain()) {
         MarkOrigin(batch, record);
     }

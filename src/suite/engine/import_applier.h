@@ -23,10 +23,12 @@ class ImportApplier {
   public:
     /// Waits for the right to write, and marks what follows as an import: a main company audits it as a change of
     /// the record's origin, a workstation does not audit it.
-    ImportApplier(const SqliteConnection& connection, const std::string& sender, const std::string& seen);
+    /// `first` tells of the file; its records are not looked at.
+    ImportApplier(const SqliteConnection& connection, const ImportBatch& first);
 
-    /// False when main took this very file last from its sender: then nothing of it is to be applied. A
-    /// workstation takes a file any number of times, for its tables may have been cleared since.
+    /// Marks the file as taken in, for whoever stores its number. False when main took this very file last from
+    /// its sender: then nothing of it is to be applied, and the mark alone to be committed. A workstation takes a
+    /// file any number of times, for its tables may have been cleared since.
     bool Begin(const std::string& sender, const std::string& fileID);
 
     void Apply(const ImportBatch& batch);

@@ -41,9 +41,10 @@ struct ImportRecord {
 
 /// Some consecutive records of a file. The buffers are used again and again, so that reading allocates nothing.
 struct ImportBatch {
-    std::string from;   ///< UniqueID of the sending company
-    std::string seen;   ///< how many files of which companies the sender had accepted (sent_ranges.h)
-    std::string fileID; ///< which file this is; empty for one that may be taken any number of times
+    std::string from;    ///< UniqueID of the sending company
+    std::string seen;    ///< how many files of which companies the sender had accepted (sent_ranges.h)
+    std::string refused; ///< which files of which companies its sender could not take in (refused_files.h)
+    std::string fileID;  ///< which file this is; empty for one that may be taken any number of times
     std::string text;
     std::vector<ImportValue> values;
     std::vector<ImportRecord> records;

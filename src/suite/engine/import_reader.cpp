@@ -21,6 +21,9 @@ constexpr std::size_t ChunkSize = 128 * 1024;
 /// problem of its own; it must not take the whole file, or all memory, with it.
 constexpr std::size_t LargestValue = 96U * 1024 * 1024;
 
+/// More than a main company of a thousand workstations could tell of.
+constexpr std::size_t LongestRefusedList = 512 * 1024;
+
 /// Stored in every file: never change.
 constexpr int FormatVersion = 1;
 
@@ -108,14 +111,23 @@ bool ImportReader::Read(ImportBatch& batch) {
         atEnd_ = file_.eof();
         const auto length = static_cast<int>(file_.gcount());
         if (XML_ParseBuffer(parser_.get(), length, atEnd_ ? 1 : 0) != XML_STATUS_OK) {
-            throw Failure(!refusal_.empty() ? refusal_ : XML_ErrorString(XML_GetErrorCode(parser_.get())));
+            RaiseParserError();
         }
     }
     SetAside(batch);
     batch.from = from_;
     batch.seen = seen_;
+    batch.refused = refused_;
     batch.fileID = fileID_;
     return true;
+}
+
+void ImportReader::RaiseParserError() const {
+    const XML_Error error = XML_GetErrorCode(parser_.get());
+    if (error == XML_ERROR_NO_MEMORY) {
+        throw Failure("there is no memory for reading a file");
+    }
+    throw FileRefused(!refusal_.empty() ? refusal_ : XML_ErrorString(error));
 }
 
 void ImportReader::SetAside(ImportBatch& batch) {
@@ -169,7 +181,11 @@ void ImportReader::StartExchange(std::string_view name, const char** attributes)
     }
     from_ = Attribute(attributes, "From");
     seen_ = Attribute(attributes, "Seen");
+    refused_ = Attribute(attributes, "Refused");
     fileID_ = Attribute(attributes, "FileID");
+    if (refused_.size() > LongestRefusedList) {
+        Refuse("the list of refused files is too long");
+    }
 }
 
 void ImportReader::StartTable(std::string_view name, const char** attributes) {

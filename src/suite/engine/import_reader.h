@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/failure.h"
 #include "suite/engine/import_batch.h"
 
 #include <expat.h>
@@ -12,6 +13,12 @@
 
 namespace qndr::suite {
 
+/// Something is wrong with the file itself: at any other time and on any other computer it would be refused too.
+class FileRefused : public services::Failure {
+  public:
+    using Failure::Failure;
+};
+
 /// Reads an exchange file piece by piece. What the company database must not take from a file (unknown tables and
 /// columns, local keys and columns) is left out here. Touches no database.
 class ImportReader {
@@ -22,8 +29,8 @@ class ImportReader {
     ImportReader(const std::string& path, UnknownTables unknownTables);
 
     /// Fills the batch with the next records and gives true, or gives false at the end of the file. A batch may be
-    /// empty. Raises services::Failure when the file cannot be read, is not well-formed, or is no exchange file of
-    /// a version that is known here.
+    /// empty. Raises FileRefused when the file is not well-formed or is no exchange file of a version that is
+    /// known here, and services::Failure when it cannot be read.
     bool Read(ImportBatch& batch);
 
   private:
@@ -34,6 +41,7 @@ class ImportReader {
     void EndElement();
     void AddText(std::string_view text);
     void Refuse(const std::string& reason);
+    [[noreturn]] void RaiseParserError() const;
 
     void StartExchange(std::string_view name, const char** attributes);
     void StartTable(std::string_view name, const char** attributes);
@@ -56,6 +64,7 @@ class ImportReader {
     int depth_ = 0;
     std::string from_;
     std::string seen_;
+    std::string refused_;
     std::string fileID_;
     const Table* table_ = nullptr; ///< null: the table's records are passed over
     bool deletion_ = false;

@@ -1,6 +1,5 @@
 #include "suite/engine/import_table.h"
 
-#include "services/failure.h"
 #include "suite/engine/row_json.h"
 #include "suite/files/ascii_case.h"
 
@@ -95,7 +94,7 @@ void ImportTable::BindValue(SqliteStatement& statement, const ImportBatch& batch
         break;
     }
     if (result != SQLITE_OK) {
-        throw services::Failure(sqlite3_errstr(result));
+        throw DatabaseError(KindOf(result), sqlite3_errstr(result));
     }
 }
 
@@ -106,13 +105,13 @@ ImportTable::Outcome ImportTable::Run(SqliteStatement& statement) const {
         sqlite3_reset(statement.Handle());
         return {.changed = changed, .refusal = {}};
     }
-    const std::string words = sqlite3_errmsg(connection_.Handle());
+    const DatabaseError error = LastErrorOf(connection_.Handle());
     sqlite3_reset(statement.Handle());
     // A refused statement undoes itself alone; where the whole transaction went with it, nothing may follow.
     if (!IsRecordsFault(result) || sqlite3_get_autocommit(connection_.Handle()) != 0) {
-        throw services::Failure(words);
+        throw error;
     }
-    return {.changed = false, .refusal = words};
+    return {.changed = false, .refusal = error.what()};
 }
 
 SqliteStatement& ImportTable::UpsertFor(std::uint64_t columns) {

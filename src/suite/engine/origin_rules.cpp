@@ -12,23 +12,37 @@ namespace {
 /// What Company.CompanyType says of a workstation; every other company is one that others report to.
 constexpr std::int64_t RoamingWorkstationType = 2;
 
+NotTakenFiles NotTakenBy(const SqliteConnection& connection, std::string_view receiver, std::string_view refused,
+                         std::string_view own) {
+    NoteNotTakenFiles(connection, receiver, refused, own);
+    return {connection, receiver};
+}
+
 } // namespace
 
-OriginRules::OriginRules(const SqliteConnection& connection, const std::string& sender, const std::string& seen)
-    : newest_(connection.Prepare("SELECT ID, Origin FROM AuditLog WHERE TableName = ?1 AND AuditUniqueID = ?2 "
-                                 "ORDER BY ID DESC LIMIT 1")),
-      own_(connection.Value("SELECT UniqueID FROM Company").value_or("")), sender_(sender),
+OriginRules::OriginRules(const SqliteConnection& connection, const ImportBatch& file)
+    : newest_(connection.Prepare(
+          "SELECT ID, Origin FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE AND AuditUniqueID = ?2 "
+          "ORDER BY ID DESC LIMIT 1")),
+      own_(connection.Value("SELECT UniqueID FROM Company").value_or("")), sender_(file.from),
       isMain_(connection.Number("SELECT CompanyType FROM Company") != RoamingWorkstationType),
-      skipped_(connection, sender), latest_(connection.Number("SELECT MAX(ID) FROM AuditLog")) {
+      skipped_(connection, sender_), notTaken_(NotTakenBy(connection, Receiver(), file.refused, own_)),
+      latest_(connection.Number("SELECT MAX(ID) FROM AuditLog")) {
     if (!isMain_) {
         sent_ = connection.Number("SELECT LastAuditID FROM Company");
     }
-    const std::optional<std::int64_t> files = AcceptedFilesOf(seen, own_);
-    known_ = files ? CoveredBy(connection, isMain_ ? sender : MainReceiver, *files) : sent_;
-    if (IsResetPending(connection)) {
+    const std::optional<std::int64_t> files = AcceptedFilesOf(file.seen, own_);
+    tellsSeen_ = files.has_value();
+    known_ = files ? CoveredBy(connection, Receiver(), *files) : sent_;
+    isResetPending_ = IsResetPending(connection);
+    if (isResetPending_) {
         // What this workstation had against main is given up and kept; none of it will ever be sent.
         known_ = latest_;
     }
+}
+
+std::string_view OriginRules::Receiver() const {
+    return isMain_ ? std::string_view(sender_) : MainReceiver;
 }
 
 OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string_view uniqueID) {
@@ -42,17 +56,25 @@ OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string
     return newest;
 }
 
+bool OriginRules::IsOwnBeforeNewest(const Newest& newest, std::string_view origin, std::int64_t originID) const {
+    return !isMain_ && !tellsSeen_ && !isResetPending_ && EqualsWithoutCase(origin, own_) &&
+           newest.id > originID && newest.id <= latest_;
+}
+
 bool OriginRules::WasKnown(std::string_view table, const Newest& newest) const {
-    return newest.id <= known_ && !skipped_.Hides(table, newest.id);
+    return newest.id <= known_ && !skipped_.Hides(table, newest.id) && !notTaken_.Hold(newest.id);
 }
 
 OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_view uniqueID,
-                                          std::string_view origin) {
+                                          std::string_view origin, std::int64_t originID) {
     // A full import asks half a million times: nothing is looked up where no local version can matter.
-    if (latest_ <= known_ && skipped_.Empty()) {
+    if (tellsSeen_ && latest_ <= known_ && skipped_.Empty() && notTaken_.Empty()) {
         return {};
     }
     const Newest newest = NewestAudit(table, uniqueID);
+    if (IsOwnBeforeNewest(newest, origin, originID)) {
+        return {Verdict::PassOver, {}, {}};
+    }
     // Audit rows above latest_ are this import's own.
     if (WasKnown(table, newest) || newest.id > latest_) {
         return {};
@@ -65,8 +87,8 @@ OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_vi
         }
         return {Verdict::TakeAndKeepLoser, newest.origin.empty() ? own_ : newest.origin, arriving};
     }
-    // What was sent wins as soon as it reaches main, and main keeps the version that loses then.
-    if (newest.id <= sent_ || EqualsWithoutCase(origin, own_)) {
+    // What is on its way wins as soon as it reaches main, and main keeps the version that loses then.
+    if ((newest.id <= sent_ && !notTaken_.Hold(newest.id)) || EqualsWithoutCase(origin, own_)) {
         return {Verdict::PassOver, {}, {}};
     }
     return {Verdict::KeepOwn, arriving, own_};

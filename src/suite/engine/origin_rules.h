@@ -1,6 +1,8 @@
 #pragma once
 
 #include "suite/database/sqlite_connection.h"
+#include "suite/engine/import_batch.h"
+#include "suite/engine/refused_files.h"
 #include "suite/engine/sent_ranges.h"
 
 #include <cstdint>
@@ -15,14 +17,14 @@ namespace qndr::suite {
 /// between the two. Made inside the import's transaction, before its first write.
 class OriginRules {
   public:
-    /// `seen` is what the file says of the files that its sender had accepted.
-    OriginRules(const SqliteConnection& connection, const std::string& sender, const std::string& seen);
+    /// `file` says which files its sender had accepted, and which of them it could not take in.
+    OriginRules(const SqliteConnection& connection, const ImportBatch& file);
 
     enum class Verdict {
         Take,
         TakeAndKeepLoser, ///< the version that stands here was unknown to the sender
-        KeepOwn,          ///< the arriving version loses against an unsent change of this workstation
-        PassOver          ///< nothing of it is to be kept: a newer version of this workstation is on its way
+        KeepOwn, ///< the arriving version loses against a change of this workstation that is not on its way
+        PassOver ///< nothing of it is to be kept: a newer version of this workstation is on its way
     };
 
     struct Decision {
@@ -31,8 +33,9 @@ class OriginRules {
         std::string winningOrigin;
     };
 
-    /// `origin` is empty for the records of a full export.
-    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin);
+    /// `origin` is empty for the records of a full export; otherwise `originID` is the version's number there.
+    Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin,
+                    std::int64_t originID);
 
     bool IsMain() const { return isMain_; }
 
@@ -44,15 +47,23 @@ class OriginRules {
     };
     Newest NewestAudit(std::string_view table, std::string_view uniqueID);
 
+    /// The sender as SentRanges names it.
+    std::string_view Receiver() const;
+    /// A file that does not tell what its sender had accepted counts as made with sight of all that was sent. Of
+    /// this workstation's own versions it tells more: one that it changed since was not seen yet.
+    bool IsOwnBeforeNewest(const Newest& newest, std::string_view origin, std::int64_t originID) const;
     bool WasKnown(std::string_view table, const Newest& newest) const;
 
     SqliteStatement newest_;
     std::string own_;
     std::string sender_;
     bool isMain_ = false;
+    bool tellsSeen_ = false;
+    bool isResetPending_ = false;
     std::int64_t sent_ = 0;   ///< on a workstation: the audit rows up to here are out
     std::int64_t known_ = 0;  ///< the audit rows up to here were known to the sender when it made the file
     SkippedRanges skipped_;   ///< on main: what the sender never got although it is below
+    NotTakenFiles notTaken_;  ///< what the sender could not take in although it is below
     std::int64_t latest_ = 0; ///< the newest audit row before this import
 };
 

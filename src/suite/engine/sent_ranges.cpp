@@ -1,6 +1,7 @@
 #include "suite/engine/sent_ranges.h"
 
 #include "suite/company/company_schema.h"
+#include "suite/engine/refused_files.h"
 #include "suite/files/ascii_case.h"
 
 #include <algorithm>
@@ -11,9 +12,13 @@ namespace qndr::suite {
 std::string AcceptedFiles(const SqliteConnection& connection) {
     return connection
         .Value(
-            "SELECT group_concat(UniqueID || ':' || Files, ' ') FROM ("
-            "SELECT MainUniqueID AS UniqueID, NextSequenceFromMain AS Files FROM Company WHERE MainUniqueID <> '' "
-            "UNION ALL SELECT UniqueID, NextSequenceFromRoaming FROM RoamingWorkstations)")
+            "SELECT group_concat(UniqueID || ':' || ifnull((SELECT min(Files, Sequence) FROM RefusedFiles WHERE "
+            "Sender = SenderKey ORDER BY Sequence LIMIT 1 OFFSET " +
+            std::to_string(MostRefusedFilesTold) +
+            "), Files), ' ') FROM (SELECT MainUniqueID AS UniqueID, '' AS SenderKey, NextSequenceFromMain AS "
+            "Files "
+            "FROM Company WHERE MainUniqueID <> '' "
+            "UNION ALL SELECT UniqueID, UniqueID, NextSequenceFromRoaming FROM RoamingWorkstations)")
         .value_or("");
 }
 
@@ -49,6 +54,15 @@ std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view rece
     forget.Bind(2, range.Integer(0));
     forget.Step();
     return covered;
+}
+
+void NoteSnapshot(const SqliteConnection& connection, std::int64_t newestAuditID) {
+    SqliteTransaction transaction(connection, SqliteTransaction::Kind::Write);
+    connection.Execute("DELETE FROM ExportSnapshot");
+    SqliteStatement note = connection.Prepare("INSERT INTO ExportSnapshot (AuditID) VALUES (?1)");
+    note.Bind(1, newestAuditID);
+    note.Step();
+    transaction.Commit();
 }
 
 SkippedRanges::SkippedRanges(const SqliteConnection& connection, std::string_view receiver) {

@@ -11,7 +11,9 @@
 namespace qndr::suite {
 
 /// How many change files of each company this one exchanges with it has accepted, as "UniqueID:number" with blanks
-/// between: main for a workstation, all workstations for main. Empty for a company that exchanges with none.
+/// between: main for a workstation, all workstations for main. Empty for a company that exchanges with none. Those
+/// of them that it could not take in stand in RefusedFiles; behind more of them than that tells, nothing is
+/// accepted.
 std::string AcceptedFiles(const SqliteConnection& connection);
 
 /// The number that a text of AcceptedFiles has for a company; nothing when it has none.
@@ -25,6 +27,10 @@ inline constexpr std::string_view MainReceiver;
 /// version too many, too high a one would lose values. What fewer files covered is forgotten; a caller has a
 /// transaction.
 std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view receiver, std::int64_t files);
+
+/// Remembers the newest audit row of an export of whole tables as it stood in the export's transaction, in the
+/// place of what was remembered; a transaction of its own.
+void NoteSnapshot(const SqliteConnection& connection, std::int64_t newestAuditID);
 
 /// The audit rows that full data to a workstation has skipped. A row whose newest version is among them never got
 /// there, unless the table's rows are all part of full data.

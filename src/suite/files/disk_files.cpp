@@ -72,7 +72,8 @@ bool MayBecomeFile(const std::string& target, bool overwrite) {
 
 } // namespace
 
-DiskFileTools::DiskFileTools(std::string temporaryFolder) : temporaryFolder_(std::move(temporaryFolder)) {
+DiskFileTools::DiskFileTools(std::string temporaryFolder, ComputerTrouble* trouble)
+    : temporaryFolder_(std::move(temporaryFolder)), trouble_(trouble) {
 }
 
 bool DiskFileTools::FileIsPresent(const std::string& path) {
@@ -130,7 +131,7 @@ std::string DiskFileTools::CreateTemporaryFile(const std::string& folder, const 
 }
 
 bool DiskFileTools::DeleteFile(const std::string& path) {
-    return !DeleteName(path);
+    return !IsHeld(path) && !DeleteName(path);
 }
 
 bool DiskFileTools::CopyFile(const std::string& source, const std::string& target, bool overwrite) {
@@ -167,16 +168,18 @@ bool DiskFileTools::CopyFile(const std::string& source, const std::string& targe
 }
 
 bool DiskFileTools::MoveFile(const std::string& source, const std::string& target, bool overwrite) {
-    if (!IsFile(source) || NamePart(target).empty() || !MayBecomeFile(target, overwrite)) {
+    if (IsHeld(source) || !IsFile(source) || NamePart(target).empty() || !MayBecomeFile(target, overwrite)) {
         return false;
     }
-    const std::error_code error = RenameFile(source, target, overwrite ? Existing::Replace : Existing::Keep);
-    if (!error) {
-        // As a copy across file systems has it: what is moved into a folder ages from then on.
-        RenewFileDate(target);
-        return true;
+    // What is moved into a folder ages from then on, as a copy across file systems has it. The date of another
+    // user's file cannot be renewed, so that one is copied too.
+    if (!RenewFileDate(source)) {
+        const std::error_code error = RenameFile(source, target, overwrite ? Existing::Replace : Existing::Keep);
+        if (error != std::errc::cross_device_link) {
+            return !error;
+        }
     }
-    if (error != std::errc::cross_device_link || !CopyFile(source, target, overwrite)) {
+    if (!CopyFile(source, target, overwrite)) {
         return false;
     }
     if (DeleteName(source)) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/file_tools.h"
+#include "suite/computer/computer_trouble.h"
 
 #include <string>
 
@@ -9,8 +10,9 @@ namespace qndr::suite {
 /// Single files on this computer's disks and shares.
 class DiskFileTools : public services::FileTools {
   public:
-    /// The temporary folder is made, for this user alone, whenever it is needed and missing.
-    explicit DiskFileTools(std::string temporaryFolder);
+    /// The temporary folder is made, for this user alone, whenever it is needed and missing. What `trouble` holds
+    /// is neither deleted nor moved; it must outlive the object.
+    explicit DiskFileTools(std::string temporaryFolder, ComputerTrouble* trouble = nullptr);
 
     bool FileIsPresent(const std::string& path) override;
     bool FileExists(const std::string& path) override;
@@ -28,7 +30,10 @@ class DiskFileTools : public services::FileTools {
     std::string ToFileToken(const std::string& text) override;
 
   private:
+    bool IsHeld(const std::string& path) const { return trouble_ != nullptr && trouble_->Holds(path); }
+
     std::string temporaryFolder_;
+    ComputerTrouble* trouble_;
 };
 
 } // namespace qndr::suite

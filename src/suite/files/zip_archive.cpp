@@ -197,6 +197,9 @@ std::int32_t LibZipArchive::OpenZip(const std::string& path) {
     if (written_ != nullptr || reading_) {
         return Fail("The archive object is in use for '" + path_ + "'.");
     }
+    if (trouble_ != nullptr) {
+        trouble_->TakeInHand(path);
+    }
     FileFacts facts;
     const std::error_code error = shelf_->Reads().Facts(path, facts);
     if (!error && !facts.file) {

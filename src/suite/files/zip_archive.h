@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/zip_archive.h"
+#include "suite/computer/computer_trouble.h"
 #include "suite/files/archive_shelf.h"
 #include "suite/files/zip_reader.h"
 
@@ -21,8 +22,9 @@ class LibZipArchive final : public services::ZipArchive {
   public:
     /// An archive by itself: it waits for nothing.
     LibZipArchive();
-    /// The shelf outlives the archive.
-    explicit LibZipArchive(ArchiveShelf& shelf) : shelf_(&shelf), reader_(shelf.Reads()) {}
+    /// The trouble, if there is one, is told which archive is read. Both outlive the archive.
+    explicit LibZipArchive(ArchiveShelf& shelf, ComputerTrouble* trouble = nullptr)
+        : shelf_(&shelf), trouble_(trouble), reader_(shelf.Reads()) {}
     /// Throws away what was not written.
     ~LibZipArchive() override;
     LibZipArchive(const LibZipArchive&) = delete;
@@ -59,6 +61,7 @@ class LibZipArchive final : public services::ZipArchive {
     std::unique_ptr<FileReads> ownReads_;
     std::unique_ptr<ArchiveShelf> ownShelf_;
     ArchiveShelf* shelf_;
+    ComputerTrouble* trouble_ = nullptr;
     std::string path_;
     std::string lastErrorText_;
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -78,6 +79,11 @@ std::vector<std::string> RunningProcessNames() {
         }
     }
     return names;
+}
+
+std::uint64_t UnixMilliseconds() {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
 }
 
 std::uint64_t RandomBits() {

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdint>
+
+namespace qndr::suite {
+
+// CompanyEvents.EventNumber, beside that of a sync reset, which is the agent's. Stored: never change.
+
+inline constexpr std::int32_t FileRefusedEvent = 3;     ///< something is wrong with a file itself
+inline constexpr std::int32_t ComputerTroubleEvent = 4; ///< this computer could not store something; it is kept
+
+} // namespace qndr::suite

@@ -1,0 +1,176 @@
+#include "golden/golden_run.h"
+
+#include "agent/pipelines.h"
+
+#include <set>
+
+namespace qndr::testing {
+namespace {
+
+using Way = ScriptedGate::Way;
+
+/// What must be taken away from `good` and put into it to become `other`, in order.
+Lines Differences(const Lines& good, const Lines& other) {
+    std::vector<std::vector<int>> common(good.size() + 1, std::vector<int>(other.size() + 1));
+    for (std::size_t i = good.size(); i-- > 0;) {
+        for (std::size_t j = other.size(); j-- > 0;) {
+            common[i][j] =
+                good[i] == other[j] ? common[i + 1][j + 1] + 1 : std::max(common[i + 1][j], common[i][j + 1]);
+        }
+    }
+    Lines lines;
+    for (std::size_t i = 0, j = 0; i < good.size() || j < other.size();) {
+        std::size_t more = 0; // of the same run of missing lines
+        while (i < good.size() && (j == other.size() || good[i] != other[j]) &&
+               (j == other.size() || common[i + 1][j] >= common[i][j + 1])) {
+            if (more++ == 0) {
+                lines.push_back("    - " + good[i]);
+            }
+            ++i;
+        }
+        if (more > 1) {
+            lines.push_back("      (and " + std::to_string(more - 1) + " more)");
+        }
+        for (; j < other.size() &&
+               (i == good.size() || (good[i] != other[j] && common[i + 1][j] < common[i][j + 1]));
+             ++j) {
+            lines.push_back("    + " + other[j]);
+        }
+        if (i < good.size() && j < other.size() && good[i] == other[j]) {
+            ++i, ++j;
+        }
+    }
+    return lines;
+}
+
+/// Whether this call is to fail. Of the entries of an export the first stands for all.
+bool IsToFail(const Scene& scene, const std::string& call) {
+    static const std::set<std::string> sharedOnly{"ObjectFactory.CreateZipArchive",
+                                                  "ZipArchive.AppendFiles",
+                                                  "ZipArchive.WriteZipAndClose",
+                                                  "ZipArchive.GetEntryByName",
+                                                  "ZipEntry.Extract",
+                                                  "ZipArchive.CloseZip",
+                                                  "ObjectFactory.CreateFileManager",
+                                                  "FileManager.Initialize",
+                                                  "FileManager.GetRootFolderPath",
+                                                  "FileManager.PreTerminate",
+                                                  "ObjectFactory.CreateUpgrader",
+                                                  "Upgrader.LatestVersion",
+                                                  "Upgrader.PreTerminate",
+                                                  "IniTools.GetValue",
+                                                  "IniTools.SetValue",
+                                                  "SystemTools.GetIdentifierText",
+                                                  "FileTools.ToFileToken",
+                                                  "PathTools.SplitPath2",
+                                                  "ProgramFacts.Folder",
+                                                  "ProgramFacts.ExecutableName",
+                                                  "WaitableTimers.Create",
+                                                  "FileTools.GetFileBaseName",
+                                                  "FileTools.GetFileDate"};
+    const std::string name = call.substr(0, call.find(' '));
+    return IsOfTheStep(call) && (scene.inFull || !sharedOnly.contains(name)) &&
+           (name != "Engine.AddToExport" || call == name + " 1");
+}
+
+/// What a routine of the sync files says of its own failure stands in the file of that routine. Elsewhere only
+/// what the step makes of it is told.
+Lines WithoutDetails(const Lines& lines) {
+    static const Lines details{"log: Error: Unable to read the sync file",
+                               "log: Error: Unable to process the sync file",
+                               "log: Error: Unable to create a ",
+                               "log: Managed deleting is disabled.",
+                               "log: Unable to create the manage delete folder",
+                               "log: Unable to move the sync file"};
+    Lines kept;
+    bool follows = false;
+    for (const std::string& line : lines) {
+        const bool isDetail =
+            std::ranges::any_of(details, [&](const auto& start) { return line.starts_with(start); }) ||
+            line.ends_with(" will not be read because it does not exist.");
+        if (!isDetail && !(follows && line == "log: ")) {
+            kept.push_back(line);
+        }
+        follows = isDetail;
+    }
+    return kept;
+}
+
+using Consequences = std::vector<std::pair<Lines, std::string>>;
+
+/// Calls with the same consequence stand together, in the place of the first.
+void Enter(Consequences& consequences, const Lines& differences, const std::string& failed) {
+    const auto same = std::ranges::find(consequences, differences, &Consequences::value_type::first);
+    if (same == consequences.end()) {
+        consequences.emplace_back(differences, failed);
+        return;
+    }
+    const std::size_t line = same->second.rfind('\n') + 1;
+    same->second += (same->second.size() - line + failed.size() > 110 ? ",\n  " : ", ") + failed;
+}
+
+/// The good run, and behind it what is different when each of its calls is refused or raises in turn.
+std::string Describe(const Scene& scene) {
+    GoldenRun good(scene);
+    good.Play(0, Way::Admit);
+    Consequences consequences;
+    for (std::size_t number = 1; number <= good.Calls(); ++number) {
+        const std::string call = good.NameOfCall(number);
+        if (!IsToFail(scene, call)) {
+            continue;
+        }
+        const auto differencesOf = [&](Way way, bool& raised) {
+            GoldenRun run(scene, good.Before());
+            run.Play(number, way);
+            raised = run.RefusalRaised();
+            return Differences(good.Outcome(), scene.inFull ? run.Outcome() : WithoutDetails(run.Outcome()));
+        };
+        bool raised = false;
+        const Lines refused = differencesOf(Way::Refuse, raised);
+        Enter(consequences, refused, call);
+        if (const Lines broken = raised ? refused : differencesOf(Way::Raise, raised); broken != refused) {
+            Enter(consequences, broken, call + " raises");
+        }
+    }
+    std::string text;
+    for (const std::string& line : good.Transcript()) {
+        text += line + "\n";
+    }
+    for (const auto& [differences, calls] : consequences) {
+        text += "\n* " + calls + "\n" + (differences.empty() ? "    changes nothing\n" : "");
+        for (const std::string& line : differences) {
+            text += line + "\n";
+        }
+    }
+    return text;
+}
+
+class GoldenSteps : public ::testing::TestWithParam<std::size_t> {};
+
+TEST_P(GoldenSteps, DoWhatWasReadAndFoundRight) {
+    const Scene& scene = Scenes()[GetParam()];
+    const std::string path = QNDR_GOLDEN_FOLDER "/" + scene.name + ".txt";
+    const std::string text = Describe(scene);
+    if (std::getenv("QNDR_WRITE_GOLDEN") != nullptr) {
+        WriteText(path, text);
+    }
+    EXPECT_EQ(text, ReadText(path)) << "when that is right: QNDR_WRITE_GOLDEN=1, and read the change";
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryCall, GoldenSteps, ::testing::Range(std::size_t{0}, Scenes().size()),
+                         [](const auto& scene) { return Scenes()[scene.param].name; });
+
+TEST(GoldenScenes, AreThereForEveryStepOfThePipelines) {
+    std::set<std::string> steps;
+    for (const Scene& scene : Scenes()) {
+        steps.insert(scene.name);
+    }
+    for (const auto& pipeline : {MainSteps(), RoamingSteps()}) {
+        for (const PipelineStep& step : pipeline) {
+            EXPECT_TRUE(steps.contains(step.name)) << step.name;
+        }
+    }
+}
+
+} // namespace
+} // namespace qndr::testing
