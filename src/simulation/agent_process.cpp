@@ -127,10 +127,10 @@ class AgentProcess::Parts {
     services::AgentServices services;
 };
 
-AgentProcess::AgentProcess(SimulatedComputer& computer, FaultGate& gate, const FaultPlan& plan,
-                           SeededRandom& random, Chronicle& chronicle, ImportWatch& watch)
+AgentProcess::AgentProcess(SimulatedComputer& computer, FaultGate& gate, ComputerFaults& below,
+                           const FaultPlan& plan, SeededRandom& random, Chronicle& chronicle, ImportWatch& watch)
     : computer_(computer), outside_(computer.Places(), {computer.Time(), computer.Time(), computer.Time()},
-                                    "qndr5rwsync", {"Companies"}, &gate),
+                                    "qndr5rwsync", {"Companies"}, &gate, &below),
       parts_(std::make_unique<Parts>(outside_.Services(), computer, gate, plan, random, chronicle, watch)),
       context_(std::make_unique<AgentContext>(parts_->services)),
       scheduler_(new AgentScheduler(*context_, *this, *this)) {

@@ -17,8 +17,8 @@ namespace qndr::simulation {
 class AgentProcess : private AgentView, private ActivityTarget {
   public:
     /// All of them must outlive the process; each call may end with AgentDied.
-    AgentProcess(SimulatedComputer& computer, FaultGate& gate, const FaultPlan& plan, SeededRandom& random,
-                 Chronicle& chronicle, ImportWatch& watch);
+    AgentProcess(SimulatedComputer& computer, FaultGate& gate, ComputerFaults& below, const FaultPlan& plan,
+                 SeededRandom& random, Chronicle& chronicle, ImportWatch& watch);
     ~AgentProcess() override;
     AgentProcess(const AgentProcess&) = delete;
     AgentProcess& operator=(const AgentProcess&) = delete;

@@ -5,10 +5,14 @@
 namespace qndr::simulation {
 namespace {
 
-const std::set<std::string, std::less<>> WritesToTheDatabase{"Database.ExecuteNonQuery"};
+/// Few kinds of calls fail in a run, and those often: most calls come once or twice in a pass, and what comes of a
+/// failure shows in the passes behind it.
+constexpr double Weak = 0.06;
+constexpr double WeakOften = 0.1;
+/// What is small still finds room on a full disk.
+constexpr double FullOften = 0.7;
 
 const std::set<std::string, std::less<>> WritesToTheDisk{
-    "Database.ExecuteNonQuery",
     "Engine.DoExport",
     "Engine.ExportOrder",
     "FileTools.CopyFile",
@@ -74,17 +78,31 @@ bool FaultGate::Admits(std::string_view call) {
         dying_ = true;
         throw AgentDied();
     }
-    const bool disturbed =
-        (diskFull_ && WritesToTheDisk.contains(call)) || (locked_ && WritesToTheDatabase.contains(call));
-    if (disturbed || (!IsPartOfTheStart(call) && !IsSettledBehindTheSeam(call) && Strikes(Fault::RefuseCall))) {
-        if (disturbed) {
-            chronicle_.Note(computer_, previous_ + " is refused, for the disk is full or the database locked");
-        } else {
-            chronicle_.NoteFault(computer_, "refuse-call", previous_ + " is refused");
-        }
+    below_.BeforeCall(call);
+    if (IsRefused(previous_)) {
         refused_.insert(previous_);
         return false;
     }
+    return true;
+}
+
+bool FaultGate::IsRefused(const std::string& call) {
+    if (below_.IsDiskFull() && WritesToTheDisk.contains(call) && random_.Chance(FullOften)) {
+        chronicle_.Note(computer_, call + " is refused, for the disk is full");
+        return true;
+    }
+    const double rate = plan_.Rate(Fault::RefuseCall);
+    if (rate == 0 || IsPartOfTheStart(call) || IsSettledBehindTheSeam(call)) {
+        return false;
+    }
+    const auto [weak, isNew] = weak_.try_emplace(call, false);
+    if (isNew) {
+        weak->second = random_.Chance(Weak);
+    }
+    if (!random_.Chance(weak->second ? WeakOften : rate)) {
+        return false;
+    }
+    chronicle_.NoteFault(computer_, "refuse-call", call + " is refused");
     return true;
 }
 

@@ -83,6 +83,7 @@ void Judge::BeginPass(std::size_t computer, const FaultGate& gate) {
     firstAuditId_ = computers_[computer]->Company().Number("SELECT MAX(ID) FROM AuditLog");
     editedInPass_ = false;
     taken_.clear();
+    sent_.clear();
     initialSyncs_.clear();
     states_.clear();
     for (const auto& [workstation, end] : known_[computer]) {
@@ -113,6 +114,11 @@ void Judge::EndPass(const std::vector<std::string>& abandoned) {
             DemandNoted(name);
         }
     }
+    for (const std::string& name : sent_) {
+        if (!names.contains(name)) {
+            Accuse(name + " counts as sent, and was lost with the power");
+        }
+    }
     for (const std::string& name : present_) {
         const DroppedFile* const file = files_.Find(name);
         if (!names.contains(name) && file != nullptr && file->sender != computer_) {
@@ -127,7 +133,7 @@ void Judge::EndPass(const std::vector<std::string>& abandoned) {
             editedInPasses_.emplace(edited.Text(0));
         }
     }
-    if (gate_->Died() || !gate_->Refused().empty()) {
+    if (!gate_->WasQuiet()) {
         return;
     }
     if (computers_[computer_]->TemporaryFiles() > temporaryFiles_) {

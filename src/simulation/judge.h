@@ -127,6 +127,7 @@ class Judge {
     const FaultGate* gate_ = nullptr;
     std::set<std::string> present_;                        ///< in the folder when it began
     std::set<std::string> taken_;                          ///< files whose number counts since
+    std::set<std::string> sent_;                           ///< files that count as sent since
     std::map<std::size_t, std::set<std::int64_t>> states_; ///< in which each pairing has been
     std::set<std::size_t> initialSyncs_;                   ///< workstations whose initial sync was noted as sent
     std::size_t temporaryFiles_ = 0;

@@ -77,6 +77,7 @@ void Judge::DemandData(const std::string& name, const DroppedFile& file) {
     KnownLoss refused = Loss(loss::RefusedImport, file.workstation, name);
     refused.epoch = file.epoch;
     refused.breaksStep = file.IsFullData();
+    refused.losesValues = false; // both ends know of it, and a reset keeps what was in it
     Note(std::move(refused));
 }
 
@@ -109,7 +110,7 @@ void Judge::DemandRetired(const std::string& name, const DroppedFile& file) {
     if (descriptor.state == SyncFileInitialSync) {
         DemandData(name, file);
         if (states.contains(SyncStateInitialSyncRequested) && !states.contains(SyncStateReady)) {
-            if (!gate_->Died() && gate_->Refused().empty()) {
+            if (gate_->WasQuiet()) {
                 Accuse("it took its first data and did not acknowledge it");
             }
             KnownLoss silent = Loss(loss::NoAcknowledge, file.workstation, name);

@@ -43,6 +43,7 @@ void Judge::DemandFile(std::size_t workstation, const End& before, const End& no
                         : file.descriptor.state != 0 || file.descriptor.sequence != before.nextOut) {
             continue;
         }
+        sent_.insert(name);
         if (file.IsFullData()) {
             pairings_[workstation].fullDataAuditId = now.lastAudit;
             DemandFullData(name, now.lastAudit);

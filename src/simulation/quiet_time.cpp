@@ -26,8 +26,7 @@ void Simulation::ComeToRest() {
     chronicle_.Note("all", "the faults end");
     folders_->DeliverAll();
     for (Station& station : stations_) {
-        station.gate->SetDiskFull(false);
-        station.gate->SetLocked(false);
+        station.below->End();
         station.computer->SetClockError(0);
         station.agent.reset();
     }

@@ -6,6 +6,7 @@
 #include "simulation/faults.h"
 #include "simulation/judge.h"
 #include "simulation/sync_folders.h"
+#include "simulation/unflushed_files.h"
 #include "simulation/users.h"
 
 #include <cstdint>
@@ -55,10 +56,10 @@ class Simulation {
   private:
     struct Station { ///< a computer with its agent
         std::unique_ptr<SimulatedComputer> computer;
+        std::unique_ptr<ComputerFaults> below;
         std::unique_ptr<FaultGate> gate;
         std::unique_ptr<AgentProcess> agent; ///< null while none runs
         std::int64_t nextWake = 0;           ///< minutes since the start
-        std::int64_t disturbedUntil = 0;
         std::int64_t clockWrongUntil = 0;
     };
 
@@ -67,7 +68,8 @@ class Simulation {
     void ComeToRest();
     std::size_t NextToWake() const;
     void ActAround(std::size_t place);
-    void Disturb(std::size_t place);
+    void SetClock(std::size_t place);
+    void LosePower(std::size_t place, UnflushedFiles& files);
     void RestoreBackup(std::size_t place);
     void RunPass(std::size_t place);
     void ScheduleNextWake(std::size_t place);

@@ -106,22 +106,30 @@ void Users::Overwritten(std::size_t computer, const std::string& table, const st
         computers_[computer]->Value("SELECT " + column + " FROM " + table + " WHERE UniqueID = '" + id + "'"));
 }
 
-std::set<std::string> Users::ValuesAt(std::size_t computer) const {
+std::set<std::string> Users::ValuesInRows(std::size_t computer) const {
     std::set<std::string> values;
-    const SimulatedComputer& place = *computers_[computer];
     for (const EntryPlace& entry : Places) {
-        CollectValues(place.Value("SELECT group_concat(" + std::string(entry.column) + ") FROM " + entry.table),
+        CollectValues(computers_[computer]->Value("SELECT group_concat(" + std::string(entry.column) + ") FROM " +
+                                                  entry.table),
                       values);
     }
-    CollectValues(place.Value("SELECT group_concat(LosingValues) FROM ImportConflicts"), values);
-    CollectValues(place.Value("SELECT group_concat(RecordXml) FROM ImportProblems"), values);
+    return values;
+}
+
+std::set<std::string> Users::KeptValues(std::size_t computer) const {
+    std::set<std::string> values;
+    CollectValues(computers_[computer]->Value("SELECT group_concat(LosingValues) FROM ImportConflicts"), values);
+    CollectValues(computers_[computer]->Value("SELECT group_concat(RecordXml) FROM ImportProblems"), values);
     return values;
 }
 
 std::map<std::string, std::string> Users::LostValues() const {
     std::map<std::string, std::string> lost = values_;
+    for (const std::string& value : ValuesInRows(0)) {
+        lost.erase(value);
+    }
     for (std::size_t computer = 0; computer < computers_.size(); ++computer) {
-        for (const std::string& value : ValuesAt(computer)) {
+        for (const std::string& value : KeptValues(computer)) {
             lost.erase(value);
         }
     }

@@ -36,9 +36,12 @@ class Users {
     /// From now on there are orders: main's are in no initial sync, so they come when all workstations are ready.
     void BeginOrders() { ordersHaveBegun_ = true; }
 
-    /// What stands in the computer's rows or is kept there.
-    std::set<std::string> ValuesAt(std::size_t computer) const;
-    /// The values that stand in no row and are kept nowhere, each with where it was entered.
+    /// What stands in the computer's rows.
+    std::set<std::string> ValuesInRows(std::size_t computer) const;
+    /// What lost there against another version and is kept.
+    std::set<std::string> KeptValues(std::size_t computer) const;
+    /// The values that stand in no row of main's and are kept nowhere, each with where it was entered. A row of a
+    /// workstation alone is no place for them: main's next change of it would overwrite them unseen.
     std::map<std::string, std::string> LostValues() const;
     std::int64_t Edits() const { return edits_; }
 

@@ -51,8 +51,9 @@ inline std::pair<std::size_t, std::size_t> CallsOfTheCleanUps(const std::vector<
                : std::pair<std::size_t, std::size_t>(first - names.begin(), last.base() - names.begin());
 }
 
-/// Runs a pass in a process of its own that ends as a killed one does at that call: nothing is unwound, and what
-/// was not made durable is gone. False when the pass ended otherwise.
+/// Runs a pass in a process of its own that ends as a killed one does at that call: nothing is unwound, but the
+/// system keeps what was written. (That it has to be made durable too, the simulator sees.) False when the pass
+/// ended otherwise.
 inline bool DieInPass(const DealerComputer& computer, long number) {
     const pid_t child = fork();
     if (child == 0) {
