@@ -178,7 +178,9 @@ void GoldenRun::LookAtRows(State& state, const std::string& rows, const std::str
         values += " || " + rows + " || '." + column + "\t' || ifnull(" + column + ", 'nothing') || '\n'";
     }
     std::istringstream found(
-        Company().ExecuteScaler("SELECT group_concat(" + values + ", '') FROM " + table).ToText());
+        Company()
+            .ExecuteScaler(services::Statement("SELECT group_concat(" + values + ", '') FROM " + table))
+            .ToText());
     for (std::string line; std::getline(found, line);) {
         state[line.substr(0, line.find('\t'))] = Short(line.substr(line.find('\t') + 1));
     }

@@ -243,7 +243,7 @@ TEST_F(EngineImportTest, WhatThisComputerCannotStoreChangesNothingAndStopsAllEls
                             "CompanyEvents"),
               "4 A file could not be stored and is kept: database or disk is full; "
               "4 A file could not be stored and is kept: no such table: ImportMark; "
-              "- The database can be used again.; 3 A file could not be imported: this is no exchange file");
+              "- The database can be used again.; - A file could not be imported: this is no exchange file");
 }
 
 TEST_F(EngineImportTest, MainAuditsAnImportAndAWorkstationDoesNot) {

@@ -1,8 +1,8 @@
 #include "suite/engine/engine.h"
 
 #include "services/failure.h"
-#include "suite/company/company_events.h"
 #include "suite/company/company_library.h"
+#include "suite/company/company_versions.h"
 #include "suite/engine/import.h"
 #include "suite/engine/sent_ranges.h"
 
@@ -109,7 +109,7 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
         }
         return true;
     } catch (const FileRefused& refusal) {
-        Tell(std::string("A file could not be imported: ") + refusal.what(), FileRefusedEvent);
+        Tell(std::string("A file could not be imported: ") + refusal.what());
     } catch (const std::exception& failure) {
         trouble_.Note(std::string("A file could not be stored and is kept: ") + failure.what());
     }
@@ -117,13 +117,20 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
 }
 
 void ImportExportEngine::PreTerminate() {
+    if (library_ != nullptr && !trouble_.Stands()) {
+        try {
+            ForgetOlderSchemas(library_->Connection().Path());
+        } catch (const services::Failure&) {
+            // The database cannot be opened: the copies stay.
+        }
+    }
     library_ = nullptr;
     pending_ = {};
 }
 
-void ImportExportEngine::Tell(const std::string& text, std::optional<std::int32_t> number) {
+void ImportExportEngine::Tell(const std::string& text) {
     try {
-        library_->RecordEvent(text, number);
+        library_->RecordEvent(text, std::nullopt);
     } catch (const services::Failure&) {
         // The work is done or given up by now, and its result says so; a full or locked event list changes
         // nothing.
