@@ -48,7 +48,7 @@ class WatchedDatabase : public services::DatabaseWrapper {
     WatchedDatabase(services::Database& target, ImportWatch& watch)
         : DatabaseWrapper(target, nullptr), watch_(watch) {}
 
-    std::int32_t ExecuteNonQuery(const std::string& statement) override {
+    std::int32_t ExecuteNonQuery(const services::Statement& statement) override {
         const std::int32_t result = DatabaseWrapper::ExecuteNonQuery(statement);
         if (result < 0) {
             watch_.SeeFailedUpdate();
