@@ -7,6 +7,7 @@
 #include "suite/computer/computer.h"
 #include "suite/computer/computer_trouble.h"
 #include "suite/database/lock_wait.h"
+#include "suite/files/archive_shelf.h"
 
 namespace qndr::suite {
 
@@ -15,9 +16,9 @@ namespace qndr::suite {
 class SuiteObjects : public services::ObjectFactory {
   public:
     SuiteObjects(const Computer& computer, services::RegistryTools& registry, services::IniTools& iniTools,
-                 const services::Clock& clock, ComputerTrouble& trouble, LockWait& wait)
+                 const services::Clock& clock, ComputerTrouble& trouble, LockWait& wait, ArchiveShelf& archives)
         : computer_(computer), registry_(registry), iniTools_(iniTools), clock_(clock), trouble_(trouble),
-          wait_(wait) {}
+          wait_(wait), archives_(archives) {}
 
     std::unique_ptr<services::SharedCodeLibrary> CreateSharedCodeLibrary() override;
     std::unique_ptr<services::Engine> CreateEngine() override;
@@ -33,6 +34,7 @@ class SuiteObjects : public services::ObjectFactory {
     const services::Clock& clock_;
     ComputerTrouble& trouble_;
     LockWait& wait_;
+    ArchiveShelf& archives_;
 };
 
 } // namespace qndr::suite
