@@ -1,6 +1,15 @@
 #include "suite/engine/import_applier.h"
 
+#include <sqlite3.h>
+
 namespace qndr::suite {
+
+namespace {
+
+/// While a large row is written its own pages are enough: what the cache holds would come on top of the record.
+constexpr std::int64_t LargeRecordCacheKibibytes = 2048;
+
+} // namespace
 
 ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBatch& first, Arrival arrival)
     : connection_(connection), arrival_(arrival),
@@ -41,6 +50,12 @@ bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) 
 }
 
 void ImportApplier::Apply(const ImportBatch& batch) {
+    std::optional<SqliteCacheSize> smallCache;
+    if (batch.text.size() > bounds::LargeRecord) {
+        // Only the memory is meant: what cannot be written here fails at the record.
+        sqlite3_db_cacheflush(connection_.Handle());
+        smallCache.emplace(connection_, LargeRecordCacheKibibytes);
+    }
     for (const ImportRecord& record : batch.records) {
         Apply(batch, record);
     }
@@ -48,6 +63,7 @@ void ImportApplier::Apply(const ImportBatch& batch) {
 }
 
 void ImportApplier::Commit() {
+    ledger_.NoteUnkept();
     connection_.Execute("DELETE FROM ImportMark");
     transaction_.Commit();
 }
