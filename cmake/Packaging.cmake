@@ -39,6 +39,9 @@ endforeach()
 get_property(documents DIRECTORY PROPERTY QNDR_DOCUMENTS)
 add_custom_target(documents ALL DEPENDS ${documents})
 
+# Both agents need this package, so their users have it too.
+install(FILES ${CMAKE_SOURCE_DIR}/docs/operations.md
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qndr5ctl COMPONENT qndr5ctl)
 install(FILES ${PACKAGING_DIR}/qndr5rwsyncd.service DESTINATION lib/systemd/user COMPONENT qndr5rwsyncd)
 install(FILES ${PACKAGING_DIR}/qndr5rwsync.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT qndr5rwsync)
@@ -58,7 +61,8 @@ set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME qndr5rwsync)
 set(CPACK_PACKAGE_VENDOR "The qndr5rwsync developers")
-set(CPACK_PACKAGE_CONTACT "The qndr5rwsync developers <developers@localhost>")
+# Reserved never to exist, so that nobody else gets what is meant for whoever builds the packages.
+set(CPACK_PACKAGE_CONTACT "The qndr5rwsync developers <developers@qndr5rwsync.invalid>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_COMPONENTS_ALL ${PACKAGED_PROGRAMS})
 set(CPACK_COMPONENTS_GROUPING IGNORE)

@@ -53,7 +53,7 @@ Prepared PrepareAsItStands(const SqliteConnection& connection, const std::string
     sqlite3_stmt* raw = nullptr;
     const char* tail = nullptr;
     const bool readable = sqlite3_prepare_v2(connection.Handle(), sql.c_str(), -1, &raw, &tail) == SQLITE_OK;
-    const SqliteStatement statement(raw);
+    sqlite3_finalize(raw);
     Prepared prepared{.taken = readable && raw != nullptr};
     // More semicolons are refused, and so is a vertical tab, which the database takes for a blank behind another
     // one.
@@ -61,7 +61,8 @@ Prepared PrepareAsItStands(const SqliteConnection& connection, const std::string
     while (prepared.taken && !prepared.followed && *tail != '\0') {
         sqlite3_stmt* next = nullptr;
         prepared.followed = sqlite3_prepare_v2(connection.Handle(), tail, -1, &next, &tail) != SQLITE_OK;
-        prepared.followed |= SqliteStatement(next).Handle() != nullptr;
+        prepared.followed |= next != nullptr;
+        sqlite3_finalize(next);
     }
     prepared.alone &= !prepared.followed;
     return prepared;

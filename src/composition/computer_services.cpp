@@ -2,6 +2,7 @@
 
 #include "composition/gated_objects.h"
 #include "composition/lock_pauses.h"
+#include "composition/message_pause.h"
 #include "shared/paths2.h"
 #include "suite/computer/operating_system.h"
 #include "suite/computer/posix/directory_calls.h"
@@ -22,12 +23,14 @@ namespace {
 /// alone.
 struct Suite {
     Suite(const suite::Computer& theComputer, const TimeServices& time, const std::string& programName,
-          const std::vector<std::string>& switchNames)
+          const std::vector<std::string>& switchNames, suite::FileReads* otherReads)
         : computer(theComputer), registryTools(computer.registryFile, time.clock),
           lockPauses(time.messages, time.timers, registryTools, programName),
+          patience(time.messages, time.timers, programName),
+          archives(otherReads != nullptr ? *otherReads : reads, &patience, &time.clock),
           fileTools(suite::TemporaryPlaces(computer), &trouble),
-          directoryCalls(suite::TemporaryPlaces(computer)),
-          objects(computer, registryTools, iniTools, time.clock, trouble, lockPauses),
+          directoryCalls(suite::TemporaryPlaces(computer)), iniTools(&archives.Unwritten()),
+          objects(computer, registryTools, iniTools, time.clock, trouble, lockPauses, archives),
           commandLineTools(switchNames), systemTools(computer), specialFolderTools(computer),
           program(computer, programName) {}
 
@@ -35,6 +38,9 @@ struct Suite {
     suite::RegistryStore registryTools;
     suite::ComputerTrouble trouble;
     LockPauses lockPauses;
+    MessagePatience patience;
+    suite::FileReads reads;
+    suite::ArchiveShelf archives;
     suite::DiskFileTools fileTools;
     suite::PosixDirectoryCalls directoryCalls;
     suite::DiskIniTools iniTools;
@@ -55,8 +61,8 @@ struct Suite {
 
 struct ComputerServices::Parts {
     Parts(const suite::Computer& computer, const TimeServices& time, const std::string& programName,
-          const std::vector<std::string>& switchNames, services::CallGate* gate)
-        : inner(computer, time, programName, switchNames), objects(inner.objects, gate),
+          const std::vector<std::string>& switchNames, services::CallGate* gate, suite::FileReads* reads)
+        : inner(computer, time, programName, switchNames, reads), objects(inner.objects, gate),
           commandLineTools(inner.commandLineTools, gate), registryTools(inner.registryTools, gate),
           fileTools(inner.fileTools, gate), directoryCalls(inner.directoryCalls, gate),
           iniTools(inner.iniTools, gate), textFileTools(inner.textFileTools, gate),
@@ -96,8 +102,8 @@ struct ComputerServices::Parts {
 
 ComputerServices::ComputerServices(const suite::Computer& computer, const TimeServices& time,
                                    const std::string& programName, const std::vector<std::string>& switchNames,
-                                   services::CallGate* gate)
-    : parts_(std::make_unique<Parts>(computer, time, programName, switchNames, gate)) {
+                                   services::CallGate* gate, suite::FileReads* reads)
+    : parts_(std::make_unique<Parts>(computer, time, programName, switchNames, gate, reads)) {
     suite::KeepNewFilesPrivate();
 }
 

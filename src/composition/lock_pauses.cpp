@@ -1,5 +1,6 @@
 #include "composition/lock_pauses.h"
 
+#include "composition/message_pause.h"
 #include "shared/failure_rule.h"
 #include "shared/settings.h"
 #include "suite/files/path_text.h"
@@ -18,7 +19,6 @@ std::string CompanyOf(const std::string& database) {
 /// A wait shorter than this (milliseconds) is nothing that anybody has to be told of.
 constexpr std::int32_t kWorthTelling = 1000;
 constexpr std::int32_t kLongestPause = 1000;
-constexpr std::int64_t kUnitsPerMillisecond = 10'000; ///< of a timer's due time
 
 } // namespace
 
@@ -37,7 +37,7 @@ std::int32_t LockPauses::Pause(const std::string& database, Patience patience, s
     }
     // Short at first, for most locks are: the wait grows by a half each time.
     const std::int32_t pause = std::min({1 + waited / 2, kLongestPause, Limit(patience) - waited});
-    LetPass(pause);
+    LetPass(messages_, timers_, timerName_, pause);
     return pause;
 }
 
@@ -60,21 +60,6 @@ bool LockPauses::IsAskedToStop() {
         stop = registryTools_.GetLong(services::CurrentUserHive, settings::RootKey, settings::StopSync, 0);
     });
     return stop != 0;
-}
-
-void LockPauses::LetPass(std::int32_t milliseconds) {
-    std::unique_ptr<services::WaitableTimer> timer;
-    Attempt([&] { timer = timers_.Create(timerName_); });
-    if (!timer) {
-        return;
-    }
-    const std::int64_t due = -kUnitsPerMillisecond * milliseconds;
-    Attempt([&] { timer->Set(static_cast<std::int32_t>(due), static_cast<std::int32_t>(due >> 32)); });
-    for (bool isDue = false; !isDue;) {
-        isDue = true; // a timer that fails must not hold the pass for ever
-        Attempt([&] { isDue = timer->WaitForMessages(); });
-        Attempt([&] { messages_.ProcessMessages(); });
-    }
 }
 
 } // namespace qndr

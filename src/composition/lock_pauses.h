@@ -29,7 +29,6 @@ class LockPauses : public suite::LockWait {
   private:
     void Tell(const std::string& text);
     bool IsAskedToStop();
-    void LetPass(std::int32_t milliseconds);
 
     services::MessagePump& messages_;
     services::WaitableTimers& timers_;

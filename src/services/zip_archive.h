@@ -55,10 +55,14 @@ class ZipArchive {
     /// 1 on success.
     virtual std::int32_t WriteZipAndClose() = 0;
 
-    /// Not 0 on success.
+    /// Not 0 on success. 0 says that the file was read and is no archive, which it will not be the next time
+    /// either: who asked may be done with it. A file that cannot be read now opens well, whatever it is: any entry
+    /// is there for all that is known, and its Extract fails, so that the file stays to be tried again.
     virtual std::int32_t OpenZip(const std::string& path) = 0;
 
-    /// Nothing when the archive has no such entry at its top.
+    /// Nothing when the archive was read and has no such entry at its top. An archive whose "id.dat" was asked for
+    /// and could not be extracted, other than for damage, extracts nothing else until it could: by an empty
+    /// descriptor a file would be taken for one that it is not.
     virtual std::unique_ptr<ZipEntry> GetEntryByName(const std::string& name) = 0;
     virtual void CloseZip() = 0;
 };

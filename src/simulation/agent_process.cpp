@@ -97,9 +97,10 @@ class StubbornFileTools : public services::FileToolsWrapper {
 class AgentProcess::Parts {
   public:
     Parts(const services::AgentServices& all, const SimulatedComputer& computer, FaultGate& gate,
-          const FaultPlan& plan, SeededRandom& random, Chronicle& chronicle)
-        : systemTools(all.systemTools, random), pathTools(all.pathTools, plan, random), processes(gate),
-          fileTools(all.fileTools, computer, plan, random, chronicle), services{all.objects,
+          const FaultPlan& plan, SeededRandom& random, Chronicle& chronicle, ImportWatch& watch)
+        : objects(all.objects, watch), systemTools(all.systemTools, random),
+          pathTools(all.pathTools, plan, random), processes(gate),
+          fileTools(all.fileTools, computer, plan, random, chronicle), services{objects,
                                                                                 all.commandLineTools,
                                                                                 all.registryTools,
                                                                                 fileTools,
@@ -118,6 +119,7 @@ class AgentProcess::Parts {
                                                                                 all.program,
                                                                                 processes} {}
 
+    WatchedObjects objects;
     SeededSystemTools systemTools;
     SeededPathTools pathTools;
     NoProcesses processes;
@@ -125,11 +127,11 @@ class AgentProcess::Parts {
     services::AgentServices services;
 };
 
-AgentProcess::AgentProcess(SimulatedComputer& computer, FaultGate& gate, const FaultPlan& plan,
-                           SeededRandom& random, Chronicle& chronicle)
+AgentProcess::AgentProcess(SimulatedComputer& computer, FaultGate& gate, ComputerFaults& below,
+                           const FaultPlan& plan, SeededRandom& random, Chronicle& chronicle, ImportWatch& watch)
     : computer_(computer), outside_(computer.Places(), {computer.Time(), computer.Time(), computer.Time()},
-                                    "qndr5rwsync", {"Companies"}, &gate),
-      parts_(std::make_unique<Parts>(outside_.Services(), computer, gate, plan, random, chronicle)),
+                                    "qndr5rwsync", {"Companies"}, &gate, &below),
+      parts_(std::make_unique<Parts>(outside_.Services(), computer, gate, plan, random, chronicle, watch)),
       context_(std::make_unique<AgentContext>(parts_->services)),
       scheduler_(new AgentScheduler(*context_, *this, *this)) {
 }

@@ -3,6 +3,7 @@
 #include "agent/scheduler.h"
 #include "composition/computer_services.h"
 #include "simulation/fault_gate.h"
+#include "simulation/import_watch.h"
 #include "simulation/simulated_computer.h"
 
 #include <memory>
@@ -16,8 +17,8 @@ namespace qndr::simulation {
 class AgentProcess : private AgentView, private ActivityTarget {
   public:
     /// All of them must outlive the process; each call may end with AgentDied.
-    AgentProcess(SimulatedComputer& computer, FaultGate& gate, const FaultPlan& plan, SeededRandom& random,
-                 Chronicle& chronicle);
+    AgentProcess(SimulatedComputer& computer, FaultGate& gate, ComputerFaults& below, const FaultPlan& plan,
+                 SeededRandom& random, Chronicle& chronicle, ImportWatch& watch);
     ~AgentProcess() override;
     AgentProcess(const AgentProcess&) = delete;
     AgentProcess& operator=(const AgentProcess&) = delete;

@@ -2,9 +2,11 @@
 
 #include "services/call_gate.h"
 #include "simulation/chronicle.h"
+#include "simulation/computer_faults.h"
 #include "simulation/faults.h"
 
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 
@@ -18,9 +20,10 @@ struct AgentDied {};
 /// refuses is told to the judge, and a pairing comes back from all of it by waiting or by a reset.
 class FaultGate : public services::CallGate {
   public:
-    /// Plan and chronicle must outlive the gate.
-    FaultGate(std::string computer, const FaultPlan& plan, SeededRandom random, Chronicle& chronicle)
-        : computer_(std::move(computer)), plan_(plan), random_(random), chronicle_(chronicle) {}
+    /// What is given by reference must outlive the gate.
+    FaultGate(std::string computer, const FaultPlan& plan, SeededRandom random, Chronicle& chronicle,
+              ComputerFaults& below)
+        : computer_(std::move(computer)), plan_(plan), random_(random), chronicle_(chronicle), below_(below) {}
 
     /// Called between two calls, with the name of the one that was made.
     void AfterCall(std::function<void(std::string_view)> handler) { afterCall_ = std::move(handler); }
@@ -34,12 +37,12 @@ class FaultGate : public services::CallGate {
     /// The calls that were refused in this pass.
     const std::set<std::string>& Refused() const { return refused_; }
     bool Died() const { return dying_; }
-
-    void SetDiskFull(bool full) { diskFull_ = full; }
-    void SetLocked(bool locked) { locked_ = locked; }
+    /// Whether nothing at all has gone wrong in this pass, in front of the seam or below it.
+    bool WasQuiet() const { return !dying_ && refused_.empty() && !below_.WasFelt(); }
 
   private:
     bool Strikes(Fault fault) { return random_.Chance(plan_.Rate(fault)); }
+    bool IsRefused(const std::string& call);
 
     std::string computer_;
     const FaultPlan& plan_;
@@ -51,8 +54,8 @@ class FaultGate : public services::CallGate {
     std::string previous_;
     std::set<std::string> refused_;
     bool dying_ = false;
-    bool diskFull_ = false;
-    bool locked_ = false;
+    ComputerFaults& below_;
+    std::map<std::string, bool> weak_; ///< calls that fail often in this run
 };
 
 } // namespace qndr::simulation

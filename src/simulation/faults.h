@@ -15,9 +15,11 @@ namespace qndr::simulation {
 /// companies must come to agree again, with nothing lost but what the protocol gives up by name.
 enum class Fault {
     RefuseCall,     ///< one call of the seam says no, or raises where it has no result
-    Die,            ///< the process ends at a call of the seam; what was not made durable is gone
-    DiskFull,       ///< for a while nothing can be written on a computer
-    LockDatabase,   ///< for a while nothing can be written into a company database
+    Die,            ///< the process ends at a call of the seam
+    PowerCut,       ///< the computer stops behind a pass or with a process; what was not made durable is gone
+    DiskFull,       ///< for a while a company database can grow by little, and few files can be written
+    LockDatabase,   ///< another program holds a company database for longer than a statement or an import waits
+    ShareFails,     ///< for a while archives in the Sync folder cannot be read
     StopAgent,      ///< somebody asks the agent to stop; it is started again later
     EditInPass,     ///< users change rows while a pass runs
     LoseFile,       ///< the Sync folder loses a file
@@ -34,7 +36,7 @@ enum class Fault {
     Reset,          ///< somebody asks for a reset of a pairing
     RestoreBackup,  ///< a company database is restored from an older copy of itself
 };
-inline constexpr std::size_t FaultCount = 19;
+inline constexpr std::size_t FaultCount = 21;
 
 /// The name on the command line and in reports.
 std::string_view FaultName(Fault fault);

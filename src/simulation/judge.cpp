@@ -1,56 +1,31 @@
 #include "simulation/judge.h"
 
 #include "shared/text.h"
-#include "suite/files/zip_archive.h"
-#include "syncfiles/packaging.h"
+#include "syncfiles/descriptor.h"
 #include "syncfiles/sync_state.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <algorithm>
 
 namespace qndr::simulation {
 namespace {
 
-namespace fs = std::filesystem;
-
-/// No write of a descriptor is examined, and a number or an identity that cannot be read is 0 or empty. An entry
-/// that cannot be added is passed over.
-const std::set<std::string> BuildingAFile{"IniTools.SetValue", "PathTools.FixPath", "Database.ExecuteScaler",
-                                          "Engine.AddToExport", "Database.ExecuteRead"};
-
-/// Empty when there is no such entry.
-std::string ReadEntry(const std::string& archive, const std::string& name) {
-    const std::string folder = fs::path(archive).parent_path().string() + "-judged";
-    suite::LibZipArchive zip;
-    std::string content;
-    fs::create_directory(folder);
-    if (zip.OpenZip(archive) != 0) {
-        if (const auto entry = zip.GetEntryByName(name); entry != nullptr && entry->Extract(folder) == 1) {
-            std::ifstream file(folder + "/" + name, std::ios::binary);
-            content.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-        }
-    }
-    fs::remove_all(folder);
-    return content;
+/// The clean-ups ask for the age of folders that nothing has made yet.
+bool IsOfAbsentFolder(const std::string& reason) {
+    return reason.starts_with("there is no file or folder");
 }
 
 } // namespace
 
 Judge::Judge(std::vector<SimulatedComputer*> computers, const SyncFolders& folders, Chronicle& chronicle)
-    : computers_(std::move(computers)), folders_(folders), chronicle_(chronicle) {
+    : computers_(std::move(computers)), folders_(folders), chronicle_(chronicle), files_(computers_),
+      losses_(files_, chronicle) {
     for (std::size_t computer = 0; computer < computers_.size(); ++computer) {
-        suite::VirtualTime& time = computers_[computer]->Time();
-        outside_.push_back(std::make_unique<ComputerServices>(
-            computers_[computer]->Places(), TimeServices{time, time, time}, "judge", std::vector<std::string>{}));
         known_.push_back(Read(computer));
         if (computer > 0) {
             pairings_[computer] = {};
         }
     }
 }
-
-Judge::~Judge() = default;
 
 Judge::Ends Judge::Read(std::size_t computer) const {
     const suite::SqliteConnection& company = computers_[computer]->Company();
@@ -80,19 +55,24 @@ void Judge::Accuse(const std::string& what) const {
     throw Violation{computers_[computer_]->Name() + ": " + what};
 }
 
-void Judge::Explain(std::size_t workstation, const char* name) {
-    if (pairings_[workstation].losses.insert(name).second) {
-        chronicle_.NoteLoss(name);
-        chronicle_.Note(computers_[workstation]->Name(), std::string("may be out of step from now on: ") + name);
-    }
+/// Of the numbering in which this end is.
+KnownLoss Judge::Loss(const char* name, std::size_t workstation, const std::string& file) const {
+    KnownLoss loss;
+    loss.name = name;
+    loss.workstation = workstation;
+    loss.epoch = EpochOf(workstation);
+    loss.file = SyncFolders::DroppedName(file);
+    return loss;
 }
 
-void Judge::ExplainAll(const char* name) {
-    for (const auto& [workstation, pairing] : pairings_) {
-        if (computers_[computer_]->IsMain() || workstation == computer_) {
-            Explain(workstation, name);
-        }
-    }
+void Judge::Note(KnownLoss loss) {
+    const std::string& computer = computers_[loss.workstation]->Name();
+    losses_.Note(std::move(loss), computer);
+}
+
+int Judge::EpochOf(std::size_t workstation) const {
+    const Pairing& pairing = pairings_.at(workstation);
+    return AtMain() ? pairing.mainEpoch : pairing.laptopEpoch;
 }
 
 void Judge::BeginPass(std::size_t computer, const FaultGate& gate) {
@@ -100,9 +80,16 @@ void Judge::BeginPass(std::size_t computer, const FaultGate& gate) {
     gate_ = &gate;
     present_ = folders_.Names(computer);
     temporaryFiles_ = computers_[computer]->TemporaryFiles();
+    firstAuditId_ = computers_[computer]->Company().Number("SELECT MAX(ID) FROM AuditLog");
     editedInPass_ = false;
+    taken_.clear();
+    sent_.clear();
     initialSyncs_.clear();
-    NoteOldFiles();
+    states_.clear();
+    for (const auto& [workstation, end] : known_[computer]) {
+        states_[workstation].insert(end.state);
+    }
+    watch_.BeginPass();
 }
 
 void Judge::AfterCall(std::string_view call) {
@@ -118,15 +105,55 @@ void Judge::AfterCall(std::string_view call) {
     }
 }
 
+void Judge::EndPass(const std::vector<std::string>& abandoned) {
+    AfterCall("Database.ExecuteNonQuery");
+    const std::set<std::string> names = folders_.Names(computer_);
+    for (const std::string& name : names) {
+        if (!present_.contains(name) && name.ends_with(".zip")) {
+            NoteDropped(name);
+            DemandNoted(name);
+        }
+    }
+    for (const std::string& name : sent_) {
+        if (!names.contains(name)) {
+            Accuse(name + " counts as sent, and was lost with the power");
+        }
+    }
+    for (const std::string& name : present_) {
+        const DroppedFile* const file = files_.Find(name);
+        if (!names.contains(name) && file != nullptr && file->sender != computer_) {
+            DemandRetired(name, *file);
+        }
+    }
+    if (editedInPass_) {
+        suite::SqliteStatement edited = computers_[computer_]->Company().Prepare(
+            "SELECT DISTINCT AuditUniqueID FROM AuditLog WHERE ID > ? AND Origin IS NULL");
+        edited.Bind(1, firstAuditId_);
+        while (edited.Step()) {
+            editedInPasses_.emplace(edited.Text(0));
+        }
+    }
+    if (!gate_->WasQuiet()) {
+        return;
+    }
+    if (computers_[computer_]->TemporaryFiles() > temporaryFiles_) {
+        Accuse("something was left in the temporary folder");
+    }
+    for (const std::string& reason : abandoned) {
+        if (!IsOfAbsentFolder(reason)) {
+            Accuse("a statement was abandoned for no injected fault: " + reason);
+        }
+    }
+}
+
 void Judge::Compare(std::size_t workstation, const End& before, const End& now) {
-    CompareStates(workstation, before.state, now.state);
-    const bool isMain = computers_[computer_]->IsMain();
-    const bool restarts = isMain
+    CompareStates(workstation, before, now);
+    const bool restarts = AtMain()
                               ? now.state == SyncStateResetPending
                               : now.state == SyncStateResetPending || now.state == SyncStateInitialSyncRequested;
     const auto moved = [&](std::int64_t from, std::int64_t to) {
         return to == from || to == from + 1 || (to == 0 && restarts && before.state != now.state) ||
-               (to == 0 && restarts && isMain);
+               (to == 0 && restarts && AtMain());
     };
     if (!moved(before.nextOut, now.nextOut) || !moved(before.nextIn, now.nextIn)) {
         Accuse("a sequence of " + computers_[workstation]->Name() + " went from " +
@@ -135,122 +162,82 @@ void Judge::Compare(std::size_t workstation, const End& before, const End& now) 
     }
     // A reset's data comes into an emptied log.
     const bool logMayBeEmpty = now.state == SyncStateInitialSyncRequested || before.state == SyncStateResetPending;
-    if (now.lastAudit < before.lastAudit && (isMain || !logMayBeEmpty)) {
+    if (now.lastAudit < before.lastAudit && (AtMain() || !logMayBeEmpty)) {
         Accuse("LastAuditID of " + computers_[workstation]->Name() + " went back from " +
                std::to_string(before.lastAudit) + " to " + std::to_string(now.lastAudit));
     }
-    if (before.nextIn == 0 && now.nextIn == 1) {
-        NoteTakenAsFirst(workstation);
+    if (now.nextIn == before.nextIn + 1) {
+        DemandTaken(workstation, before, now);
     }
     DemandFile(workstation, before, now);
 }
 
-void Judge::CompareStates(std::size_t workstation, std::int64_t before, std::int64_t now) {
-    if (before == now) {
+void Judge::CompareStates(std::size_t workstation, const End& before, const End& now) {
+    if (before.state == now.state) {
         return;
     }
-    const bool isMain = computers_[computer_]->IsMain();
     const std::set<std::pair<std::int64_t, std::int64_t>> roaming{{1, 2}, {2, 4}, {5, 6}, {6, 4}};
     const std::set<std::pair<std::int64_t, std::int64_t>> main{{1, 3}, {4, 6}, {5, 6}, {6, 5}, {5, 4}};
+    const std::pair move(before.state, now.state);
     // A request and an acknowledge are taken in any state.
-    if (isMain ? !main.contains({before, now}) && now != 1 && now != 4 : !roaming.contains({before, now})) {
-        Accuse("the state of " + computers_[workstation]->Name() + " went from " + std::to_string(before) +
-               " to " + std::to_string(now));
+    if (AtMain() ? !main.contains(move) && now.state != 1 && now.state != 4 : !roaming.contains(move)) {
+        Accuse("the state of " + computers_[workstation]->Name() + " went from " + std::to_string(before.state) +
+               " to " + std::to_string(now.state));
     }
     chronicle_.Note(computers_[computer_]->Name(), computers_[workstation]->Name() + " goes from state " +
-                                                       std::to_string(before) + " to " + std::to_string(now));
+                                                       std::to_string(before.state) + " to " +
+                                                       std::to_string(now.state));
+    states_[workstation].insert(now.state);
     Pairing& pairing = pairings_[workstation];
-    if (!isMain && (now == SyncStateInitialSyncRequested || now == SyncStateResetPending)) {
-        ++pairing.laptopEpoch;
-    }
-    if (isMain && (now == SyncStateInitialSyncRequired || now == SyncStateResetPending)) {
-        // The request that asked for it is among the files that it sees, or just retired.
-        for (const auto& [name, file] : files_) {
-            if (file.sender == workstation && file.epoch > pairing.mainEpoch && present_.contains(name) &&
-                (file.descriptor.sequence == SyncResetSequence ||
-                 file.descriptor.state == SyncFileInitialSyncRequest)) {
-                pairing.mainEpoch = file.epoch;
-            }
-        }
-    }
-    if (now == SyncStateResetPending) {
+    if (now.state == SyncStateResetPending) {
         pairing.wasReset = true;
     }
-}
-
-/// Whoever notes changes as sent must have dropped the file that holds them, in this pass and with this number.
-void Judge::DemandFile(std::size_t workstation, const End& before, const End& now) {
-    const bool isMain = computers_[computer_]->IsMain();
-    const bool sent = now.nextOut == before.nextOut + 1;
-    const bool sentInitial =
-        isMain && before.state == SyncStateInitialSyncRequired && now.state == SyncStateInitialSyncSent;
-    if (sentInitial) {
-        initialSyncs_.insert(workstation);
-    }
-    const bool gaveUp = !isMain && (now.state == SyncStateResetPending || before.state == SyncStateResetPending);
-    if (now.lastAudit > before.lastAudit && !sent && !sentInitial && !gaveUp) {
-        Accuse("LastAuditID of " + computers_[workstation]->Name() + " moved to " + std::to_string(now.lastAudit) +
-               " and nothing was sent");
-    }
-    if (!sent && !sentInitial) {
+    const bool sentResetData = before.state == SyncStateResetRequested && now.nextOut == before.nextOut + 1;
+    if (AtMain()) {
+        if (now.state == SyncStateInitialSyncRequired || now.state == SyncStateResetPending ||
+            (now.state == SyncStateReady && !sentResetData)) {
+            FollowRequest(workstation, now.state);
+        }
         return;
     }
-    const std::string& folder = folders_.Folder(computer_);
-    for (const std::string& name : folders_.Names(computer_)) {
-        if (present_.contains(name) || !name.ends_with(".zip") || WorkstationOf(computer_, name) != workstation) {
-            continue;
+    if (now.state != SyncStateReady) {
+        ++pairing.laptopEpoch;
+    } else if (const DroppedFile* const file = files_.Find(watch_.File()); file == nullptr) {
+        Accuse("it is ready, and no file has made it so");
+    } else {
+        DemandData(watch_.File(), *file);
+        if (before.state == SyncStateInitialSyncRequested &&
+            (file->descriptor.state != SyncFileInitialSync || file->epoch != pairing.laptopEpoch)) {
+            KnownLoss old = Loss(loss::OldNumbering, workstation, watch_.File());
+            old.breaksStep = true;
+            Note(std::move(old));
         }
-        const auto descriptor = ReadDescriptor(folder + "/" + name);
-        if (descriptor && (sentInitial ? descriptor->state == SyncFileInitialSync
-                                       : descriptor->state == 0 && descriptor->sequence == before.nextOut)) {
-            if (!sentInitial && !descriptor->isReset) {
-                DemandContent(folder + "/" + name, before.lastAudit, now.lastAudit);
-            }
-            return;
-        }
-    }
-    if (HasRefused(BuildingAFile)) {
-        Explain(workstation, loss::IncompleteFile);
-        return;
-    }
-    Accuse("number " + std::to_string(before.nextOut) + " of " + computers_[workstation]->Name() +
-           " counts as sent, and there is no such file in the Sync folder");
-}
-
-/// Every change of the range is in the file, if it still is one: a row that an import has made anew since, under
-/// another local key, holds somebody else's version.
-void Judge::DemandContent(const std::string& path, std::int64_t from, std::int64_t to) {
-    if (editedInPass_ || HasRefused(BuildingAFile)) {
-        return;
-    }
-    const std::string data = ReadEntry(path, "data.xml");
-    const suite::SqliteConnection& company = computers_[computer_]->Company();
-    suite::SqliteStatement changes = company.Prepare(
-        "SELECT TableName, AuditUniqueID, MAX(AuditType), MAX(RecordID) FROM AuditLog WHERE ID > ? AND ID <= ? "
-        "GROUP BY TableName, AuditUniqueID");
-    changes.Bind(1, from);
-    changes.Bind(2, to);
-    while (changes.Step()) {
-        const std::string table(changes.Text(0));
-        const std::string id(changes.Text(1));
-        const bool deleted = changes.Integer(2) == 3;
-        if (data.find(id) == std::string::npos &&
-            (deleted || company.Number("SELECT COUNT(*) FROM " + table + " WHERE UniqueID = '" + id +
-                                       "' AND ID = " + std::to_string(changes.Integer(3))) != 0)) {
-            Accuse("the change of " + table + " " + id + " counts as sent, and no file has carried it");
-        }
+        losses_.NoteMended(workstation, pairing.laptopEpoch);
     }
 }
 
-std::optional<Judge::Descriptor> Judge::ReadDescriptor(const std::string& path) {
-    AgentContext context(outside_[computer_]->Services());
-    FoundSyncFile entry;
-    entry.FilePath = path;
-    ReadSyncFile(context, entry);
-    if (entry.From.empty()) {
-        return std::nullopt;
+void Judge::NoteLostFile(const std::string& name) {
+    if (const DroppedFile* const file = files_.Find(name)) {
+        KnownLoss lost = Loss(loss::LostFile, file->workstation, name);
+        lost.epoch = file->epoch;
+        lost.breaksStep = true;
+        lost.losesValues = false; // what was sent and not confirmed is kept when a reset gives it up
+        Note(std::move(lost));
     }
-    return Descriptor{entry.From, entry.SyncState, entry.Sequence, entry.IsSyncReset == FieldTrue};
+}
+
+void Judge::NoteRestored(std::size_t computer, const std::set<std::string>& gone) {
+    for (const auto& [workstation, pairing] : pairings_) {
+        if (computer == 0 || workstation == computer) {
+            KnownLoss restored = Loss(loss::Restored, workstation);
+            restored.epoch = std::max(pairing.laptopEpoch, pairing.mainEpoch);
+            restored.breaksStep = true;
+            restored.wholeNumbering = true;
+            restored.values = gone;
+            Note(std::move(restored));
+        }
+    }
+    Accept(computer);
 }
 
 std::size_t Judge::WorkstationOf(std::size_t sender, const std::string& name) const {
@@ -266,13 +253,36 @@ std::size_t Judge::WorkstationOf(std::size_t sender, const std::string& name) co
     return 0;
 }
 
-bool Judge::HasRefused(const std::set<std::string>& calls) const {
-    for (const std::string& call : gate_->Refused()) {
-        if (calls.contains(call)) {
-            return true;
+std::set<std::string> Judge::FilesOf(std::size_t workstation) const {
+    std::set<std::string> names;
+    for (std::size_t computer = 0; computer < computers_.size(); ++computer) {
+        for (const std::string& name : folders_.Names(computer)) {
+            const DroppedFile* const file = files_.Find(name);
+            if (file != nullptr && file->workstation == workstation) {
+                names.insert(SyncFolders::DroppedName(name));
+            }
         }
     }
-    return false;
+    return names;
+}
+
+std::pair<std::int64_t, std::int64_t> Judge::States(std::size_t workstation) const {
+    return {Read(workstation).at(workstation).state, Read(0).at(workstation).state};
+}
+
+bool Judge::IsInStep(std::size_t workstation) const {
+    const End laptop = Read(workstation).at(workstation);
+    const End row = Read(0).at(workstation);
+    const auto highest = [&](std::size_t computer) {
+        return computers_[computer]->Company().Number("SELECT MAX(ID) FROM AuditLog", 0);
+    };
+    return laptop.state == SyncStateReady && row.state == SyncStateReady && laptop.nextOut == row.nextIn &&
+           laptop.nextIn == row.nextOut && laptop.lastAudit >= highest(workstation) && row.lastAudit >= highest(0);
+}
+
+bool Judge::HasRefused(const std::set<std::string>& calls) const {
+    return std::any_of(gate_->Refused().begin(), gate_->Refused().end(),
+                       [&](const std::string& call) { return calls.contains(call); });
 }
 
 } // namespace qndr::simulation

@@ -1,59 +1,45 @@
 #pragma once
 
-#include "composition/computer_services.h"
-#include "shared/agent_context.h"
 #include "simulation/chronicle.h"
+#include "simulation/dropped_files.h"
 #include "simulation/fault_gate.h"
+#include "simulation/import_watch.h"
+#include "simulation/known_losses.h"
 #include "simulation/simulated_computer.h"
 #include "simulation/sync_folders.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <memory>
-#include <optional>
 #include <set>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace qndr::simulation {
 
-/// A losing of step between main and a workstation that the protocol allows. The names stand in
-/// docs/operations.md, where a person finds what to do about them.
-namespace loss {
-inline constexpr const char* LostFile = "file lost";
-inline constexpr const char* SentTwice = "sent, but not noted as sent";
-inline constexpr const char* RefusedUpdate = "update refused";
-inline constexpr const char* NoAcknowledge = "initial sync not acknowledged";
-inline constexpr const char* RefusedImport = "import refused";
-inline constexpr const char* IncompleteFile = "file built incompletely";
-inline constexpr const char* OldNumbering = "file of an old numbering";
-inline constexpr const char* TakenAsChange = "file of the first exchange taken as a change";
-inline constexpr const char* UnreadableAsFirst = "unreadable file taken as the first";
-inline constexpr const char* Restored = "database restored";
-} // namespace loss
-
 /// What is known of the pairing of a workstation with main.
 struct Pairing {
-    std::set<std::string> losses; ///< that explain why the two ends may be out of step
-    bool wasReset = false;        ///< what a reset leaves alone may differ from then on
-    int laptopEpoch = 0;          ///< numberings that the workstation has begun
-    int mainEpoch = 0;            ///< the one of them that main is in
+    bool wasReset = false;            ///< what full data leaves alone may differ from then on
+    int laptopEpoch = 0;              ///< numberings that the workstation has begun
+    int mainEpoch = 0;                ///< the one of them that main is in
+    std::int64_t fullDataAuditId = 0; ///< what main's log holds above it has to travel in change files
 };
 
 /// Watches the agents while they work, between any two of their calls. Raises Violation for what must never be: a
 /// state that no step leads to, a counter that goes back, a range of the audit log that no file has carried, a
-/// file that is taken with effect a second time, something left behind, a statement abandoned for nothing.
+/// file that counts although its data is not in, or that goes although it does not count, something left behind, a
+/// statement abandoned for nothing. What the protocol gives up it enters among the known losses.
 class Judge {
   public:
     /// The first computer is main, the others are its workstations. All must outlive the judge.
     Judge(std::vector<SimulatedComputer*> computers, const SyncFolders& folders, Chronicle& chronicle);
-    ~Judge();
-    Judge(const Judge&) = delete;
-    Judge& operator=(const Judge&) = delete;
 
     /// Computer and gate of the pass.
     void BeginPass(std::size_t computer, const FaultGate& gate);
+    /// To be shown to the agents' objects.
+    ImportWatch& Watch() { return watch_; }
     /// Between two calls of the pass.
     void AfterCall(std::string_view call);
     /// A user changed something in the pass.
@@ -65,8 +51,10 @@ class Judge {
     /// Somebody other than an agent changed numbers or states; they hold from now on.
     void Accept(std::size_t computer) { known_[computer] = Read(computer); }
     void NoteLostFile(const std::string& name);
-    void NoteRestored(std::size_t computer);
+    /// `gone` are the values that the database held before.
+    void NoteRestored(std::size_t computer, const std::set<std::string>& gone);
 
+    const KnownLosses& Losses() const { return losses_; }
     /// Of the workstation with this place among the computers.
     Pairing& PairingOf(std::size_t workstation) { return pairings_[workstation]; }
     /// Names of the files of the pairing that lie in a folder.
@@ -74,6 +62,8 @@ class Judge {
     bool IsInStep(std::size_t workstation) const;
     /// The workstation's state and that of its row on main.
     std::pair<std::int64_t, std::int64_t> States(std::size_t workstation) const;
+    /// Identities of rows that somebody changed while a pass went on.
+    const std::set<std::string>& EditedInPasses() const { return editedInPasses_; }
 
   private:
     struct End { ///< one end of a pairing, as the database there has it
@@ -84,35 +74,41 @@ class Judge {
         bool operator==(const End&) const = default;
     };
     using Ends = std::map<std::size_t, End>; ///< by workstation; a workstation has its own alone
-    struct Descriptor {
-        std::string from;
-        std::int64_t state = 0;
-        std::int64_t sequence = 0;
-        bool isReset = false;
-    };
-    struct Dropped {
-        std::size_t sender = 0;
-        std::size_t workstation = 0;
-        Descriptor descriptor;
-        int epoch = 0;
-    };
 
     Ends Read(std::size_t computer) const;
-    std::optional<Descriptor> ReadDescriptor(const std::string& path);
-    void DemandContent(const std::string& path, std::int64_t from, std::int64_t to);
+    bool AtMain() const { return computer_ == 0; }
+    int EpochOf(std::size_t workstation) const;
     std::size_t WorkstationOf(std::size_t sender, const std::string& name) const;
+    std::string PathOf(const std::string& name) const { return folders_.Folder(computer_) + "/" + name; }
+
+    // judge.cpp: numbers and states
     void Compare(std::size_t workstation, const End& before, const End& now);
-    void CompareStates(std::size_t workstation, std::int64_t before, std::int64_t now);
+    void CompareStates(std::size_t workstation, const End& before, const End& now);
+
+    // judge_sending.cpp: files that go out, and what they must hold
     void DemandFile(std::size_t workstation, const End& before, const End& now);
+    void DemandChanges(const std::string& name, std::int64_t from, std::int64_t to);
+    void DemandFullData(const std::string& name, std::int64_t lastAudit);
     void NoteDropped(const std::string& name);
-    void NoteOldFiles();
-    void NoteTakenAsFirst(std::size_t workstation);
-    bool IsOld(const Dropped& file);
-    void NoteSentTwice(const Dropped& file);
-    void NoteRefusals();
-    void NoteMissingAcknowledge();
-    void Explain(std::size_t workstation, const char* name);
-    void ExplainAll(const char* name);
+    void NoteIncomplete(const std::string& name);
+    void DemandNoted(const std::string& name);
+    bool IsNewer(const std::string& id, std::int64_t audit) const;
+    bool Lacks(const DroppedFile& file, const std::string& table, const std::string& id) const;
+    std::set<std::string> ValuesOf(const std::string& table, const std::string& id) const;
+    void NoteMissing(const std::string& name, const std::string& table, const std::string& id);
+
+    // judge_receiving.cpp: files that come in, and what becomes of them
+    void DemandTaken(std::size_t workstation, const End& before, const End& now);
+    void DemandNumber(const std::string& name, const DroppedFile& file, const End& before, const End& now);
+    void DemandData(const std::string& name, const DroppedFile& file);
+    void FollowRequest(std::size_t workstation, std::int64_t state);
+    void DemandRetired(const std::string& name, const DroppedFile& file);
+    bool ThrowsAllAway(std::size_t workstation) const;
+    bool IsWhole(const std::string& name, const DroppedFile& file) const;
+    bool CouldNotBeRead() const;
+
+    KnownLoss Loss(const char* name, std::size_t workstation, const std::string& file = "") const;
+    void Note(KnownLoss loss);
     bool HasRefused(const std::set<std::string>& calls) const;
     [[noreturn]] void Accuse(const std::string& what) const;
 
@@ -121,17 +117,22 @@ class Judge {
     Chronicle& chronicle_;
     std::map<std::size_t, Pairing> pairings_;
     std::vector<Ends> known_;
-    std::map<std::string, Dropped> files_;                   ///< all that were ever dropped, by their names
-    std::vector<std::unique_ptr<ComputerServices>> outside_; ///< to read files with, past all faults
+    DroppedFiles files_;
+    KnownLosses losses_;
+    ImportWatch watch_;
+    std::set<std::string> editedInPasses_;
 
     // The pass in work.
     std::size_t computer_ = 0;
     const FaultGate* gate_ = nullptr;
-    std::set<std::string> present_; ///< in the folder when it began
+    std::set<std::string> present_;                        ///< in the folder when it began
+    std::set<std::string> taken_;                          ///< files whose number counts since
+    std::set<std::string> sent_;                           ///< files that count as sent since
+    std::map<std::size_t, std::set<std::int64_t>> states_; ///< in which each pairing has been
+    std::set<std::size_t> initialSyncs_;                   ///< workstations whose initial sync was noted as sent
     std::size_t temporaryFiles_ = 0;
+    std::int64_t firstAuditId_ = 0; ///< highest one when it began
     bool editedInPass_ = false;
-    bool tookInitialSync_ = false;       ///< a workstation became ready by it
-    std::set<std::size_t> initialSyncs_; ///< workstations whose initial sync was noted as sent
 };
 
 } // namespace qndr::simulation

@@ -1,6 +1,6 @@
+#include "simulation/agreement.h"
 #include "simulation/simulation.h"
 
-#include "suite/company/company_compare.h"
 #include "suite/company/provisioning.h"
 
 namespace qndr::simulation {
@@ -26,8 +26,7 @@ void Simulation::ComeToRest() {
     chronicle_.Note("all", "the faults end");
     folders_->DeliverAll();
     for (Station& station : stations_) {
-        station.gate->SetDiskFull(false);
-        station.gate->SetLocked(false);
+        station.below->End();
         station.computer->SetClockError(0);
         station.agent.reset();
     }
@@ -37,7 +36,7 @@ void Simulation::ComeToRest() {
         }
         bool allAgree = true;
         for (std::size_t place = 1; place < stations_.size(); ++place) {
-            if (!judge_->IsInStep(place) || !Agrees(place)) {
+            if (!Agrees(place)) {
                 allAgree = false;
                 Mend(place);
             }
@@ -90,28 +89,8 @@ std::string Simulation::Position() const {
     return position;
 }
 
-/// Behind a reset the workstation keeps rows that main does not have, and orders are not in its data.
-bool Simulation::Agrees(std::size_t place) {
-    const bool wasReset = judge_->PairingOf(place).wasReset;
-    const auto tables =
-        suite::CompareCompanies(stations_[0].computer->Company(), stations_[place].computer->Company(),
-                                wasReset ? suite::Scope::Exchanged : suite::Scope::All);
-    for (const auto& table : tables) {
-        if (wasReset ? table.differing + table.onlyLeft != 0 : !table.Alike()) {
-            chronicle_.Note(stations_[place].computer->Name(), "differs from main in " + table.table);
-            return false;
-        }
-    }
-    return true;
-}
-
 void Simulation::Mend(std::size_t place) {
-    Pairing& pairing = judge_->PairingOf(place);
     const std::string& name = stations_[place].computer->Name();
-    if (pairing.losses.empty()) {
-        throw Violation{name + " is " + (judge_->IsInStep(place) ? "unlike main" : "out of step with main") +
-                        ", and no loss explains it"};
-    }
     for (const std::string& file : judge_->FilesOf(place)) {
         folders_->Purge(file);
     }
@@ -127,39 +106,58 @@ void Simulation::Mend(std::size_t place) {
         judge_->Accept(0);
     }
     judge_->Accept(place);
-    pairing.wasReset = true;
+    judge_->PairingOf(place).wasReset = true;
     ++result_.resets;
 }
 
+/// A pairing that is out of step, or a row that differs, needs a loss of its own that explains it.
+bool Simulation::Agrees(std::size_t place) {
+    const std::string& name = stations_[place].computer->Name();
+    const auto excuse = [&](const char* why, const std::string& what) {
+        if (why == nullptr) {
+            throw Violation{name + what + ", and no loss explains it"};
+        }
+        chronicle_.Note(name, what + ": " + why);
+        ++result_.excused[why];
+    };
+    if (!judge_->IsInStep(place)) {
+        excuse(judge_->Losses().ExplainStep(place), " is out of step with main");
+        return false;
+    }
+    bool agrees = true;
+    for (const auto& [id, table] :
+         DifferingRows(*stations_[0].computer, *stations_[place].computer, judge_->PairingOf(place))) {
+        excuse(judge_->Losses().ExplainRow(place, id), " differs from main in " + table + " " + id);
+        agrees = false;
+    }
+    return agrees;
+}
+
 /// A file that main took twice may have undone what was changed in between. Its versions tell, unless a database
-/// was restored and counts them anew, an old file came behind a reset, or a row was changed while it was exported
-/// and travelled in two files.
+/// was restored and counts them anew, an old file came behind a reset, or the row was changed while it was
+/// exported and travelled in two files.
 void Simulation::DemandNothingTwice() const {
-    const bool mayCountTwice = chronicle_.Losses().contains(loss::Restored) ||
-                               chronicle_.Losses().contains(loss::OldNumbering) ||
-                               chronicle_.Faults().contains("edit-in-pass");
-    if (!mayCountTwice &&
-        stations_[0].computer->Number(
-            "SELECT COUNT(*) FROM (SELECT 1 FROM AuditLog WHERE Origin IS NOT NULL GROUP BY TableName, "
-            "AuditUniqueID, Origin, OriginID HAVING COUNT(*) > 1)") != 0) {
-        throw Violation{"main took a version a second time"};
+    suite::SqliteStatement twice = stations_[0].computer->Company().Prepare(
+        "SELECT AuditUniqueID FROM AuditLog WHERE Origin IS NOT NULL GROUP BY TableName, AuditUniqueID, Origin, "
+        "OriginID HAVING COUNT(*) > 1");
+    while (twice.Step()) {
+        const std::string id(twice.Text(0));
+        if (!judge_->Losses().ExplainsTwice(id) && !judge_->EditedInPasses().contains(id)) {
+            throw Violation{"main took a version of " + id + " a second time"};
+        }
     }
 }
 
-/// A file that is lost, or a first exchange that stops half-way, costs time and a reset, and no value: what a
-/// workstation has sent and main has not confirmed is kept when the reset gives it up.
+/// A value is lost only with a file that carried it, or with a database that held it.
 void Simulation::DemandValues() {
-    const std::vector<std::string> lost = users_->LostValues();
-    if (lost.empty()) {
-        return;
-    }
-    for (const auto& [name, count] : chronicle_.Losses()) {
-        if (name != loss::LostFile && name != loss::NoAcknowledge) {
-            result_.lostValues = static_cast<std::int64_t>(lost.size());
-            return;
+    for (const auto& [value, where] : users_->LostValues()) {
+        const char* const why = judge_->Losses().ExplainValue(value);
+        if (why == nullptr) {
+            throw Violation{"'" + value + "' (" + where + ") is lost, and no loss explains it"};
         }
+        chronicle_.Note("all", "'" + value + "' is lost: " + why);
+        ++result_.lostValues[why];
     }
-    throw Violation{"the value " + lost.front() + " is lost, and no loss explains it"};
 }
 
 } // namespace qndr::simulation

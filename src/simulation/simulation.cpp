@@ -47,7 +47,8 @@ void Simulation::SetUp() {
         const std::string name = number == 0 ? "main" : "laptop-" + std::to_string(number);
         Station station;
         station.computer = std::make_unique<SimulatedComputer>(options_.folder, name);
-        station.gate = std::make_unique<FaultGate>(name, plan_, random_.Branch(), chronicle_);
+        station.below = std::make_unique<ComputerFaults>(*station.computer, plan_, random_.Branch(), chronicle_);
+        station.gate = std::make_unique<FaultGate>(name, plan_, random_.Branch(), chronicle_, *station.below);
         station.nextWake = random_.Below(2 * HourMinutes);
         places.push_back({name, options_.folder + "/" + name + "/sync"});
         station.computer->SetUp(number == 0 ? suite::MainCompanyType : suite::RoamingCompanyType,
@@ -64,6 +65,9 @@ void Simulation::SetUp() {
     for (std::size_t place = 0; place < stations_.size(); ++place) {
         stations_[place].gate->AfterCall([this](std::string_view call) { judge_->AfterCall(call); });
         stations_[place].gate->OnEdit([this, place] {
+            if (stations_[place].below->IsClosedToUsers()) {
+                return;
+            }
             chronicle_.NoteFault(stations_[place].computer->Name(), "edit-in-pass", "somebody works in the pass");
             users_->Edit(place);
             judge_->NoteEdit();
@@ -120,20 +124,24 @@ void Simulation::ActAround(std::size_t place) {
     }
     for (std::int64_t edits = random_.Below(4); edits > 0; --edits) {
         const auto busy = static_cast<std::size_t>(random_.Below(static_cast<std::int64_t>(stations_.size())));
-        stations_[busy].computer->MoveTo(minute_);
-        users_->Edit(busy);
+        if (!stations_[busy].below->IsClosedToUsers()) {
+            stations_[busy].computer->MoveTo(minute_);
+            users_->Edit(busy);
+        }
     }
     SimulatedComputer& computer = *stations_[place].computer;
-    if (place != 0 && random_.Chance(plan_.Rate(Fault::Reset)) && judge_->States(place).first == 4) {
+    if (place != 0 && random_.Chance(plan_.Rate(Fault::Reset)) && judge_->States(place).first == 4 &&
+        !stations_[place].below->IsClosedToUsers()) {
         chronicle_.NoteFault(computer.Name(), "reset", "asks for a reset");
         suite::RequestReset(computer.Company());
         judge_->PairingOf(place).wasReset = true;
         judge_->Accept(place);
     }
-    if (plan_.Has(Fault::RestoreBackup)) {
+    if (plan_.Has(Fault::RestoreBackup) && !stations_[place].below->IsClosedToUsers()) {
         RestoreBackup(place);
     }
-    Disturb(place);
+    stations_[place].below->MoveTo(minute_);
+    SetClock(place);
 }
 
 void Simulation::RestoreBackup(std::size_t place) {
@@ -141,30 +149,24 @@ void Simulation::RestoreBackup(std::size_t place) {
     if (computer.HasBackup() && random_.Chance(plan_.Rate(Fault::RestoreBackup))) {
         chronicle_.NoteFault(computer.Name(), "restore-backup", "its database is restored from a backup");
         stations_[place].agent.reset();
+        std::set<std::string> gone = users_->ValuesInRows(place);
+        gone.merge(users_->KeptValues(place));
         computer.RestoreBackup();
-        judge_->NoteRestored(place);
+        std::set<std::string> back = users_->ValuesInRows(place);
+        back.merge(users_->KeptValues(place));
+        for (const std::string& value : back) {
+            gone.erase(value);
+        }
+        judge_->NoteRestored(place, gone);
     } else if (random_.Chance(0.1)) {
         computer.TakeBackup();
         chronicle_.Note(computer.Name(), "its database is backed up");
     }
 }
 
-void Simulation::Disturb(std::size_t place) {
+void Simulation::SetClock(std::size_t place) {
     Station& station = stations_[place];
     const std::string& name = station.computer->Name();
-    if (station.disturbedUntil <= minute_) {
-        station.gate->SetDiskFull(false);
-        station.gate->SetLocked(false);
-        if (random_.Chance(plan_.Rate(Fault::DiskFull))) {
-            chronicle_.NoteFault(name, "disk-full", "its disk is full");
-            station.gate->SetDiskFull(true);
-            station.disturbedUntil = minute_ + random_.Below(8 * HourMinutes);
-        } else if (random_.Chance(plan_.Rate(Fault::LockDatabase))) {
-            chronicle_.NoteFault(name, "lock-database", "its database is locked");
-            station.gate->SetLocked(true);
-            station.disturbedUntil = minute_ + random_.Below(2 * HourMinutes);
-        }
-    }
     if (station.clockWrongUntil <= minute_) {
         std::int64_t error = 0;
         if (random_.Chance(plan_.Rate(Fault::JumpClock))) {
@@ -187,14 +189,16 @@ void Simulation::RunPass(std::size_t place) {
     computer.MoveTo(minute_);
     folders_->Deliver(place, minute_);
     station.gate->BeginPass();
+    station.below->BeginPass();
+    UnflushedFiles unflushed(computer.SyncFolder());
     judge_->BeginPass(place, *station.gate);
     AbandonedStatements abandoned;
     {
         const ObserveFailures observing(abandoned);
         try {
             if (station.agent == nullptr) {
-                station.agent =
-                    std::make_unique<AgentProcess>(computer, *station.gate, plan_, identifiers_, chronicle_);
+                station.agent = std::make_unique<AgentProcess>(computer, *station.gate, *station.below, plan_,
+                                                               identifiers_, chronicle_, judge_->Watch());
                 station.agent->Load();
             }
             if (quiet_) {
@@ -204,7 +208,14 @@ void Simulation::RunPass(std::size_t place) {
         } catch (const AgentDied&) {
             station.agent.reset();
             computer.EmptyTemporaryFolder();
+            if (plan_.Has(Fault::PowerCut) && random_.Chance(0.5)) {
+                LosePower(place, unflushed);
+            }
         }
+    }
+    station.below->EndPass();
+    if (random_.Chance(plan_.Rate(Fault::PowerCut))) {
+        LosePower(place, unflushed);
     }
     if (station.agent != nullptr && station.agent->HasEnded()) {
         chronicle_.Note(computer.Name(), "its agent ends");
@@ -214,6 +225,16 @@ void Simulation::RunPass(std::size_t place) {
     computer.StampNewFiles();
     judge_->EndPass(abandoned.reasons);
     folders_->Collect(place, minute_);
+}
+
+void Simulation::LosePower(std::size_t place, UnflushedFiles& files) {
+    Station& station = stations_[place];
+    chronicle_.NoteFault(station.computer->Name(), "power-cut", "loses its power");
+    station.agent.reset();
+    station.computer->EmptyTemporaryFolder();
+    for (const std::string& name : files.Lose()) {
+        chronicle_.Note(station.computer->Name(), name + " was not made durable");
+    }
 }
 
 void Simulation::ScheduleNextWake(std::size_t place) {

@@ -6,6 +6,7 @@
 #include "simulation/faults.h"
 #include "simulation/judge.h"
 #include "simulation/sync_folders.h"
+#include "simulation/unflushed_files.h"
 #include "simulation/users.h"
 
 #include <cstdint>
@@ -31,8 +32,11 @@ struct SimulationResult {
     std::int64_t bytes = 0;
     std::int64_t edits = 0;
     std::int64_t conflicts = 0;
-    std::int64_t resets = 0;     ///< that mended a pairing that was out of step
-    std::int64_t lostValues = 0; ///< that somebody entered and that are gone, for a loss that is known by name
+    std::int64_t resets = 0; ///< that mended a pairing that was out of step
+    /// Pairings out of step and rows that differed in the quiet time, by the name of the loss that explains it.
+    std::map<std::string, std::int64_t> excused;
+    /// What somebody entered and is gone, by the name of the loss that explains it.
+    std::map<std::string, std::int64_t> lostValues;
     std::map<std::string, std::int64_t> faults;
     std::map<std::string, std::int64_t> losses;
     std::uint64_t fingerprint = 0; ///< of all events; the same for the same options
@@ -52,10 +56,10 @@ class Simulation {
   private:
     struct Station { ///< a computer with its agent
         std::unique_ptr<SimulatedComputer> computer;
+        std::unique_ptr<ComputerFaults> below;
         std::unique_ptr<FaultGate> gate;
         std::unique_ptr<AgentProcess> agent; ///< null while none runs
         std::int64_t nextWake = 0;           ///< minutes since the start
-        std::int64_t disturbedUntil = 0;
         std::int64_t clockWrongUntil = 0;
     };
 
@@ -64,7 +68,8 @@ class Simulation {
     void ComeToRest();
     std::size_t NextToWake() const;
     void ActAround(std::size_t place);
-    void Disturb(std::size_t place);
+    void SetClock(std::size_t place);
+    void LosePower(std::size_t place, UnflushedFiles& files);
     void RestoreBackup(std::size_t place);
     void RunPass(std::size_t place);
     void ScheduleNextWake(std::size_t place);

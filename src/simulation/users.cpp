@@ -5,21 +5,20 @@
 namespace qndr::simulation {
 namespace {
 
-struct Place {
-    const char* table;
-    const char* column;
-};
-
-/// Where values are entered; all columns of a table's that are.
-constexpr Place Places[] = {{"Orders", "Notes"},       {"OrderItems", "Description"}, {"Customers", "Notes"},
-                            {"Customers", "LastName"}, {"PurchaseOrders", "Notes"},   {"Groups", "Name"},
-                            {"EmailTemplates", "Body"}};
+constexpr EntryPlace Places[] = {{"Orders", "Notes"},       {"OrderItems", "Description"}, {"Customers", "Notes"},
+                                 {"Customers", "LastName"}, {"PurchaseOrders", "Notes"},   {"Groups", "Name"},
+                                 {"EmailTemplates", "Body"}};
 /// Rows of each table that are there from the start, few, so that people meet in them.
 constexpr int FirstRows = 2;
 constexpr std::size_t MostRows = 60;
 constexpr const char* Mark = "value ";
 
-/// The values that occur in the text.
+} // namespace
+
+std::span<const EntryPlace> EntryPlaces() {
+    return Places;
+}
+
 void CollectValues(const std::string& text, std::set<std::string>& values) {
     const std::string mark = Mark;
     for (auto start = text.find(mark); start != std::string::npos; start = text.find(mark, start + 1)) {
@@ -30,11 +29,9 @@ void CollectValues(const std::string& text, std::set<std::string>& values) {
     }
 }
 
-} // namespace
-
 Users::Users(std::vector<SimulatedComputer*> computers, SeededRandom random, Chronicle& chronicle)
     : computers_(std::move(computers)), random_(random), chronicle_(chronicle) {
-    for (const Place& place : Places) {
+    for (const EntryPlace& place : Places) {
         for (int row = 0; row < FirstRows; ++row) {
             rows_.push_back({place.table, random_.Identifier()});
         }
@@ -58,7 +55,7 @@ void Users::Edit(std::size_t computer) {
         Delete(computer, row);
     } else {
         std::vector<const char*> columns;
-        for (const Place& place : Places) {
+        for (const EntryPlace& place : Places) {
             if (row.table == place.table) {
                 columns.push_back(place.column);
             }
@@ -94,7 +91,7 @@ void Users::Put(std::size_t computer, const std::string& table, const std::strin
 }
 
 void Users::Delete(std::size_t computer, const Row& row) {
-    for (const Place& place : Places) {
+    for (const EntryPlace& place : Places) {
         if (row.table == place.table) {
             Overwritten(computer, row.table, row.id, place.column);
         }
@@ -109,21 +106,31 @@ void Users::Overwritten(std::size_t computer, const std::string& table, const st
         computers_[computer]->Value("SELECT " + column + " FROM " + table + " WHERE UniqueID = '" + id + "'"));
 }
 
-std::vector<std::string> Users::LostValues() const {
-    std::set<std::string> kept;
-    for (const SimulatedComputer* computer : computers_) {
-        for (const Place& place : Places) {
-            CollectValues(
-                computer->Value("SELECT group_concat(" + std::string(place.column) + ") FROM " + place.table),
-                kept);
-        }
-        CollectValues(computer->Value("SELECT group_concat(LosingValues) FROM ImportConflicts"), kept);
-        CollectValues(computer->Value("SELECT group_concat(RecordXml) FROM ImportProblems"), kept);
+std::set<std::string> Users::ValuesInRows(std::size_t computer) const {
+    std::set<std::string> values;
+    for (const EntryPlace& entry : Places) {
+        CollectValues(computers_[computer]->Value("SELECT group_concat(" + std::string(entry.column) + ") FROM " +
+                                                  entry.table),
+                      values);
     }
-    std::vector<std::string> lost;
-    for (const auto& [value, where] : values_) {
-        if (!kept.contains(value)) {
-            lost.push_back("'" + value + "' (" + where + ")");
+    return values;
+}
+
+std::set<std::string> Users::KeptValues(std::size_t computer) const {
+    std::set<std::string> values;
+    CollectValues(computers_[computer]->Value("SELECT group_concat(LosingValues) FROM ImportConflicts"), values);
+    CollectValues(computers_[computer]->Value("SELECT group_concat(RecordXml) FROM ImportProblems"), values);
+    return values;
+}
+
+std::map<std::string, std::string> Users::LostValues() const {
+    std::map<std::string, std::string> lost = values_;
+    for (const std::string& value : ValuesInRows(0)) {
+        lost.erase(value);
+    }
+    for (std::size_t computer = 0; computer < computers_.size(); ++computer) {
+        for (const std::string& value : KeptValues(computer)) {
+            lost.erase(value);
         }
     }
     return lost;

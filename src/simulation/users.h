@@ -5,10 +5,23 @@
 
 #include <cstddef>
 #include <map>
+#include <set>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace qndr::simulation {
+
+/// Where values are entered.
+struct EntryPlace {
+    const char* table;
+    const char* column;
+};
+/// All columns of a table's that are.
+std::span<const EntryPlace> EntryPlaces();
+
+/// The values that occur in the text.
+void CollectValues(const std::string& text, std::set<std::string>& values);
 
 /// The people at the computers, and what they have entered. Every value that somebody enters is a text of its own;
 /// whoever writes over it or deletes its row had it before his eyes. All others must never get lost.
@@ -23,8 +36,13 @@ class Users {
     /// From now on there are orders: main's are in no initial sync, so they come when all workstations are ready.
     void BeginOrders() { ordersHaveBegun_ = true; }
 
-    /// The values that stand in no row and are kept nowhere, each with where it was entered.
-    std::vector<std::string> LostValues() const;
+    /// What stands in the computer's rows.
+    std::set<std::string> ValuesInRows(std::size_t computer) const;
+    /// What lost there against another version and is kept.
+    std::set<std::string> KeptValues(std::size_t computer) const;
+    /// The values that stand in no row of main's and are kept nowhere, each with where it was entered. A row of a
+    /// workstation alone is no place for them: main's next change of it would overwrite them unseen.
+    std::map<std::string, std::string> LostValues() const;
     std::int64_t Edits() const { return edits_; }
 
   private:

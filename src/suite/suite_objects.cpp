@@ -30,7 +30,7 @@ std::unique_ptr<services::Upgrader> SuiteObjects::CreateUpgrader() {
 }
 
 std::unique_ptr<services::ZipArchive> SuiteObjects::CreateZipArchive() {
-    return std::make_unique<LibZipArchive>(&trouble_);
+    return std::make_unique<LibZipArchive>(archives_, &trouble_);
 }
 
 } // namespace qndr::suite

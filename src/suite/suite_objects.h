@@ -8,6 +8,7 @@
 #include "suite/computer/computer.h"
 #include "suite/computer/computer_trouble.h"
 #include "suite/database/lock_wait.h"
+#include "suite/files/archive_shelf.h"
 
 namespace qndr::suite {
 
@@ -16,9 +17,9 @@ namespace qndr::suite {
 class SuiteObjects : public services::ObjectFactory {
   public:
     SuiteObjects(const Computer& computer, services::RegistryTools& registry, services::IniTools& iniTools,
-                 const services::Clock& clock, ComputerTrouble& trouble, LockWait& wait)
+                 const services::Clock& clock, ComputerTrouble& trouble, LockWait& wait, ArchiveShelf& archives)
         : computer_(computer), registry_(registry), iniTools_(iniTools), clock_(clock), trouble_(trouble),
-          wait_(wait), marks_(computer.name) {}
+          wait_(wait), archives_(archives), marks_(computer.name) {}
 
     /// Which companies the agent works on that has these objects.
     CompanyMarks& Marks() { return marks_; }
@@ -37,6 +38,7 @@ class SuiteObjects : public services::ObjectFactory {
     const services::Clock& clock_;
     ComputerTrouble& trouble_;
     LockWait& wait_;
+    ArchiveShelf& archives_;
     CompanyMarks marks_;
 };
 

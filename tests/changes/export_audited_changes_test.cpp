@@ -38,7 +38,7 @@ TEST_F(ExportAuditedChangesTest, EachAuditRowOfTheRangeIsOneEntryInItsOrder) {
     EXPECT_EQ(info.Files, Lines{Path("data.xml")});
     EXPECT_EQ(TakeLog(), Lines{});
     for (const auto& entry : expected) {
-        EXPECT_NE(Company().ExecuteRead(entry.second), nullptr) << entry.second;
+        EXPECT_NE(Company().ExecuteRead(services::Statement(entry.second)), nullptr) << entry.second;
     }
 }
 

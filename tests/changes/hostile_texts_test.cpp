@@ -1,9 +1,9 @@
 #include "changes/apply_changes_from_roaming_workstations.h"
-#include "changes/changes_test.h"
 #include "changes/order_number_sync.h"
 #include "initial/initial_sync_main.h"
 #include "initial/initial_sync_roaming.h"
 #include "shared/text.h"
+#include "support/agent_bench.h"
 
 namespace qndr::testing {
 namespace {
@@ -21,7 +21,7 @@ const Lines Texts{
 };
 
 /// A company into whose statements somebody else's texts go.
-class HostileTextsTest : public ChangesTest {
+class HostileTextsTest : public AgentBench {
   protected:
     void Open(int type) {
         OpenCompany(type);
@@ -97,6 +97,7 @@ TEST_F(HostileTextsTest, SenderOfTheFirstDataStaysAValueAndTheRestGoesOn) {
     const std::string before = Everything();
     for (const std::string& text : Texts) {
         DropSyncFile(RoamingID + "~t~x.zip", "SyncState=1\r\nFrom=" + text + "\r\n");
+        Sql("UPDATE TakenFile SET Sender = ''"); // what the import leaves, of which there is none here
         ReceiveInitialSync(context, nullptr);
         EXPECT_EQ(Value("SELECT SyncState FROM Company"), "4") << text;
         Sql("UPDATE Company SET SyncState = 2");

@@ -39,6 +39,12 @@ GoldenRun::GoldenRun(const Scene& scene, const State& before)
     // What is reported behind a failed write bears a new time.
     gate.Before("Database.ExecuteNonQuery", [this] { time.Advance(10'000); });
     scene.prepare(*this);
+    // A file whose data are in leaves this mark; without it the counter would tell of a refused one.
+    engine->duringImport = [this, ofTheScene = engine->duringImport] {
+        ofTheScene();
+        Sql("UPDATE TakenFile SET Sender = (SELECT CASE CompanyType WHEN 1 THEN '" + RoamingID +
+            "' ELSE '' END FROM Company)");
+    };
     running_.Library = std::move(context.Library);
     running_.Engine = std::move(context.Engine);
     running_.SyncFolder = Path("Sync");
@@ -178,7 +184,9 @@ void GoldenRun::LookAtRows(State& state, const std::string& rows, const std::str
         values += " || " + rows + " || '." + column + "\t' || ifnull(" + column + ", 'nothing') || '\n'";
     }
     std::istringstream found(
-        Company().ExecuteScaler("SELECT group_concat(" + values + ", '') FROM " + table).ToText());
+        Company()
+            .ExecuteScaler(services::Statement("SELECT group_concat(" + values + ", '') FROM " + table))
+            .ToText());
     for (std::string line; std::getline(found, line);) {
         state[line.substr(0, line.find('\t'))] = Short(line.substr(line.find('\t') + 1));
     }

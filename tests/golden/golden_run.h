@@ -84,17 +84,6 @@ class GoldenRun : public AgentBench, private FailureObserver {
 
     const State& Before() const { return before_; }
 
-    // For the scenes.
-    using AgentBench::activity;
-    using AgentBench::AddWorkstation;
-    using AgentBench::Audit;
-    using AgentBench::context;
-    using AgentBench::DropSyncFile;
-    using AgentBench::engine;
-    using AgentBench::OpenCompany;
-    using AgentBench::Path;
-    using AgentBench::SetNumber;
-    using AgentBench::Sql;
     /// The numbers of rows of these tables are looked at too.
     Lines counted;
 

@@ -19,57 +19,41 @@ Lines Differences(const Lines& good, const Lines& other) {
         }
     }
     Lines lines;
+    int missing = 0; // in a row
     for (std::size_t i = 0, j = 0; i < good.size() || j < other.size();) {
-        std::size_t more = 0; // of the same run of missing lines
-        while (i < good.size() && (j == other.size() || good[i] != other[j]) &&
-               (j == other.size() || common[i + 1][j] >= common[i][j + 1])) {
-            if (more++ == 0) {
-                lines.push_back("    - " + good[i]);
+        if (j == other.size() ||
+            (i < good.size() && good[i] != other[j] && common[i + 1][j] >= common[i][j + 1])) {
+            if (++missing > 2) {
+                lines.pop_back();
             }
+            lines.push_back(missing == 1 ? "    - " + good[i]
+                                         : "      (and " + std::to_string(missing - 1) + " more)");
             ++i;
+            continue;
         }
-        if (more > 1) {
-            lines.push_back("      (and " + std::to_string(more - 1) + " more)");
-        }
-        for (; j < other.size() &&
-               (i == good.size() || (good[i] != other[j] && common[i + 1][j] < common[i][j + 1]));
-             ++j) {
+        missing = 0;
+        if (i < good.size() && good[i] == other[j]) {
+            ++i;
+        } else {
             lines.push_back("    + " + other[j]);
         }
-        if (i < good.size() && j < other.size() && good[i] == other[j]) {
-            ++i, ++j;
-        }
+        ++j;
     }
     return lines;
 }
 
 /// Whether this call is to fail. Of the entries of an export the first stands for all.
 bool IsToFail(const Scene& scene, const std::string& call) {
-    static const std::set<std::string> sharedOnly{"ObjectFactory.CreateZipArchive",
-                                                  "ZipArchive.AppendFiles",
-                                                  "ZipArchive.WriteZipAndClose",
-                                                  "ZipArchive.GetEntryByName",
-                                                  "ZipEntry.Extract",
-                                                  "ZipArchive.CloseZip",
-                                                  "ObjectFactory.CreateFileManager",
-                                                  "FileManager.Initialize",
-                                                  "FileManager.GetRootFolderPath",
-                                                  "FileManager.PreTerminate",
-                                                  "ObjectFactory.CreateUpgrader",
-                                                  "Upgrader.LatestVersion",
-                                                  "Upgrader.PreTerminate",
-                                                  "IniTools.GetValue",
-                                                  "IniTools.SetValue",
-                                                  "SystemTools.GetIdentifierText",
-                                                  "FileTools.ToFileToken",
-                                                  "PathTools.SplitPath2",
-                                                  "ProgramFacts.Folder",
-                                                  "ProgramFacts.ExecutableName",
-                                                  "WaitableTimers.Create",
-                                                  "FileTools.GetFileBaseName",
-                                                  "FileTools.GetFileDate"};
+    static const std::string sharedOnly =
+        " ObjectFactory.CreateZipArchive ZipArchive.AppendFiles ZipArchive.WriteZipAndClose ZipArchive.CloseZip "
+        "ZipArchive.GetEntryByName ZipEntry.Extract ObjectFactory.CreateFileManager FileManager.Initialize "
+        "FileManager.GetRootFolderPath FileManager.PreTerminate ObjectFactory.CreateUpgrader "
+        "Upgrader.LatestVersion "
+        "Upgrader.PreTerminate IniTools.GetValue IniTools.SetValue SystemTools.GetIdentifierText "
+        "FileTools.ToFileToken PathTools.SplitPath2 ProgramFacts.Folder ProgramFacts.ExecutableName "
+        "WaitableTimers.Create FileTools.GetFileBaseName FileTools.GetFileDate ";
     const std::string name = call.substr(0, call.find(' '));
-    return IsOfTheStep(call) && (scene.inFull || !sharedOnly.contains(name)) &&
+    return IsOfTheStep(call) && (scene.inFull || sharedOnly.find(" " + name + " ") == std::string::npos) &&
            (name != "Engine.AddToExport" || call == name + " 1");
 }
 

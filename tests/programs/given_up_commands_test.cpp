@@ -42,7 +42,7 @@ TEST_F(Qndr5ctl, ListsAndRestoresWhatAResetGaveUp) {
     give("Orders", "O1", R"('{"OrderNumber":"1042","Notes":"before"}')", 1);
     OnDatabase("Laptop", "UPDATE ImportConflicts SET State = 2 WHERE ID = 2");
     const std::string left = MustRun({"conflicts", "restore", laptop, "--all-given-up"});
-    EXPECT_NE(left.find("The rows of 1 more were changed here since"), std::string::npos) << left;
+    EXPECT_NE(left.find("The row of 1 more was changed here since"), std::string::npos) << left;
     EXPECT_EQ(JsonAt(MustRun({"show", laptop, "Orders", "O1", "--json"}), "$.Notes"), "since");
 }
 

@@ -140,13 +140,27 @@ TEST_F(Qndr5ctl, AsksForAResetAndTellsHowFarItIs) {
     at("6");
     OnDatabase("Laptop", "INSERT INTO CustomerTypes (UniqueID) VALUES ('A'), ('B'), ('C')");
     OnDatabase("Laptop", "UPDATE Company SET LastAuditID = 1");
-    EXPECT_NE(MustRun({"sync", "request-reset", laptop, "--date", "11/1/2026"}).find("2 changes"),
+    // Told before the deed, and nothing is done without a yes.
+    EXPECT_NE(Run({"sync", "request-reset", laptop, "--date", "11/1/2026"}).out.find("gives up 3 changes"),
               std::string::npos);
+    EXPECT_EQ(JsonAt(MustRun({"company", "show", laptop, "--json"}), "$.state") +
+                  JsonAt(MustRun({"company", "show", laptop, "--json"}), "$.givenUpChanges"),
+              "63");
+    MustRun({"sync", "request-reset", laptop, "--yes"});
+    MustRun({"sync", "cancel-reset", laptop});
+    EXPECT_EQ(JsonAt(MustRun({"company", "show", laptop, "--json"}), "$.state"), "6") << "where it stood before";
+    MustFail({"sync", "cancel-reset", laptop}, "has left");
+    MustRun({"sync", "request-reset", laptop, "--date", "11/1/2026", "--yes"});
+    EXPECT_NE(MustRun({"conflicts", "list", laptop}).find("given up by a reset"), std::string::npos);
     EXPECT_NE(MustRun(date).find("2026-11-01 00:00:00"), std::string::npos);
     EXPECT_EQ(JsonAt(MustRun({"company", "show", laptop, "--json"}), "$.state"), "5");
     at("4");
     OnDatabase("Laptop", "UPDATE Company SET LastAuditID = 3");
-    EXPECT_EQ(MustRun({"sync", "request-reset", laptop}).find("Warning"), std::string::npos);
+    OnDatabase("Laptop", "UPDATE GivenUpMark SET AuditID = 3");
+    OnDatabase("Laptop", "DELETE FROM GivenUpChanges");
+    MustRun({"sync", "request-reset", laptop});
+    OnDatabase("Laptop", "UPDATE Company SET NextSequenceFromMain = 3");
+    MustFail({"sync", "cancel-reset", laptop}, "takes its course");
     at("6");
     EXPECT_NE(MustRun({"company", "show", laptop}).find("awaits the full data"), std::string::npos);
 
@@ -183,7 +197,7 @@ TEST_F(Qndr5ctl, ReadsAndWritesSettingsWithoutMakingThemByLooking) {
     MustFail({"settings", "set", "SyncFrequency", "61"}, "1 to 60");
     MustFail({"settings", "set", "SyncFrequency", "5x"}, "number");
     MustFail({"settings", "set", "NextSync", "2026-02-30"}, "date");
-    MustFail({"settings", "set", "SyncFrequncy", "5"}, "no setting");
+    MustFail({"settings", "set", "SyncFrequncy", "5"}, "did you mean 'SyncFrequency'?");
     MustRun({"settings", "set", "SyncFrequency", "15"});
     MustRun({"stop"});
     MustRun({"settings", "set", "Note", "a \"b\"\n", "--key", "Software\\Else"});
@@ -205,16 +219,23 @@ TEST_F(Qndr5ctl, ReadsAndWritesSettingsWithoutMakingThemByLooking) {
 
 TEST_F(Qndr5ctl, NamesFoldersRolesAndOptionsByProfile) {
     MustRun({"location", "set", "Sync", File("share")});
-    MustRun({"location", "set", "Sync", "relative/../here", "--profile", "Laptop"});
+    MustRun({"location", "set", "sync", "relative/../here", "--profile", "Laptop"});
+    fs::remove_all("here");
+    MustFail({"location", "set", "Snc", File("share")}, "did you mean 'Sync'?");
     EXPECT_EQ(JsonAt(MustRun({"location", "list", "--json", "--profile", "Other"}), "$[1].folder"), File("share"));
     EXPECT_EQ(JsonAt(MustRun({"location", "list", "--json", "--profile", "Laptop"}), "$[1].folder"),
               (fs::current_path() / "here").string());
+    EXPECT_EQ(MustRun({"role"}), "main (not set)\n");
     MustRun({"role", "roaming", "--profile", "Laptop"});
+    EXPECT_EQ(MustRun({"role", "--profile", "Laptop"}), "roaming\n");
     const std::string key = "Software\\Velmoran\\Ordergrove Suite\\5.0\\Settings (Laptop)";
     EXPECT_EQ(MustRun({"settings", "get", "RoamingWorkstation", "--key", key}), "1\n");
 
     const std::string main = NewCompany("Main", "main");
     MustFail({"option", "get", main, "Roaming Workstations", "EnableSync"}, "is not set");
+    MustFail({"option", "set", main, "Roaming Workstation", "EnableSync", "1"},
+             "did you mean 'Roaming Workstations'?");
+    MustFail({"option", "set", main, "Roaming Workstations", "EnabelSync", "1"}, "did you mean 'EnableSync'?");
     MustRun({"option", "set", main, "Roaming Workstations", "EnableSync", "1"});
     MustRun({"option", "set", main, "Roaming Workstations", "EnableSync", "0", "--profile", "Laptop"});
     EXPECT_EQ(MustRun({"option", "get", main, "roaming workstations", "enablesync"}), "1\n");

@@ -1,5 +1,4 @@
 #include "support/dealer.h"
-#include "support/scripted_gate.h"
 
 namespace qndr::testing {
 namespace {
@@ -31,16 +30,6 @@ class ChangeFlow : public ::testing::Test {
         for (const DealerComputer* computer : dealer.All()) {
             EXPECT_EQ(computer->TemporaryFiles(), 0U) << computer->Name();
             EXPECT_EQ(computer->Number("SELECT COUNT(*) FROM ImportProblems"), 0) << computer->Name();
-        }
-    }
-    /// Every one of these names is the row's or somebody can get it back.
-    void ExpectKept(const Texts& names) const {
-        std::string kept = "\"" + main.Get("Groups", "G", "Name") + "\"";
-        for (const DealerComputer* computer : dealer.All()) {
-            kept += computer->Conflicts();
-        }
-        for (const std::string& name : names) {
-            EXPECT_NE(kept.find("\"" + name + "\""), std::string::npos) << name << " is not in " << kept;
         }
     }
     std::int64_t CounterOnMain(const std::string& column, const DealerComputer& laptop) const {
@@ -86,92 +75,6 @@ TEST_F(ChangeFlow, EveryChangeReachesTheOthersAndNothingGoesRoundForEver) {
     EXPECT_EQ(two.Number("SELECT COUNT(*) FROM Customers"), 2);
     EXPECT_EQ(one.Number("SELECT COUNT(*) FROM Attachments"), 0);
     EXPECT_EQ(dealer.FilesInSyncFolder(), 0U);
-}
-
-TEST_F(ChangeFlow, OneFileAPassAndNumbersWithoutAGap) {
-    for (int number = 1; number <= 4; ++number) {
-        Name(one, "of one " + std::to_string(number));
-        one.RunPass();
-        EXPECT_EQ(one.Number("SELECT NextSequenceToMain FROM Company"), number);
-        main.RunPass();
-        EXPECT_EQ(CounterOnMain("NextSequenceFromRoaming", one), number);
-        EXPECT_EQ(CounterOnMain("NextSequenceToRoaming", two), number);
-        two.RunPass();
-        EXPECT_EQ(two.Number("SELECT NextSequenceFromMain FROM Company"), number);
-        EXPECT_EQ(NameOn(two), "of one " + std::to_string(number));
-    }
-    ExpectAgreement();
-}
-
-TEST_F(ChangeFlow, TheSameRowEditedEverywhereAtOnceEndsAlikeAndKeepsEveryValue) {
-    Name(main, "base");
-    ExpectAgreement();
-    Name(one, "one");
-    Name(two, "two");
-    Name(main, "main");
-    ExpectAgreement();
-    ExpectKept({"one", "two", "main"});
-}
-
-TEST_F(ChangeFlow, AnEditBeforeAnOlderOneIsSentTravelsAlone) {
-    Name(one, "older");
-    Name(one, "newer");
-    ExpectAgreement();
-    for (const DealerComputer* computer : dealer.All()) {
-        EXPECT_EQ(NameOn(*computer), "newer");
-        EXPECT_EQ(computer->Conflicts(), "");
-    }
-}
-
-TEST_F(ChangeFlow, AnEditBehindAnOlderOneThatIsOnItsWayWins) {
-    Name(one, "base");
-    ExpectAgreement();
-    Name(one, "older");
-    one.RunPass();
-    Name(one, "newer");
-    main.RunPass(); // sends the older one back to its maker
-    EXPECT_EQ(NameOn(main), "older");
-    one.RunPass();
-    EXPECT_EQ(NameOn(one), "newer") << "the own older version took the newer one's place";
-    ExpectAgreement();
-    EXPECT_EQ(NameOn(two), "newer");
-    EXPECT_EQ(one.Conflicts() + main.Conflicts() + two.Conflicts(), "");
-}
-
-TEST_F(ChangeFlow, AnEditAgainstOneThatIsStillOnItsWayFromMainKeepsBoth) {
-    Name(main, "base");
-    ExpectAgreement();
-    Name(main, "main");
-    main.RunPass();
-    const Texts files = dealer.SyncFiles();
-    ASSERT_EQ(files.size(), 2U);
-    for (const std::string& file : files) {
-        fs::rename(file, folder.Path() + "/" + fs::path(file).filename().string());
-    }
-    Name(one, "one");
-    one.RunPass();
-    main.RunPass();
-    EXPECT_EQ(NameOn(main), "one");
-    for (const std::string& file : files) {
-        fs::rename(folder.Path() + "/" + fs::path(file).filename().string(), file);
-    }
-    one.RunPass();
-    EXPECT_EQ(NameOn(one), "one") << "main's older version took the place of one that main has taken";
-    ExpectAgreement();
-    ExpectKept({"main", "one"});
-}
-
-TEST_F(ChangeFlow, ADeletionAgainstAnEditKeepsTheEditEitherWay) {
-    for (const bool mainDeletes : {true, false}) {
-        Name(main, "base");
-        ExpectAgreement();
-        const DealerComputer& deleting = mainDeletes ? main : one;
-        const DealerComputer& editing = mainDeletes ? one : main;
-        deleting.Delete("Groups", "G");
-        Name(editing, mainDeletes ? "edited on one" : "edited on main");
-        ExpectAgreement();
-        ExpectKept({mainDeletes ? "edited on one" : "edited on main"});
-    }
 }
 
 TEST_F(ChangeFlow, AnOrderTravelsWithItsLinesItsNumberAndABackup) {
@@ -277,35 +180,6 @@ TEST_F(ChangeFlow, ADestroyedFileToMainStaysAndTheOnesBehindItWaitForAGoodCopy) 
     ExpectAgreement();
     EXPECT_EQ(NameOn(two), "second");
     EXPECT_EQ(dealer.FilesInSyncFolder(), 0U);
-}
-
-TEST_F(ChangeFlow, DataThatTheEngineRefusesIsLostAndDoesNotBlockTheSequence) {
-    Name(one, "lost");
-    one.RunPass();
-    class Refusing : public services::CallGate {
-        bool Admits(std::string_view call) override { return call != "Engine.ImportFile"; }
-    } gate;
-    main.RunPass(&gate);
-    EXPECT_EQ(CounterOnMain("NextSequenceFromRoaming", one), 1);
-    EXPECT_EQ(dealer.FilesInSyncFolder(), 0U);
-    one.Put("Groups", "H", "Name", "next");
-    EXPECT_TRUE(dealer.ComeToRest());
-    EXPECT_EQ(two.Get("Groups", "H", "Name"), "next");
-    EXPECT_EQ(NameOn(main), "");
-}
-
-TEST_F(ChangeFlow, AFileWhoseNumberMainCouldNotStoreTakesNothingBackWhenItComesAgain) {
-    Name(one, "of one");
-    one.RunPass();
-    ScriptedGate gate;
-    gate.RefuseOnly("Database.ExecuteNonQuery", 1);
-    main.RunPass(&gate);
-    ASSERT_EQ(NameOn(main), "of one");
-    ASSERT_EQ(CounterOnMain("NextSequenceFromRoaming", one), 0);
-    Name(main, "later");
-    ExpectAgreement();
-    EXPECT_EQ(NameOn(main), "later");
-    EXPECT_EQ(main.Conflicts(), "");
 }
 
 } // namespace

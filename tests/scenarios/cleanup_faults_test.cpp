@@ -16,9 +16,9 @@ class CleanUpFaults : public ::testing::Test {
         dealer.KeepOpen();
         fs::create_directories(main.TemporaryFolder());
         FillPlaces();
-        FailingCall counting(FailingCall::Way::None, 0);
+        ScriptedGate counting;
         main.RunPass(&counting);
-        calls = counting.Names();
+        calls = counting.Calls();
         ExpectOnlyYoungFiles("without a fault");
     }
 
@@ -74,10 +74,11 @@ TEST_F(CleanUpFaults, NoRefusedOrRaisingCallTakesAFileBeforeItsTime) {
         if (calls[place] == "MessagePump.ProcessMessages") {
             continue;
         }
-        for (const auto way : {FailingCall::Way::Refuse, FailingCall::Way::Raise}) {
+        for (const auto way : {ScriptedGate::Way::Refuse, ScriptedGate::Way::Raise}) {
             const std::string what = "call " + std::to_string(place) + " of a pass, " + calls[place];
             FillPlaces();
-            FailingCall gate(way, static_cast<long>(place) + 1);
+            ScriptedGate gate;
+            gate.FailAt(place + 1, way);
             main.RunPass(&gate);
             ASSERT_NO_FATAL_FAILURE(ExpectYoungFiles(what));
             if (std::any_of(old.begin(), old.end(), [](const auto& file) { return fs::exists(file); })) {

@@ -46,25 +46,6 @@ TEST(FirstExchange, BringsTwoLaptopsToReadyWithMainsRows) {
     }
 }
 
-TEST(FirstExchange, AskedForAnewGoesOverTheRowsThatAreThere) {
-    const test::TemporaryFolder folder(test::QuickPlace());
-    Dealer dealer(folder.Path(), 1);
-    dealer.SetUp(200);
-    dealer.RunRound();
-    dealer.RunRound();
-    ASSERT_EQ(dealer.Laptop().SyncState(), 4);
-
-    dealer.Main().Open()->Execute("UPDATE Customers SET Notes = 'changed on main' WHERE ID <= 3");
-    ASSERT_EQ(dealer.Differences(dealer.Laptop()), std::vector<std::string>{"Customers"});
-    EXPECT_TRUE(suite::RequestInitialSync(*dealer.Laptop().Open()));
-    suite::ResetCountersOf(*dealer.Main().Open(), dealer.Laptop().UniqueID());
-    dealer.RunRound();
-    dealer.RunRound();
-    EXPECT_EQ(dealer.Laptop().SyncState(), 4);
-    EXPECT_EQ(dealer.RowState(dealer.Laptop()), 4);
-    EXPECT_EQ(dealer.Differences(dealer.Laptop()), std::vector<std::string>{});
-}
-
 TEST(FirstExchange, WaitsWhileTheSyncFolderIsMissingAndGoesOnWhenItIsBack) {
     const test::TemporaryFolder folder(test::QuickPlace());
     Dealer dealer(folder.Path(), 1);

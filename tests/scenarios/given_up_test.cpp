@@ -1,5 +1,6 @@
 #include "suite/engine/conflicts.h"
 #include "support/dealer.h"
+#include "support/scripted_gate.h"
 
 namespace qndr::testing {
 namespace {
@@ -11,31 +12,6 @@ void RunUntilReady(Dealer& dealer) {
     }
     ASSERT_EQ(dealer.Laptop().SyncState(), 4);
 }
-
-/// Refuses one call of an agent's pass, or raises in it.
-class OneFault : public services::CallGate {
-  public:
-    OneFault(long number, bool raises) : number_(number), raises_(raises) {}
-    bool Admits(std::string_view call) override {
-        ++calls_;
-        if (call == "SharedCodeLibrary.QNDRSQL") {
-            clearing = calls_;
-        }
-        if (calls_ != number_) {
-            return true;
-        }
-        if (raises_) {
-            throw services::Failure("fault injected into " + std::string(call));
-        }
-        return false;
-    }
-    long clearing = 0; ///< the number of the call that the clearing begins with
-
-  private:
-    long calls_ = 0;
-    long number_;
-    bool raises_;
-};
 
 TEST(GivenUp, NoFaultWhileTheDataIsTakenLosesAChangeOrKeepsItTwice) {
     const test::TemporaryFolder folder(test::QuickPlace());
@@ -57,13 +33,16 @@ TEST(GivenUp, NoFaultWhileTheDataIsTakenLosesAChangeOrKeepsItTwice) {
         std::filesystem::copy(from, to, std::filesystem::copy_options::recursive);
     };
     copy(folder.Path() + "/live", folder.Path() + "/before");
-    OneFault counting(0, false);
+    ScriptedGate counting;
     laptop.RunPass(&counting);
-    ASSERT_GT(counting.clearing, 0);
-    for (long number = counting.clearing; number < counting.clearing + 45; ++number) {
+    const auto clearing = static_cast<std::size_t>(
+        std::ranges::find(counting.Calls(), "SharedCodeLibrary.QNDRSQL") - counting.Calls().begin() + 1);
+    ASSERT_LT(clearing, counting.Calls().size());
+    for (std::size_t number = clearing; number < clearing + 45; ++number) {
         SCOPED_TRACE(number);
         copy(folder.Path() + "/before", folder.Path() + "/live");
-        OneFault fault(number, number % 2 == 1);
+        ScriptedGate fault;
+        fault.FailAt(number, number % 2 == 1 ? ScriptedGate::Way::Raise : ScriptedGate::Way::Refuse);
         laptop.RunPass(&fault);
         laptop.RunPass();
         ASSERT_EQ(

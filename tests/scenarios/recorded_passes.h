@@ -1,42 +1,15 @@
 #pragma once
 
 #include "support/dealer.h"
+#include "support/scripted_gate.h"
 
 #include <initializer_list>
+#include <map>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
 
 namespace qndr::testing {
-
-/// Fails one call out of all that an agent makes in a pass, or ends the process at it.
-class FailingCall : public services::CallGate {
-  public:
-    enum class Way { None, Refuse, Raise, Die };
-
-    FailingCall(Way way, long number) : way_(way), number_(number) {}
-
-    bool Admits(std::string_view call) override {
-        names_.emplace_back(call);
-        if (static_cast<long>(names_.size()) != number_) {
-            return true;
-        }
-        if (way_ == Way::Raise) {
-            throw services::Failure("fault injected into " + names_.back());
-        }
-        if (way_ == Way::Die) {
-            _exit(0);
-        }
-        return way_ == Way::None;
-    }
-
-    const std::vector<std::string>& Names() const { return names_; }
-
-  private:
-    Way way_;
-    long number_;
-    std::vector<std::string> names_;
-};
 
 inline bool IsOneOf(const std::string& call, std::initializer_list<const char*> names) {
     return std::find(names.begin(), names.end(), call) != names.end();
@@ -51,64 +24,64 @@ inline std::pair<std::size_t, std::size_t> CallsOfTheCleanUps(const std::vector<
                : std::pair<std::size_t, std::size_t>(first - names.begin(), last.base() - names.begin());
 }
 
-/// Runs a pass in a process of its own that ends as a killed one does at that call: nothing is unwound, and what
-/// was not made durable is gone. False when the pass ended otherwise.
-inline bool DieInPass(const DealerComputer& computer, long number) {
-    const pid_t child = fork();
-    if (child == 0) {
-        FailingCall gate(FailingCall::Way::Die, number);
-        computer.RunPass(&gate);
-        _exit(1); // the call was never made
-    }
-    int status = 0;
-    return child != -1 && waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
 /// Passes of one laptop and main in turn, kept as it all stood before each of them, to be run again with a fault
-/// at each of their calls.
+/// at each of their calls. Each way in which that may end has a name.
 class RecordedPasses : public ::testing::TestWithParam<int> {
   protected:
+    using Way = ScriptedGate::Way;
+    using Calls = std::vector<std::string>;
+    static constexpr const char* Complete = "complete";
+    static constexpr const char* Unexplained = "unexplained";
+    static constexpr const char* Death = "the process's death";
+
+    /// The calls that can lead to an end when they are refused, or all but some.
+    struct Ending {
+        Calls causes;
+        bool allBut = false;
+    };
+
     // Without a root folder what is retired goes to a folder below the present one.
-    explicit RecordedPasses(std::size_t shards) : shards_(shards) { std::filesystem::current_path(folder.Path()); }
+    RecordedPasses(std::size_t shards, int rounds, std::map<std::string, Ending> endings)
+        : shards_(shards), rounds_(rounds), endings_(std::move(endings)) {
+        std::filesystem::current_path(folder.Path());
+    }
     ~RecordedPasses() override { std::filesystem::current_path(std::filesystem::temp_directory_path()); }
+
+    /// The end that it all has come to by now.
+    virtual std::string Judge() const = 0;
+    /// What a person does about such an end, and whether all is well then.
+    virtual bool ComesBackFrom(const std::string& ending) = 0;
+    /// Whether a call belongs to what this is about.
+    virtual bool IsOfInterest(const Calls& names, std::size_t place) const = 0;
 
     void Record(int passes) {
         for (int pass = 0; pass < passes; ++pass) {
             std::filesystem::copy(Live(), Kept(pass), std::filesystem::copy_options::recursive);
-            FailingCall counting(FailingCall::Way::None, 0);
-            RunPass(pass, &counting);
-            calls.push_back(counting.Names());
+            ScriptedGate counting;
+            Runner(pass).RunPass(&counting);
+            calls_.push_back(counting.Calls());
         }
     }
+
+    // A call without a result that could say no raises when it is refused.
+    void RefuseInTurn() {
+        FailInTurn(Way::Refuse, [this](const Calls& names, std::size_t place) {
+            return IsOfInterest(names, place) && StandsForItself(names[place]);
+        });
+    }
+    // A service that raises where its result should have said no breaks its contract, and the failure rule then
+    // takes the failure for success. The agent must still come through, with sound databases.
+    void RaiseInTurn() {
+        FailInTurn(Way::Raise, [this](const Calls& names, std::size_t place) {
+            return IsOfInterest(names, place) && HasResult(names, place);
+        });
+    }
+    void DieInTurn() { FailInTurn(Way::Die, StandsBesideAChange); }
 
     std::string Live() const { return folder.Path() + "/live"; }
-    std::string Kept(int pass) const { return folder.Path() + "/before-" + std::to_string(pass); }
-    void GoBackTo(int pass) {
-        dealer.LetGo();
-        std::filesystem::remove_all(Live());
-        std::filesystem::copy(Kept(pass), Live(), std::filesystem::copy_options::recursive);
-    }
-    int Passes() const { return static_cast<int>(calls.size()); }
-    const DealerComputer& Runner(int pass) const { return pass % 2 == 0 ? dealer.Laptop() : dealer.Main(); }
-    void RunPass(int pass, services::CallGate* gate = nullptr) const { Runner(pass).RunPass(gate); }
 
-    /// Calls `test(pass, number)` for this shard's calls that are `wanted`, given their place in the pass. The
-    /// calls of the clean-ups, which touch nothing of an exchange, are never among them.
-    template <typename Wanted, typename Test> void ForEachCall(Wanted wanted, Test test) {
-        std::size_t turn = 0;
-        for (int pass = 0; pass < Passes(); ++pass) {
-            const auto [cleanUp, behind] = CallsOfTheCleanUps(calls[pass]);
-            for (std::size_t place = 0; place < calls[pass].size() && !HasFatalFailure(); ++place) {
-                if ((place < cleanUp || place >= behind) && wanted(calls[pass], place) &&
-                    turn++ % shards_ == static_cast<std::size_t>(GetParam())) {
-                    GoBackTo(pass);
-                    test(pass, static_cast<long>(place) + 1);
-                }
-            }
-        }
-        ASSERT_GT(turn, 30U);
-    }
-
+    /// Whether these are the calls of the first pass of its computer.
+    bool IsFirstPass(const Calls& names) const { return &names == &calls_[0] || &names == &calls_[1]; }
     /// Whether the company is open at that place. The calls that open it are alike in all passes of a computer.
     static bool IsBehindTheOpening(const std::vector<std::string>& names, std::size_t place) {
         const auto opened = std::find(names.begin(), names.end(), "Engine.Initialize");
@@ -161,10 +134,94 @@ class RecordedPasses : public ::testing::TestWithParam<int> {
 
     test::TemporaryFolder folder{test::QuickPlace()};
     Dealer dealer{Live(), 1};
-    std::vector<std::vector<std::string>> calls;
 
   private:
+    std::string Kept(int pass) const { return folder.Path() + "/before-" + std::to_string(pass); }
+    const DealerComputer& Runner(std::size_t pass) const {
+        return pass % 2 == 0 ? dealer.Laptop() : dealer.Main();
+    }
+
+    /// Lets this shard's wanted calls fail, each in a run of its own. Those of the clean-ups, which touch nothing
+    /// of an exchange, are never among them.
+    template <typename Wanted> void FailInTurn(Way way, Wanted wanted) {
+        std::size_t turn = 0;
+        for (std::size_t pass = 0; pass < calls_.size(); ++pass) {
+            const auto [cleanUp, behind] = CallsOfTheCleanUps(calls_[pass]);
+            for (std::size_t place = 0; place < calls_[pass].size() && !HasFatalFailure(); ++place) {
+                if ((place < cleanUp || place >= behind) && wanted(calls_[pass], place) &&
+                    turn++ % shards_ == static_cast<std::size_t>(GetParam())) {
+                    SCOPED_TRACE("call " + std::to_string(place + 1) + " of pass " + std::to_string(pass) + ", " +
+                                 calls_[pass][place]);
+                    Fail(way, pass, place);
+                }
+            }
+        }
+        ASSERT_GT(turn, 30U);
+    }
+    void Fail(Way way, std::size_t pass, std::size_t place) {
+        dealer.LetGo();
+        std::filesystem::remove_all(Live());
+        std::filesystem::copy(Kept(static_cast<int>(pass)), Live(), std::filesystem::copy_options::recursive);
+        if (way == Way::Die) {
+            ASSERT_TRUE(DieInPass(Runner(pass), place + 1)) << "the child ended otherwise than by its gate";
+        } else {
+            ScriptedGate gate;
+            gate.FailAt(place + 1, way);
+            Runner(pass).RunPass(&gate);
+        }
+        const std::string& call = calls_[pass][place];
+        const std::string ending = Recover(pass);
+        if (way != Way::Raise) {
+            ASSERT_TRUE(Explains(way == Way::Die ? Death : call, ending) ||
+                        (way == Way::Die && Explains(Death + (" at " + call), ending)))
+                << "came to " << ending;
+        }
+        ASSERT_TRUE(way != Way::Refuse || LeavesTemporaryFile(call) ||
+                    dealer.Laptop().TemporaryFiles() + dealer.Main().TemporaryFiles() == 0);
+        ASSERT_TRUE(ending == Complete || ComesBackFrom(ending)) << "came to " << ending;
+    }
+    /// Runs a pass in a process of its own that ends as a killed one does at that call. False when the pass ended
+    /// otherwise.
+    static bool DieInPass(const DealerComputer& computer, std::size_t number) {
+        const pid_t child = fork();
+        if (child == 0) {
+            ScriptedGate gate;
+            gate.FailAt(number, Way::Die);
+            computer.RunPass(&gate);
+            _exit(1); // the call was never made
+        }
+        int status = 0;
+        return child != -1 && waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    }
+    /// Lets the exchange go on behind the pass with the fault, and some rounds further.
+    std::string Recover(std::size_t faultyPass) {
+        dealer.KeepOpen();
+        for (std::size_t pass = faultyPass + 1; pass < calls_.size(); ++pass) {
+            Runner(pass).RunPass();
+        }
+        std::string ending = Judge();
+        for (int round = 0; round < rounds_ && ending != Complete; ++round) {
+            dealer.RunRound();
+            ending = Judge();
+        }
+        return ending;
+    }
+    bool Explains(const std::string& call, const std::string& name) const {
+        const auto ending = endings_.find(name);
+        return name == Complete || (ending != endings_.end() && (std::ranges::count(ending->second.causes, call) !=
+                                                                 0) != ending->second.allBut);
+    }
+    /// Whether a refused call of that name may leave a temporary file behind. A half-made archive is left to the
+    /// clean-up of the temporary folder.
+    static bool LeavesTemporaryFile(const std::string& call) {
+        return IsOneOf(call, {"FileTools.DeleteFile", "PathTools.DeleteFolder", "PathTools.FixPath",
+                              "ZipArchive.NewZip", "ZipArchive.AppendFiles", "ZipArchive.WriteZipAndClose"});
+    }
+
     std::size_t shards_; ///< the parameter tells which of them this is
+    int rounds_;         ///< in which all that can still come does come
+    std::map<std::string, Ending> endings_;
+    std::vector<Calls> calls_; ///< of each pass
 };
 
 } // namespace qndr::testing

@@ -51,16 +51,6 @@ class Reset : public ::testing::Test {
     static std::int64_t Events(const DealerComputer& computer, const std::string& text) {
         return computer.Number("SELECT COUNT(*) FROM CompanyEvents WHERE EventText LIKE '" + text + "'");
     }
-    /// Brings the first laptop to where the full data lies in the folder for it.
-    void BringFullData() {
-        Ask(one);
-        one.RunPass();
-        main.RunPass();
-        Advance(6);
-        main.RunPass();
-        ASSERT_EQ(Row(one), "4 1 0");
-        ASSERT_EQ(FilesTo(one).size(), 1U);
-    }
     /// All three companies hold the same rows, and a change from each reaches the others.
     void ExpectNormalRunning() {
         for (const DealerComputer* computer : dealer.All()) {
@@ -129,65 +119,6 @@ TEST_F(Reset, BringsALaptopBackAndLeavesTheOtherOneAlone) {
     EXPECT_EQ(Events(two, "Sync reset complete."), 0);
 }
 
-TEST_F(Reset, AskedForAgainStartsTheDrainAnew) {
-    // Each request moves the five minutes on: as long as one comes within them, no data goes out.
-    for (int request = 0; request < 4; ++request) {
-        Ask(one);
-        one.RunPass();
-        EXPECT_EQ(FilesTo(main).size(), 1U);
-        Advance(4);
-        main.RunPass();
-        EXPECT_EQ(Row(one), "6 0 0") << "request " << request;
-        EXPECT_EQ(FilesTo(main), Texts{});
-    }
-    EXPECT_EQ(Events(main, "A sync reset was received%"), 1) << "the later ones fall into the drain";
-    Advance(6);
-    main.RunPass();
-    EXPECT_EQ(Row(one), "4 1 0");
-
-    // Behind the full data: it is thrown away unread, and new data comes.
-    const Texts first = FilesTo(one);
-    Ask(one);
-    one.RunPass();
-    EXPECT_EQ(FilesTo(one), Texts{});
-    main.RunPass();
-    EXPECT_EQ(Row(one), "6 0 0");
-    ASSERT_TRUE(dealer.FinishResets());
-    EXPECT_EQ(Events(one, "Sync reset complete."), 1);
-    ExpectNormalRunning();
-}
-
-TEST_F(Reset, OfBothLaptopsAtOnceEndsForBoth) {
-    Ask(one);
-    Ask(two);
-    ASSERT_TRUE(dealer.FinishResets());
-    EXPECT_EQ(Here(one), "4 0 1");
-    EXPECT_EQ(Here(two), "4 0 1");
-    ExpectNormalRunning();
-}
-
-TEST_F(Reset, WhoseDataCannotBeExtractedIsTriedAgain) {
-    BringFullData();
-    class NoDataOnce : public services::CallGate {
-        bool Admits(std::string_view call) override {
-            isCleared_ = isCleared_ || call == "SharedCodeLibrary.QNDRSQL";
-            return !isCleared_ || call != "ZipEntry.Extract";
-        }
-        bool isCleared_ = false;
-    } gate;
-    one.RunPass(&gate);
-    EXPECT_EQ(Here(one), "6 0 0");
-    EXPECT_EQ(one.Number("SELECT COUNT(*) FROM EmailTemplates"), 0);
-    EXPECT_EQ(FilesTo(one).size(), 1U);
-    EXPECT_EQ(Events(one, "Sync reset complete."), 0);
-
-    one.RunPass();
-    EXPECT_EQ(Here(one), "4 0 1");
-    EXPECT_EQ(Events(one, "Sync reset complete."), 1);
-    EXPECT_EQ(dealer.Differences(one), Texts{});
-    ExpectNormalRunning();
-}
-
 // Orders are no part of the full data: the laptop goes on with the version that it has.
 TEST_F(Reset, KeepsMainsChangeOfAnOrderThatTheLaptopNeverGot) {
     Ask(one);
@@ -210,26 +141,6 @@ TEST_F(Reset, KeepsMainsChangeOfAnOrderThatTheLaptopNeverGot) {
     one.Put("Orders", "O", "Notes", "seen and changed");
     ASSERT_TRUE(dealer.ComeToRest());
     EXPECT_EQ(main.Number("SELECT COUNT(*) FROM ImportConflicts"), 1) << "what the laptop saw is no loss";
-}
-
-// There is no second try behind refused data; a person sees the empty tables and asks again.
-TEST_F(Reset, WhoseDataIsRefusedEndsWithClearedTablesUntilTheNextOne) {
-    BringFullData();
-    class NoImport : public services::CallGate {
-        bool Admits(std::string_view call) override { return call != "Engine.ImportFile"; }
-    } gate;
-    one.RunPass(&gate);
-    EXPECT_EQ(Here(one), "4 0 1");
-    EXPECT_EQ(Events(one, "Sync reset complete."), 1);
-    EXPECT_EQ(one.Number("SELECT COUNT(*) FROM EmailTemplates"), 0);
-    EXPECT_GT(main.Number("SELECT COUNT(*) FROM EmailTemplates"), 0);
-    EXPECT_EQ(dealer.FilesInSyncFolder(), 0U);
-    dealer.RunRound();
-    EXPECT_GT(main.Number("SELECT COUNT(*) FROM EmailTemplates"), 0) << "the clearing has reached main";
-
-    Ask(one);
-    ASSERT_TRUE(dealer.FinishResets());
-    ExpectNormalRunning();
 }
 
 } // namespace

@@ -7,15 +7,11 @@
 namespace qndr::testing {
 namespace {
 
-TEST(Canary, IsCaughtWithinTwelveSeedsAndByTheSameSeedAgain) {
-    for (std::uint64_t number = 1; number <= CanarySeeds; ++number) {
-        const auto first = Live(Seed(number), CanaryFaults, 2);
-        if (!first.violation.empty()) {
-            std::cout << "caught by seed " << Seed(number) << ": " << first.violation << '\n';
-            const auto again = Live(Seed(number), CanaryFaults, 2);
-            EXPECT_EQ(again.violation, first.violation);
-            EXPECT_EQ(again.fingerprint, first.fingerprint);
-            EXPECT_EQ(again.lastEvents, first.lastEvents);
+TEST(Canary, IsCaughtWithinTwelveDaysThatAreWellWithoutIt) {
+    for (std::uint64_t number = 0; number < DaysInAGroup; ++number) {
+        const auto result = LiveADay(0, number);
+        if (!result.violation.empty()) {
+            std::cout << "caught by day " << number << ": " << result.violation << '\n';
             return;
         }
     }

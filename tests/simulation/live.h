@@ -55,8 +55,17 @@ inline std::string Describe(std::uint64_t seed, int workstations, const simulati
     return text;
 }
 
-/// The canaries' days. They have no fault that the protocol gives anything up for.
-inline constexpr int CanarySeeds = 12;
-inline const Faults CanaryFaults{"delay-file", "drift-clock"};
+/// Days with some of all faults, in groups.
+inline constexpr std::uint64_t DaysInAGroup = 12;
+inline std::uint64_t SeedOfDay(std::uint64_t group, std::uint64_t number) {
+    return Seed(100'000 + 100 * group + number);
+}
+inline int WorkstationsOf(std::uint64_t seed) {
+    return 1 + static_cast<int>(seed % 2);
+}
+inline simulation::SimulationResult LiveADay(std::uint64_t group, std::uint64_t number) {
+    const std::uint64_t seed = SeedOfDay(group, number);
+    return Live(seed, {}, WorkstationsOf(seed));
+}
 
 } // namespace qndr::testing

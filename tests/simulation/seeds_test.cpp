@@ -33,23 +33,13 @@ INSTANTIATE_TEST_SUITE_P(Simulation, OneFault, ::testing::Range(std::size_t{0}, 
 class SomeFaults : public ::testing::TestWithParam<std::uint64_t> {};
 
 TEST_P(SomeFaults, LoseNothingThatNoKnownLossExplains) {
-    for (std::uint64_t number = 0; number < 12; ++number) {
-        const std::uint64_t seed = Seed(100'000 + 100 * GetParam() + number);
-        ExpectAllWell(seed, {}, 1 + static_cast<int>(seed % 2));
+    for (std::uint64_t number = 0; number < DaysInAGroup; ++number) {
+        const std::uint64_t seed = SeedOfDay(GetParam(), number);
+        ExpectAllWell(seed, {}, WorkstationsOf(seed));
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Simulation, SomeFaults, ::testing::Range(std::uint64_t{0}, std::uint64_t{6}));
-
-class CanaryDays : public ::testing::TestWithParam<std::uint64_t> {};
-
-TEST_P(CanaryDays, AreWellWithoutACanary) {
-    for (std::uint64_t number = GetParam(); number <= CanarySeeds; number += 2) {
-        ExpectAllWell(Seed(number), CanaryFaults, 2);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Simulation, CanaryDays, ::testing::Values(1, 2));
 
 TEST(Simulation, GoesTheSameWayAgain) {
     const auto first = Live(Seed(7), {}, 2);

@@ -2,6 +2,7 @@
 #include "suite/company/company_creation.h"
 #include "suite/company/company_library.h"
 #include "suite/company/company_manager.h"
+#include "suite/company/company_schema.h"
 #include "suite/company/connection_string.h"
 #include "suite/company/file_manager.h"
 #include "suite/company/provisioning.h"
@@ -84,7 +85,9 @@ TEST_F(CompanyServicesTest, TakesADatabaseForACompanyByItsOneRow) {
     std::filesystem::create_directory(folder_.Path("sub"));
     const SqliteConnection any(folder_.Path("any.db"), clock_, SqliteConnection::Missing::Create);
     EXPECT_FALSE(manager_.CanOpenCompany(psd));
-    any.Execute("CREATE TABLE Company (CompanyType INTEGER, UniqueID TEXT)");
+    any.ExecuteScript(
+        "CREATE TABLE Company (CompanyType INTEGER, UniqueID TEXT); CREATE TABLE SchemaVersion AS SELECT " +
+        std::to_string(CompanySchemaVersion) + " AS Version");
     EXPECT_FALSE(manager_.CanOpenCompany(psd));
     any.Execute("INSERT INTO Company VALUES (NULL, 'A')");
     EXPECT_FALSE(manager_.CanOpenCompany(psd));

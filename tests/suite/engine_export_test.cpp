@@ -132,13 +132,13 @@ TEST_F(EngineExportTest, ShowsOneMomentAndWhatChangedDuringAnInitialSyncTravelsN
     ASSERT_TRUE(laptop.engine.ImportFile(file_));
     EXPECT_EQ(laptop.Value("SELECT group_concat(UniqueID || Name) FROM PhoneLabels"), "U1old,U2old");
 
-    const std::string sent =
+    const services::Statement sent =
         "UPDATE RoamingWorkstations SET SyncState = 3, LastAuditID = (SELECT MAX(ID) FROM AuditLog)";
     EXPECT_EQ(main_.library.Database().ExecuteNonQuery(sent), 1);
     ASSERT_TRUE(main_.ExportAudited(main_.Number("SELECT LastAuditID FROM RoamingWorkstations"), file_));
     ASSERT_TRUE(laptop.engine.ImportFile(file_));
     EXPECT_EQ(laptop.Rows("PhoneLabels"), main_.Rows("PhoneLabels"));
-    main_.Run(sent);
+    main_.Run(sent.Text());
     EXPECT_EQ(main_.Number("SELECT MAX(ID) - (SELECT LastAuditID FROM RoamingWorkstations) FROM AuditLog"), 0);
 }
 

@@ -1,9 +1,13 @@
+#include "suite/engine/import_ledger.h"
+#include "suite/engine/import_reader.h"
 #include "suite/engine_fixture.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
 #include <sqlite3.h>
+
+#include <tuple>
 
 namespace qndr::suite {
 namespace {
@@ -128,8 +132,11 @@ TEST_F(EngineImportTest, RefusesWhatIsNoFileOfItsKind) {
     laptop_.engine.SetIgnoreUnknownTables(false);
     EXPECT_FALSE(Import(laptop_, Exchange(good + "<Table Name=\"Nowhere\"/>")));
     EXPECT_EQ(laptop_.Everything(), before);
-    EXPECT_TRUE(Import(laptop_, Exchange(good + "<Table Name=\"company\"/>")))
-        << "no import writes it, but it is known";
+    for (const char* own : {"cacheProductStyles", "company", "RoamingWorkstations", "AuditLog", "CompanyOptions",
+                            "CompanyEvents", "ImportMark", "ImportConflicts", "ImportProblems", "SentRanges"}) {
+        EXPECT_TRUE(Import(laptop_, Exchange(good + "<Table Name=\"" + own + "\"/>")))
+            << "no import writes it, but it is known: " << own;
+    }
     EXPECT_EQ(Labels(), "U1 Home -");
 }
 
@@ -183,7 +190,8 @@ TEST_F(EngineImportTest, ARefusedRecordIsPutAsideAndTheRestGoesIn) {
         Label("<UniqueID>U1</UniqueID><Name>a</Name>") + Label("<UniqueID>U2</UniqueID><Name>bad</Name>") +
         Label("<Name>nobody &amp; me</Name>") + Label("<UniqueID Null=\"1\"/>") +
         Label("<UniqueID>U3</UniqueID><Name Encoding=\"base64\">A?==</Name><SortOrder>4</SortOrder>") +
-        Label("<UniqueID>U4</UniqueID><Name>d</Name>"));
+        Label("<UniqueID>U5</UniqueID><Name>a</Name><Name>b</Name>") +
+        Label("<UniqueID>U6</UniqueID><UniqueID>U7</UniqueID>") + Label("<UniqueID>U4</UniqueID><Name>d</Name>"));
     for (int i = 0; i < 2; ++i) {
         ASSERT_TRUE(Import(laptop_, text));
         EXPECT_EQ(Labels(), "U1 a -, U4 d -");
@@ -194,17 +202,77 @@ TEST_F(EngineImportTest, ARefusedRecordIsPutAsideAndTheRestGoesIn) {
             "-: The record has no UniqueID. <Record><Name>nobody &amp; me</Name></Record>\n"
             "-: The record has no UniqueID. <Record></Record>\n"
             "U3: The value of the column 'Name' is not base64. <Record><UniqueID>U3</UniqueID><Name></Name>"
-            "<SortOrder>4</SortOrder></Record>");
+            "<SortOrder>4</SortOrder></Record>\n"
+            "U5: The column 'Name' stands in it twice. <Record><UniqueID>U5</UniqueID><Name>a</Name></Record>\n"
+            "U6: The column 'UniqueID' stands in it twice. <Record><UniqueID>U6</UniqueID></Record>");
     }
     EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM CompanyEvents"), 2);
 }
 
 TEST_F(EngineImportTest, AValueBeyondAllMeasureIsAProblemOfItsRecordAlone) {
-    const std::string huge(97U * 1024 * 1024, 'x');
-    ASSERT_TRUE(Import(laptop_, Exchange(Label("<UniqueID>U1</UniqueID><Name>" + huge + "</Name>") +
-                                         Label("<UniqueID>U2</UniqueID><Name>ok</Name>"))));
-    EXPECT_EQ(Labels(), "U2 ok -");
-    EXPECT_EQ(laptop_.Value("SELECT Reason FROM ImportProblems"), "The value of the column 'Name' is too large.");
+    const std::string half(bounds::LargestRecord / 2, 'x');
+    ASSERT_TRUE(Import(laptop_, Exchange("<Table Name=\"Customers\"><Record><UniqueID>U1</UniqueID><Notes>" +
+                                         half + "</Notes><LastName>" + half +
+                                         "</LastName></Record><Record>"
+                                         "<UniqueID>U2</UniqueID><Notes>" +
+                                         half + "</Notes></Record></Table>")));
+    EXPECT_EQ(laptop_.Value("SELECT group_concat(UniqueID || length(Notes)) FROM Customers"),
+              "U2" + std::to_string(half.size()));
+    EXPECT_EQ(laptop_.Value("SELECT Reason FROM ImportProblems"),
+              "The value of the column 'LastName' is too large. It is too large to be kept.");
+}
+
+/// So many texts, each with its number in the place of the "#".
+std::string Numbered(const std::string& text, std::size_t count) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i) {
+        all += std::string(text).replace(text.find('#'), 1, std::to_string(i));
+    }
+    return all;
+}
+
+TEST_F(EngineImportTest, RefusesAFileThatGoesBeyondTheBounds) {
+    const std::string before = laptop_.Everything();
+    const std::string nowhere = "<Table Name=\"Nowhere\"><Record>";
+    const std::string end = "</Record></Table>";
+    // What is taken, what is refused, and why.
+    for (const auto& [taken, refused, words] : {
+             std::tuple(Label("<UniqueID>U</UniqueID>" + Numbered("<Z>#</Z>", 1023)),
+                        Label("<UniqueID>U</UniqueID>" + Numbered("<Z>#</Z>", 1024)), "has too many values"),
+             {nowhere + end, nowhere + Numbered("<Z>#</Z>", 1025) + end, "has too many values"},
+             {"<Table Name=\"Nowhere\">" + Numbered("<Record><Z#/></Record>", 4096) + "</Table>",
+              "<Table Name=\"Nowhere\">" + Numbered("<Record><Z#/></Record>", 4097) + "</Table>", "strange names"},
+             {Numbered("<Table Name=\"PhoneLabels\" a#=\"\"/>", 4096),
+              Numbered("<Table Name=\"PhoneLabels\" a#=\"\"/>", 4097), "strange names"},
+             {Label("<UniqueID>U</UniqueID><" + std::string(256, 'n') + "/>"),
+              Label("<UniqueID>U</UniqueID><" + std::string(257, 'n') + "/>"), "strange names"},
+             {nowhere + "<Z a='" + std::string(250'000, 'x') + "'/>" + end,
+              nowhere + "<Z a='" + std::string(600'000, 'x') + "'/>" + end, "a tag of the file is too long"},
+             {"<!--" + std::string(250'000, 'x') + "-->", "<!--" + std::string(600'000, 'x') + "-->",
+              "a tag of the file is too long"},
+         }) {
+        EXPECT_TRUE(Import(laptop_, Exchange(taken))) << words;
+        laptop_.Run("DELETE FROM PhoneLabels; DELETE FROM AuditLog");
+        EXPECT_FALSE(Import(laptop_, Exchange(refused)));
+        EXPECT_EQ(laptop_.Everything(), before) << words;
+        EXPECT_NE(laptop_.Value("SELECT EventText FROM CompanyEvents ORDER BY ID DESC").find(words),
+                  std::string::npos)
+            << words;
+    }
+    EXPECT_TRUE(Import(laptop_, Exchange("", MainID, std::string(900'000, ' '))));
+    EXPECT_FALSE(Import(laptop_, Exchange("", MainID, std::string(2'000'000, ' '))));
+}
+
+TEST_F(EngineImportTest, ManyBrokenRecordsDoNotFillTheDiskAndNothingIsOverwrittenUnkept) {
+    laptop_.Run("CREATE TRIGGER guard BEFORE INSERT ON PhoneLabels BEGIN SELECT RAISE(ABORT, 'not wanted'); END");
+    ASSERT_TRUE(
+        Import(laptop_, Exchange("<Table Name=\"PhoneLabels\">" +
+                                 Numbered("<Record><UniqueID>U#</UniqueID></Record>", 5003) + "</Table>")));
+    EXPECT_EQ(laptop_.Value("SELECT ID || ' ' || Reason FROM ImportProblems ORDER BY ID DESC"),
+              "5001 Too many records of one file could not be imported; the last 3 are not kept.");
+    ImportLedger ledger(laptop_.Connection());
+    const std::string much(bounds::MostConflictBytes / 2 + 1, 'x');
+    EXPECT_THROW(ledger.AddConflict({"PhoneLabels", "U1", "", "", much + much}), FileRefused);
 }
 
 TEST_F(EngineImportTest, WhatThisComputerCannotStoreChangesNothingAndStopsAllElse) {
@@ -243,7 +311,7 @@ TEST_F(EngineImportTest, WhatThisComputerCannotStoreChangesNothingAndStopsAllEls
                             "CompanyEvents"),
               "4 A file could not be stored and is kept: database or disk is full; "
               "4 A file could not be stored and is kept: no such table: ImportMark; "
-              "- The database can be used again.; 3 A file could not be imported: this is no exchange file");
+              "- The database can be used again.; - A file could not be imported: this is no exchange file");
 }
 
 TEST_F(EngineImportTest, MainAuditsAnImportAndAWorkstationDoesNot) {
@@ -262,6 +330,18 @@ TEST_F(EngineImportTest, MainAuditsAnImportAndAWorkstationDoesNot) {
     EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM AuditLog"), 1) << "the import has left the audit switched off";
     EXPECT_EQ(main_.Number("SELECT COUNT(*) FROM ImportMark") + laptop_.Number("SELECT COUNT(*) FROM ImportMark"),
               0);
+}
+
+// Main could not store the number of the file, so it comes again.
+TEST_F(EngineImportTest, AFileThatComesAgainTakesNothingBackOnMain) {
+    laptop_.Run("UPDATE Company SET MainUniqueID = '" + MainID +
+                "'; INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('U1', 'of the laptop')");
+    ASSERT_TRUE(laptop_.ExportAudited(0, file_));
+    ASSERT_TRUE(main_.engine.ImportFile(file_));
+    main_.Run("UPDATE PhoneLabels SET Name = 'later'");
+    ASSERT_TRUE(main_.engine.ImportFile(file_));
+    EXPECT_EQ(main_.Value("SELECT Name FROM PhoneLabels"), "later");
+    EXPECT_EQ(main_.Number("SELECT COUNT(*) FROM ImportConflicts"), 0);
 }
 
 TEST_F(EngineImportTest, QueuedNumbersArriveOnMain) {

@@ -1,9 +1,14 @@
+#include "services/failure.h"
+#include "suite/company_fixture.h"
+#include "suite/files/ini_files.h"
 #include "suite/files/wildcards.h"
 #include "suite/files/zip_archive.h"
 #include "suite/full_disk.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+
+#include <utility>
 
 namespace qndr::suite {
 namespace {
@@ -54,6 +59,15 @@ class ZipArchive : public testing::Test {
 
     TemporaryFolder folder;
 };
+
+/// Bytes that no packing makes smaller.
+std::string Noise(std::size_t size) {
+    std::string noise;
+    for (std::uint32_t i = 1; noise.size() < size; i = i * 1664525U + 1013904223U) {
+        noise += static_cast<char>(i >> 24);
+    }
+    return noise;
+}
 
 TEST_F(ZipArchive, GivesBackWhatWasPacked) {
     const std::string large(300'000, 'x');
@@ -113,11 +127,7 @@ TEST_F(ZipArchive, IsValidWithoutFiles) {
 }
 
 TEST_F(ZipArchive, LeavesNothingWhenItCannotBeWritten) {
-    std::string noise;
-    for (std::uint32_t i = 1; noise.size() < 200'000; i = i * 1664525U + 1013904223U) {
-        noise += static_cast<char>(i >> 24);
-    }
-    folder.Write("in/data.xml", noise);
+    folder.Write("in/data.xml", Noise(200'000));
     folder.Write("archive.zip", "before");
     {
         const FullDisk full(50'000);
@@ -139,29 +149,20 @@ TEST_F(ZipArchive, LeavesNothingWhenItCannotBeWritten) {
     }
     EXPECT_EQ(folder.Names(), (Names{"archive.zip", "in", "out"}));
 
-    folder.Write("in/data.xml", noise);
     ASSERT_EQ(Pack(folder / "in", folder / "whole.zip"), "");
     const FullDisk full(50'000);
     EXPECT_NE(Unpack(folder / "whole.zip", "data.xml", folder / "out"), "");
     EXPECT_TRUE(folder.Names("out").empty());
 }
 
-TEST_F(ZipArchive, RefusesDamageAtAnyByte) {
-    const std::string good = OneEntry("id.dat", "[GENERAL]\r\nSequence=5\r\n");
-    for (std::size_t length = 0; length < good.size(); ++length) {
-        ExpectRefused(good.substr(0, length), "id.dat");
+TEST_F(ZipArchive, RefusesWhatIsCutShortOrChanged) {
+    const std::string good = OneEntry("data.xml", "<Exchange/>");
+    for (std::size_t length = 0; length < good.size(); length += 7) {
+        ExpectRefused(good.substr(0, length), "data.xml");
     }
-    ExpectRefused("this is no archive", "id.dat");
-    // Every single changed byte either does no harm or is noticed.
-    for (std::size_t i = 0; i < good.size(); ++i) {
-        std::string bytes = good;
-        bytes[i] = static_cast<char>(bytes[i] ^ 0x55);
-        if (Unpack(folder.Write("bad.zip", bytes), "id.dat", folder / "out").empty()) {
-            EXPECT_EQ(folder.Read("out/id.dat"), "[GENERAL]\r\nSequence=5\r\n") << i;
-            fs::remove(folder / "out/id.dat");
-        }
-        EXPECT_TRUE(folder.Names("out").empty()) << i;
-    }
+    std::string changed = good;
+    changed[good.find("data.xml") + 10] ^= 1; // in the content, which the checksum guards
+    ExpectRefused(changed, "data.xml");
 }
 
 TEST_F(ZipArchive, RefusesNamesThatLeadElsewhere) {
@@ -199,6 +200,193 @@ TEST_F(ZipArchive, RefusesForgedSizesAndBombs) {
     const std::string words = Unpack(folder / "bomb.zip", "data.xml", folder / "out");
     EXPECT_NE(words.find("1,000"), std::string::npos) << words;
     EXPECT_TRUE(folder.Names("out").empty());
+}
+
+TEST_F(ZipArchive, TakesNoMoreThanItsBounds) {
+    OneEntry("id.dat", std::string(16 * 1024, 'x'));
+    EXPECT_EQ(Unpack(folder / "one.zip", "id.dat", folder / "out"), "");
+    fs::remove(folder / "out/id.dat");
+    ExpectRefused(OneEntry("id.dat", std::string(16 * 1024 + 1, 'x')), "id.dat");
+
+    // An archive of 98 bytes that claims a hundred million entries, for which libzip would make room.
+    const std::string claim("\0\xE1\xF5\5\0\0\0\0", 8);
+    const std::string longEnd = std::string("PK\6\6\x2C\0\0\0\0\0\0\0\x2D\0\x2D\0", 16) + std::string(8, '\0') +
+                                claim + claim + std::string(16, '\0');
+    const std::string ends = std::string("PK\6\7", 4) + std::string(12, '\0') + std::string("\1\0\0\0", 4) +
+                             std::string("PK\5\6", 4) + std::string(16, '\xFF') + std::string(2, '\0');
+    EXPECT_NE(Unpack(folder.Write("bad.zip", longEnd + ends), "id.dat", folder / "out").find("too large"),
+              std::string::npos);
+
+    // Names of 30 KB make the directory large.
+    zip_t* large = zip_open((folder / "large.zip").c_str(), ZIP_CREATE, nullptr);
+    for (int i = 0; i < 40; ++i) {
+        const std::string name = std::string(30'000, 'n') + std::to_string(i);
+        zip_file_add(large, name.c_str(), zip_source_buffer(large, "", 0, 0), 0);
+    }
+    ASSERT_EQ(zip_close(large), 0);
+    EXPECT_NE(Unpack(folder / "large.zip", "id.dat", folder / "out").find("too large"), std::string::npos);
+}
+
+/// A share: counts the calls that reach it, and lets those from `first` on, `count` of them, fail.
+struct Share : FileReads {
+    std::error_code Next() {
+        const int call = calls++;
+        return call >= first && call < first + count ? std::error_code(EIO, std::generic_category())
+                                                     : std::error_code();
+    }
+    std::error_code Facts(const std::string& path, FileFacts& facts) override {
+        const std::error_code error = Next();
+        return error ? error : FileReads::Facts(path, facts);
+    }
+    std::error_code Open(const std::string& path, OpenFile& file) override {
+        const std::error_code error = Next();
+        return error ? error : FileReads::Open(path, file);
+    }
+    std::error_code ReadAt(OpenFile& file, std::uint64_t at, std::span<char> to, std::size_t& read) override {
+        const std::error_code error = Next();
+        return error ? error : FileReads::ReadAt(file, at, to, read);
+    }
+    int calls = 0;
+    int first = 0;
+    int count = 0;
+};
+
+struct CountingPatience : Patience {
+    bool Wait(std::int32_t seconds) override {
+        waited += seconds;
+        return true;
+    }
+    int waited = 0;
+};
+
+class ArchiveOnAShare : public ZipArchive {
+  protected:
+    ArchiveOnAShare() {
+        folder.Write("in/id.dat", "[GENERAL]\r\nSequence=5\r\n");
+        folder.Write("in/data.xml", noise);
+        EXPECT_EQ(Pack(folder / "in", archive), "");
+    }
+    /// What a receiving step does: the names of the entries that it got. True in `opened` unless the file counts
+    /// as none.
+    Names Receive(ArchiveShelf& shelf) {
+        fs::remove_all(folder / "out");
+        fs::create_directory(folder / "out");
+        for (const char* name : {"id.dat", "data.xml"}) {
+            LibZipArchive zip(shelf);
+            opened = zip.OpenZip(archive) != 0;
+            const auto entry = opened ? zip.GetEntryByName(name) : nullptr;
+            opened = opened && entry != nullptr;
+            if (entry && entry->Extract(folder / "out") != 1) {
+                EXPECT_NE(zip.LastErrorText(), "");
+            }
+        }
+        return folder.Names("out");
+    }
+
+    const std::string noise = Noise(200'000);
+    const std::string archive = folder / "archive.zip";
+    const Names all{"data.xml", "id.dat"};
+    Share share;
+    CountingPatience patience;
+    StandingClock clock;
+    bool opened = false;
+};
+
+TEST_F(ArchiveOnAShare, AReadErrorIsWaitedOutAndNeverMakesItABrokenOne) {
+    {
+        ArchiveShelf shelf(share);
+        ASSERT_EQ(Receive(shelf), all);
+    }
+    const int healthy = std::exchange(share.calls, 0);
+    ASSERT_GT(healthy, 8);
+    for (int call = 0; call < healthy; ++call) {
+        SCOPED_TRACE(call);
+        for (const int count : {1, 1'000'000}) {
+            share = {};
+            share.first = call;
+            share.count = count;
+            patience.waited = 0;
+            ArchiveShelf shelf(share, &patience, &clock);
+            const Names got = Receive(shelf);
+            EXPECT_TRUE(opened) << "the file must stay";
+            if (count == 1) {
+                EXPECT_EQ(got, all);
+                EXPECT_EQ(folder.Read("out/data.xml"), noise);
+            } else {
+                EXPECT_LT(got.size(), 2U);
+                EXPECT_TRUE(got.empty() || got == Names{"id.dat"}) << "nothing else without its descriptor";
+                EXPECT_LE(patience.waited, 6);
+                share.count = 0;
+                EXPECT_EQ(Receive(shelf), all) << "an error is not remembered";
+            }
+        }
+    }
+}
+
+TEST_F(ArchiveOnAShare, WithoutItsDescriptorNothingElseOfItIsGiven) {
+    ArchiveShelf shelf(share);
+    LibZipArchive zip(shelf);
+    ASSERT_NE(zip.OpenZip(archive), 0);
+    const auto data = zip.GetEntryByName("data.xml");
+    const auto descriptor = zip.GetEntryByName("id.dat");
+    EXPECT_NE(descriptor->Extract(folder / "absent"), 1);
+    EXPECT_NE(data->Extract(folder / "out"), 1);
+    EXPECT_EQ(descriptor->Extract(folder / "out"), 1);
+    EXPECT_EQ(data->Extract(folder / "out"), 1);
+}
+
+TEST_F(ArchiveOnAShare, TheSystemsOwnTroubleLeavesTheFile) {
+    LibZipArchive zip;
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{3, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    const bool open = zip.OpenZip(archive) != 0;
+    const auto entry = zip.GetEntryByName("data.xml");
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_TRUE(open && entry != nullptr && zip.OpenZip(folder / "out") == 0);
+    EXPECT_EQ(entry->Extract(folder / "out"), 1) << "it is looked for again";
+}
+
+TEST_F(ArchiveOnAShare, EachFileIsReadOnceUntilItChanges) {
+    ArchiveShelf shelf(share, nullptr, nullptr, 0);
+    const auto descriptor = [&](const std::string& path) {
+        fs::remove(folder / "out/id.dat");
+        LibZipArchive zip(shelf);
+        const bool open = zip.OpenZip(path) != 0;
+        const auto entry = open ? zip.GetEntryByName("id.dat") : nullptr;
+        return !open ? "none" : entry && entry->Extract(folder / "out") == 1 ? folder.Read("out/id.dat") : "";
+    };
+    folder.Write("in/data.xml", "");
+    fs::remove(folder / "in/id.dat");
+    const std::string strange = folder.Write("strange.zip", "this is no archive");
+    EXPECT_EQ(Pack(folder / "in", folder / "without.zip"), "");
+    for (const auto& [path, content] : {std::pair(archive, folder.Read("in/id.dat")),
+                                        {strange, std::string("none")},
+                                        {folder / "without.zip", std::string()}}) {
+        const std::string first = descriptor(path);
+        share.calls = 0;
+        EXPECT_EQ(descriptor(path), first);
+        EXPECT_EQ(share.calls, 1) << "of which file it is, and no more: " << path;
+    }
+    OneEntry("id.dat", "changed");
+    fs::copy(folder / "one.zip", strange, fs::copy_options::overwrite_existing);
+    EXPECT_EQ(descriptor(strange), "changed");
+}
+
+TEST_F(ArchiveOnAShare, NoFolderIsPackedWithAFileThatWasWrittenByHalf) {
+    ArchiveShelf shelf(share);
+    DiskIniTools ini(&shelf.Unwritten());
+    {
+        const FullDisk full(10);
+        EXPECT_THROW(ini.SetValue("GENERAL", "Sequence", "5", folder / "in/id.dat"), services::Failure);
+    }
+    ini.SetValue("GENERAL", "From", "me", folder / "in/id.dat");
+    for (const bool again : {false, true}) {
+        LibZipArchive zip(shelf);
+        ASSERT_EQ(zip.NewZip(folder / "new.zip"), 1);
+        EXPECT_EQ(zip.AppendFiles(folder / "in/*.*", 1) == 1, again);
+    }
 }
 
 } // namespace

@@ -150,7 +150,7 @@ inline services::AgentServices Replacing(const services::AgentServices& all, ser
 /// settings and databases, each call behind `gate`, and an engine that only notes. It is 22 November 2026,
 /// 14:08:52 local time, 19:08:52 UTC; the log is on.
 class AgentBench : public ::testing::Test {
-  protected:
+  public:
     AgentBench() {
         time.SetTimeZone({.state = 1, .bias = 300, .standardBias = 0, .daylightBias = -60});
         std::filesystem::create_directory(Path("Sync"));

@@ -1,5 +1,6 @@
 #include "programs/qndr5ctl/column_values.h"
 
+#include "programs/qndr5ctl/did_you_mean.h"
 #include "programs/qndr5ctl/opened_company.h"
 #include "services/failure.h"
 #include "shared/formatting.h"
@@ -116,13 +117,14 @@ struct CellMaker {
     const suite::Column& column;
 
     Json operator()(Null) const { return {}; }
-    Json operator()(std::int64_t number) const {
-        // The database holds whole decimals as integers; a machine wants one type for the column.
-        return column.type == suite::ColumnType::Decimal ? Json(std::to_string(number)) : Json(number);
+    Json operator()(std::int64_t number) const { return number; }
+    Json operator()(double number) const {
+        const std::string text = Variant(number).ToText();
+        const bool isPlain = text.find_first_not_of("0123456789.-") == std::string::npos && !text.starts_with('.');
+        return isPlain ? Json(DecimalNumber{text}) : Json(text);
     }
-    Json operator()(double number) const { return Variant(number).ToText(); }
     Json operator()(const std::string& text) const {
-        return column.type == suite::ColumnType::Date ? StoredDateText(text) : text;
+        return column.type == suite::ColumnType::Date && !text.empty() ? StoredDate(text) : Json(text);
     }
     Json operator()(const suite::Bytes& bytes) const {
         std::string text;
@@ -136,7 +138,11 @@ struct CellMaker {
 const suite::Table& TableNamed(const std::string& name) {
     const suite::Table* table = suite::FindAuditedTable(name);
     if (table == nullptr) {
-        throw Failure("there is no table '" + name + "' whose changes are exchanged");
+        std::vector<std::string_view> names;
+        for (const suite::Table& each : suite::AuditedTables()) {
+            names.push_back(each.name);
+        }
+        throw Failure("there is no table '" + name + "' whose changes are exchanged" + DidYouMean(name, names));
     }
     return *table;
 }
@@ -154,8 +160,14 @@ suite::ColumnValue ParseColumnValue(const ControlContext& context, const suite::
                                     const Assignment& assignment) {
     const suite::Column* column = suite::FindExchangedColumn(table, assignment.column);
     if (column == nullptr) {
+        std::vector<std::string_view> names;
+        for (const suite::Column& each : table.columns) {
+            if (!each.local) {
+                names.push_back(each.name);
+            }
+        }
         throw Failure("the table " + std::string(table.name) + " has no column '" + assignment.column +
-                      "' that can be given");
+                      "' that can be given" + DidYouMean(assignment.column, names));
     }
     return {column, ParseValue(context, *column, assignment.value)};
 }

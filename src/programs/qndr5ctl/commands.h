@@ -13,6 +13,7 @@ namespace qndr::control {
 // services::Failure when it cannot do what it is for.
 
 void AddCompanyCommands(CLI::App& program, const ControlContext& context);
+void AddCompareCommand(CLI::App& companyGroup, const ControlContext& context);
 void AddWorkstationCommands(CLI::App& program, const ControlContext& context);
 void AddSyncCommands(CLI::App& program, const ControlContext& context);
 void AddOptionCommands(CLI::App& program, const ControlContext& context);
@@ -24,6 +25,7 @@ void AddDoctorCommand(CLI::App& program, const ControlContext& context);
 void AddOrderCommands(CLI::App& program, const ControlContext& context);
 void AddLogCommands(CLI::App& program, const ControlContext& context);
 void AddRowCommands(CLI::App& program, const ControlContext& context);
+void AddTableCommand(CLI::App& program, const ControlContext& context);
 void AddConflictCommands(CLI::App& program, const ControlContext& context);
 void AddProblemCommands(CLI::App& program, const ControlContext& context);
 

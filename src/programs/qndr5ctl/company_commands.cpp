@@ -2,12 +2,14 @@
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/sync_words.h"
+#include "programs/qndr5ctl/whole_number.h"
 #include "services/failure.h"
 #include "shared/dates.h"
-#include "suite/company/company_compare.h"
 #include "suite/company/company_creation.h"
 #include "suite/company/provisioning.h"
 #include "suite/company/sample_data.h"
+#include "suite/engine/given_up_changes.h"
+#include "syncfiles/sync_state.h"
 
 namespace qndr::control {
 
@@ -26,13 +28,6 @@ struct CreateArguments {
 
 struct ShowArguments {
     std::string file;
-    bool json = false;
-};
-
-struct CompareArguments {
-    std::string left;
-    std::string right;
-    bool all = false;
     bool json = false;
 };
 
@@ -79,7 +74,8 @@ void AddResets(const OpenedCompany& company, const ControlContext& context, Fact
 void AddMainFacts(const OpenedCompany& company, const ControlContext& context, Facts& facts) {
     const auto option = [&](const char* key) -> Json {
         const auto value = suite::GetCompanyOption(company.Database(), RoamingSection, key);
-        return value ? Json(*value) : Json();
+        const auto number = ParseWholeNumber(value.value_or(""));
+        return number ? Json(*number) : value ? Json(*value) : Json();
     };
     facts.Add("Workstations", "workstations",
               company.Database().Number("SELECT COUNT(*) FROM RoamingWorkstations"));
@@ -101,6 +97,12 @@ void AddRoamingFacts(const OpenedCompany& company, Facts& facts) {
     facts.Add(
         "Waiting changes", "waitingChanges",
         company.Database().Number("SELECT COUNT(*) FROM AuditLog WHERE ID > " + std::to_string(lastAuditID)));
+    const std::int64_t state = company.Number("SyncState");
+    if (state == SyncStateResetRequested || state == SyncStateResetPending) {
+        const auto kept = static_cast<std::int64_t>(suite::FindChangesAtStake(company.Database()).size());
+        facts.Add("Given up by the reset", "", Counted(kept, "change") + ", kept ('conflicts list' names them)");
+        facts.Add("", "givenUpChanges", kept);
+    }
 }
 
 void Show(const ControlContext& context, const ShowArguments& arguments) {
@@ -126,34 +128,6 @@ void Show(const ControlContext& context, const ShowArguments& arguments) {
         context.out << facts.ToJson().ToText() << '\n';
     } else {
         facts.Print(context.out);
-    }
-}
-
-void Compare(const ControlContext& context, const CompareArguments& arguments) {
-    const OpenedCompany left(context, arguments.left);
-    const OpenedCompany right(context, arguments.right);
-    const auto tables = suite::CompareCompanies(left.Database(), right.Database(),
-                                                arguments.all ? suite::Scope::All : suite::Scope::Exchanged);
-    Listing listing({{"Table", "table"},
-                     {"Same", "same"},
-                     {"Differing", "differing"},
-                     {"Missing in B", "onlyLeft"},
-                     {"Missing in A", "onlyRight"}});
-    int unlike = 0;
-    for (const auto& table : tables) {
-        listing.Add({table.table, table.same, table.differing, table.onlyLeft, table.onlyRight});
-        unlike += table.Alike() ? 0 : 1;
-    }
-    if (arguments.json) {
-        Json result = Json::Object();
-        result.Set("alike", unlike == 0).Set("tables", listing.ToJson());
-        context.out << result.ToText() << '\n';
-    } else {
-        listing.PrintTable(context.out, "There are no tables to compare.");
-    }
-    if (unlike > 0) {
-        throw services::Failure("the companies differ in " + std::to_string(unlike) +
-                                (unlike == 1 ? " table" : " tables"));
     }
 }
 
@@ -183,13 +157,7 @@ void AddCompanyCommands(CLI::App& program, const ControlContext& context) {
     show.app.add_option("FILE", show.arguments.file, "The company's .psd file")->required();
     AddJsonFlag(show.app, show.arguments.json);
 
-    const auto compare = AddCommand<CompareArguments>(
-        group, context, "compare", "Compare the rows of two companies; exit status 1 when they differ", Compare);
-    compare.app.add_option("A", compare.arguments.left, "A .psd file")->required();
-    compare.app.add_option("B", compare.arguments.right, "Another .psd file")->required();
-    compare.app.add_flag("--all", compare.arguments.all,
-                         "Every audited table and row, not only those that a full exchange carries");
-    AddJsonFlag(compare.app, compare.arguments.json);
+    AddCompareCommand(group, context);
 }
 
 } // namespace qndr::control

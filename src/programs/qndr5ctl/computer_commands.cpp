@@ -1,9 +1,14 @@
 #include "programs/qndr5ctl/commands.h"
+#include "programs/qndr5ctl/computer_places.h"
+#include "programs/qndr5ctl/did_you_mean.h"
+#include "programs/qndr5ctl/folder_probe.h"
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
 #include "shared/settings.h"
 #include "suite/company/provisioning.h"
+#include "suite/company/sync_folder_mark.h"
 #include "suite/company/utf8_path.h"
+#include "suite/files/ascii_case.h"
 
 #include <array>
 
@@ -30,11 +35,7 @@ struct RoleArguments {
 };
 
 /// The locations that the suite looks up.
-constexpr std::array LocationNames{"Companies", "Sync"};
-
-std::string ProfileKey(const std::string& profile) {
-    return std::string(settings::RootKey) + "\\Settings (" + profile + ")";
-}
+constexpr std::array<std::string_view, 2> LocationNames{"Companies", "Sync"};
 
 /// Agents run in other folders than the shell does, so only an absolute path means the same to all of them.
 std::string AbsoluteFolder(const std::string& folder) {
@@ -46,23 +47,55 @@ std::string AbsoluteFolder(const std::string& folder) {
     return suite::FromPath(path.lexically_normal());
 }
 
-void SetLocation(const ControlContext& context, const LocationSetArguments& arguments) {
-    const std::string folder = AbsoluteFolder(arguments.folder);
-    context.services.registryTools.SetString(CurrentUserHive, ProfileKey(arguments.profile),
-                                             "UFL:" + arguments.name, folder);
-    context.out << arguments.name << " is at " << folder << '\n';
-    if (!context.services.pathTools.FolderExists(folder)) {
-        context.out << "That folder does not exist at the moment.\n";
+std::string KnownLocation(const std::string& name) {
+    for (const std::string_view known : LocationNames) {
+        if (suite::EqualsWithoutCase(known, name)) {
+            return std::string(known);
+        }
     }
+    throw services::Failure("there is no location '" + name + "'" +
+                            DidYouMean(name, {LocationNames.begin(), LocationNames.end()}));
+}
+
+/// Makes the folder this computer's Sync folder, with a mark by which the agent knows it again.
+void SetSyncFolder(const ControlContext& context, const std::string& profile, const std::string& folder) {
+    std::string identity;
+    std::string trouble;
+    try {
+        identity = suite::MakeSyncFolderMark(folder);
+        trouble = WhatFails(ProbeFolder(context, folder));
+    } catch (const services::Failure& failure) {
+        trouble = failure.what();
+    }
+    WriteSyncLocation(context, profile, folder, identity);
+    if (!trouble.empty()) {
+        context.out << "Warning: " << trouble << "; 'qndr5ctl doctor' tells what to do.\n";
+    }
+}
+
+void SetLocation(const ControlContext& context, const LocationSetArguments& arguments) {
+    const std::string name = KnownLocation(arguments.name);
+    const std::string folder = AbsoluteFolder(arguments.folder);
+    const bool isNew = !context.services.pathTools.FolderExists(folder);
+    if (isNew && !context.services.pathTools.CreateNestedFolder(folder)) {
+        throw services::Failure("there is no folder '" + folder + "', and it cannot be made");
+    }
+    if (name == "Sync") {
+        SetSyncFolder(context, arguments.profile, folder);
+    } else {
+        context.services.registryTools.SetString(CurrentUserHive, ProfileKey(arguments.profile), "UFL:" + name,
+                                                 folder);
+    }
+    context.out << name << " is at " << folder << (isNew ? ", a new folder" : "") << ".\n";
 }
 
 void ListLocations(const ControlContext& context, const LocationListArguments& arguments) {
     Listing listing({{"Location", "name"}, {"Folder", "folder"}, {"Profile", "profile"}});
-    for (const char* name : LocationNames) {
+    for (const std::string_view name : LocationNames) {
         std::string profile = arguments.profile;
         const auto folderOf = [&] {
             return context.services.registryTools.GetString(CurrentUserHive, ProfileKey(profile),
-                                                            std::string("UFL:") + name, "");
+                                                            "UFL:" + std::string(name), "");
         };
         std::string folder = folderOf();
         if (folder.empty()) {
@@ -78,9 +111,20 @@ void ListLocations(const ControlContext& context, const LocationListArguments& a
     }
 }
 
-void SetRole(const ControlContext& context, const RoleArguments& arguments) {
-    context.services.registryTools.SetLong(CurrentUserHive, ProfileKey(arguments.profile), "RoamingWorkstation",
-                                           arguments.role == "roaming" ? 1 : 0);
+void Role(const ControlContext& context, const RoleArguments& arguments) {
+    auto& registry = context.services.registryTools;
+    const std::string key = ProfileKey(arguments.profile);
+    if (!arguments.role.empty()) {
+        registry.SetLong(CurrentUserHive, key, RoleName, arguments.role == "roaming" ? 1 : 0);
+        context.out << "This computer is "
+                    << (arguments.role == "main" ? "a main computer" : "a Roaming Workstation") << " now.\n";
+        return;
+    }
+    constexpr std::int32_t Unset = -1;
+    const std::int32_t fallback =
+        registry.GetLong(CurrentUserHive, ProfileKey(suite::DefaultProfile), RoleName, Unset);
+    const std::int32_t role = registry.GetLong(CurrentUserHive, key, RoleName, fallback);
+    context.out << (role == Unset ? "main (not set)" : role != 0 ? "roaming" : "main") << '\n';
 }
 
 void AddProfileOption(CLI::App& command, std::string& profile) {
@@ -95,7 +139,7 @@ void AddComputerCommands(CLI::App& program, const ControlContext& context) {
 
     const auto set = AddCommand<LocationSetArguments>(group, context, "set", "Name a folder", SetLocation);
     set.app.add_option("NAME", set.arguments.name, "Sync or Companies")->required();
-    set.app.add_option("FOLDER", set.arguments.folder, "The folder")->required();
+    set.app.add_option("FOLDER", set.arguments.folder, "The folder, which is made when it is missing")->required();
     AddProfileOption(set.app, set.arguments.profile);
 
     const auto list =
@@ -104,9 +148,8 @@ void AddComputerCommands(CLI::App& program, const ControlContext& context) {
     AddJsonFlag(list.app, list.arguments.json);
 
     const auto role =
-        AddCommand<RoleArguments>(program, context, "role", "What this computer is to the agent", SetRole);
-    role.app.add_option("ROLE", role.arguments.role, "main or roaming")
-        ->required()
+        AddCommand<RoleArguments>(program, context, "role", "What this computer is to the agent", Role);
+    role.app.add_option("ROLE", role.arguments.role, "main or roaming; shows the role when it is not given")
         ->check(CLI::IsMember({"main", "roaming"}));
     AddProfileOption(role.app, role.arguments.profile);
 }

@@ -4,6 +4,8 @@
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
 #include "suite/engine/conflicts.h"
+#include "suite/engine/given_up_changes.h"
+#include "syncfiles/sync_state.h"
 
 #include <algorithm>
 
@@ -77,6 +79,21 @@ Json NameInValues(const OpenedCompany& company, std::string_view tableName, std:
     return name.Step() && !name.IsNull(0) ? Json(name.Text(0)) : Json();
 }
 
+/// While a reset is under way, what it gives up is kept but not yet among the conflicts.
+void TellOfAReset(const ControlContext& context, const OpenedCompany& company) {
+    const std::int64_t state = company.Number("SyncState");
+    if (!company.IsRoaming() || (state != SyncStateResetRequested && state != SyncStateResetPending)) {
+        return;
+    }
+    Listing listing({{"Table", "table"}, {"Unique id", "uniqueID"}, {"Reason", "reason"}});
+    for (const suite::GivenUpChange& change : suite::FindChangesAtStake(company.Database())) {
+        listing.Add({change.table, change.uniqueID,
+                     WordsForConflictReason(static_cast<suite::ConflictReason>(change.reason))});
+    }
+    context.out << "\nKept by the reset under way, and to stand above when the full data has come:\n";
+    listing.PrintTable(context.out, "Nothing is given up.");
+}
+
 void ListConflicts(const ControlContext& context, const ListArguments& arguments) {
     const OpenedCompany company(context, arguments.file);
     auto row = company.Database().Prepare(
@@ -103,7 +120,7 @@ void ListConflicts(const ControlContext& context, const ListArguments& arguments
         const std::string winning(row.Text(5));
         listing.Add({row.Integer(0), row.Text(1),
                      row.IsNull(8) ? NameInValues(company, row.Text(1), row.Text(6)) : Json(row.Text(8)),
-                     row.Text(2), StoredDateText(std::string(row.Text(3))), CompanyName(company, losing), losing,
+                     row.Text(2), StoredDate(std::string(row.Text(3))), CompanyName(company, losing), losing,
                      CompanyName(company, winning), winning, row.IsNull(6) ? "deletion" : "values",
                      WordsForConflictReason(static_cast<suite::ConflictReason>(row.Integer(9))),
                      WordsForConflictState(static_cast<suite::ConflictState>(row.Integer(7)))});
@@ -113,6 +130,7 @@ void ListConflicts(const ControlContext& context, const ListArguments& arguments
     } else {
         listing.PrintTable(context.out, arguments.all ? "This company has no conflicts."
                                                       : "This company has no open conflicts.");
+        TellOfAReset(context, company);
     }
 }
 
@@ -121,7 +139,7 @@ Facts FactsOf(const OpenedCompany& company, const suite::Conflict& conflict, boo
     facts.Add("Conflict", "id", conflict.id);
     facts.Add("Table", "table", conflict.table->name);
     facts.Add("Unique id", "uniqueID", conflict.uniqueID);
-    facts.Add("Occurred (UTC)", "occurredOn", StoredDateText(conflict.occurredOn));
+    facts.Add("Occurred (UTC)", "occurredOn", StoredDate(conflict.occurredOn));
     facts.Add("Lost", "losingCompany", CompanyName(company, conflict.losingOrigin));
     facts.Add("", "losingOrigin", conflict.losingOrigin);
     facts.Add("Won", "winningCompany", CompanyName(company, conflict.winningOrigin));
@@ -197,8 +215,9 @@ void RestoreAllGivenUp(const ControlContext& context, const OpenedCompany& compa
     context.out << "Restored " << restored << (restored == 1 ? " change that was" : " changes that were")
                 << " given up by a reset.\n";
     if (conflicts.changedSince > 0) {
-        context.out << "The rows of " << conflicts.changedSince
-                    << " more were changed here since; they wait for a decision, one by one.\n";
+        context.out << (conflicts.changedSince == 1 ? "The row of 1 more was" : "The rows of ")
+                    << (conflicts.changedSince == 1 ? "" : std::to_string(conflicts.changedSince) + " more were")
+                    << " changed here since; such rows wait for a decision, one by one.\n";
     }
     if (!failures.empty()) {
         throw services::Failure("not all could be restored: " + failures);
@@ -234,6 +253,7 @@ void Restore(const ControlContext& context, const RestoreArguments& arguments) {
 void Dismiss(const ControlContext& context, const OneArguments& arguments) {
     const OpenedCompany company(context, arguments.file);
     suite::DismissConflict(company.Database(), arguments.id);
+    context.out << "Dismissed the conflict; its values are kept.\n";
 }
 
 void ListProblems(const ControlContext& context, const ListArguments& arguments) {
@@ -247,7 +267,7 @@ void ListProblems(const ControlContext& context, const ListArguments& arguments)
                      {"Reason", "reason"}});
     while (row.Step()) {
         listing.Add({row.Integer(0), row.Text(1), row.IsNull(2) ? Json() : Json(row.Text(2)),
-                     StoredDateText(std::string(row.Text(3))), row.Text(4)});
+                     StoredDate(std::string(row.Text(3))), row.Text(4)});
     }
     if (arguments.json) {
         context.out << listing.ToJson().ToText() << '\n';
@@ -268,7 +288,7 @@ void ShowProblem(const ControlContext& context, const OneArguments& arguments) {
     facts.Add("Problem", "id", arguments.id);
     facts.Add("Table", "table", row.Text(0));
     facts.Add("Unique id", "uniqueID", row.IsNull(1) ? Json() : Json(row.Text(1)));
-    facts.Add("Occurred (UTC)", "occurredOn", StoredDateText(std::string(row.Text(2))));
+    facts.Add("Occurred (UTC)", "occurredOn", StoredDate(std::string(row.Text(2))));
     facts.Add("Reason", "reason", row.Text(3));
     facts.Add("Record", "recordXml", row.Text(4));
     if (arguments.json) {

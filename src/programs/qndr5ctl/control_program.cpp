@@ -33,6 +33,7 @@ void AddCommands(CLI::App& program, const ControlContext& context) {
     AddOrderCommands(program, context);
     AddLogCommands(program, context);
     AddRowCommands(program, context);
+    AddTableCommand(program, context);
     AddConflictCommands(program, context);
     AddProblemCommands(program, context);
 }
@@ -42,6 +43,7 @@ void AddCommands(CLI::App& program, const ControlContext& context) {
 int RunControlProgram(const std::vector<std::string>& arguments, const ControlContext& context,
                       std::ostream& errors) {
     CLI::App program("Sets up companies and workstations and looks inside the exchange", "qndr5ctl");
+    program.set_version_flag("--version", "qndr5ctl " + context.services.program.Version());
     AddCommands(program, context);
     try {
         // CLI11 takes the words from the back.
@@ -52,6 +54,9 @@ int RunControlProgram(const std::vector<std::string>& arguments, const ControlCo
         return 0;
     } catch (const CLI::CallForHelp&) {
         context.out << program.help() << std::flush;
+        return 0;
+    } catch (const CLI::CallForVersion& version) {
+        context.out << version.what() << '\n' << std::flush;
         return 0;
     } catch (const CLI::ParseError& error) {
         // A word that means nothing explains more than what is missing because of it.

@@ -5,89 +5,58 @@
 #include "shared/text.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <utility>
 
 namespace qndr::control {
 
 namespace {
 
-/// A share and the computer that it lies on are seldom closer.
-constexpr std::int64_t ToleratedClockSeconds = 120;
-
-void DiagnoseSyncFolder(const Observations& seen, Findings& findings) {
-    if (seen.syncFolder.empty()) {
-        findings.Add(troubles::NoSyncLocation, seen.computerName, "This computer has no Sync location.");
-        return;
-    }
-    if (!seen.syncFolderExists) {
-        findings.Add(troubles::NoSyncFolder, seen.syncFolder, "The Sync folder does not exist or is not reached.");
-        return;
-    }
-    if (!seen.syncFolderFailure.empty() && !seen.LacksTemporaryFolder()) {
-        findings.Add(troubles::SyncFolderUnreadable, seen.syncFolder,
-                     "The Sync folder cannot be read: " + seen.syncFolderFailure);
-    }
+bool HasMainBeside(const ObservedCompany& company, const Observations& seen) {
+    return std::any_of(seen.companies.begin(), seen.companies.end(), [&](const ObservedCompany& other) {
+        return other.isHere && other.facts.isMain && &other != &company;
+    });
 }
 
-void DiagnoseProbe(const Observations& seen, Findings& findings) {
-    if (!seen.probe) {
-        return;
-    }
-    const Probe& probe = *seen.probe;
-    if (!probe.isWritten) {
-        findings.Add(troubles::SyncFolderNotWritable, seen.syncFolder,
-                     "No file can be written into the Sync folder.");
-    }
-    if (!probe.file.empty() && !probe.isRemoved) {
-        findings.Add(troubles::SyncFolderNotCleanable, seen.syncFolder,
-                     "Files can be written into the Sync folder, but not deleted there.", probe.file);
-    }
-    if (probe.isWritten && std::abs(probe.clockAhead) > ToleratedClockSeconds) {
-        findings.Add(troubles::ClockOff, seen.computerName,
-                     "The clock of this computer is " + Counted(std::abs(probe.clockAhead), "second") +
-                         (probe.clockAhead > 0 ? " ahead of" : " behind") + " the Sync folder's.");
-    }
-}
-
-void DiagnoseTemporaryFolder(const Observations& seen, Findings& findings) {
-    if (seen.temporaryFailure.empty()) {
-        return;
-    }
-    const std::string what = "The folder for working files cannot be used, " + seen.temporaryFailure;
-    if (seen.LacksTemporaryFolder()) {
-        findings.Add(troubles::NoTemporaryFolder, seen.temporaryFolder, what + ": no sync file can be read or made.",
-                     seen.temporaryFolder);
-    } else {
-        findings.Add(troubles::TemporaryFolderElsewhere, seen.temporaryFolder,
-                     what + ". The agent works with '" + seen.temporaryInstead + "' instead.", seen.temporaryFolder);
-    }
-}
-
-void DiagnoseRunning(const ObservedCompany& company, const Observations& seen, Findings& findings) {
-    const bool isMain = company.facts.isMain;
-    // A computer in the role of a workstation asks neither option; where another computer runs the company, only
-    // main's own can be judged.
-    if (company.isHere ? seen.isRoaming : !isMain) {
-        return;
-    }
-    if (!company.enableSync) {
-        if (isMain) {
-            findings.Add(troubles::SyncNotEnabled, company.facts.name, "Syncing is not enabled for this company.",
+/// What the agent of this computer makes of a company in its folder, by the role that the computer has.
+void DiagnosePlace(const ObservedCompany& company, const Observations& seen, Findings& findings) {
+    const std::string& name = company.facts.name;
+    if (company.facts.isMain && seen.isRoaming) {
+        findings.Add(
+            troubles::MainAsRoaming, name,
+            "This computer has the role of a Roaming Workstation: its agent runs the main company without "
+            "asking which computer is to, and answers no heartbeat.");
+    } else if (!company.facts.isMain && !seen.isRoaming) {
+        if (HasMainBeside(company, seen)) {
+            findings.Add(troubles::MisplacedWorkstation, name,
+                         "A workstation's company lies beside the main company, whose agent does not run it.",
                          company.file);
         } else {
             findings.Add(
-                troubles::WrongRole, company.facts.name,
+                troubles::WrongRole, name,
                 "This computer has the role of a main computer, and its agent passes this workstation by.");
         }
+    }
+}
+
+/// Only a main computer's agent asks the two options, and another computer's can be judged by them alone.
+void DiagnoseRunning(const ObservedCompany& company, const Observations& seen, Findings& findings) {
+    if (!company.facts.isMain || (company.isHere && seen.isRoaming)) {
         return;
     }
+    const std::string& name = company.facts.name;
     const std::string designated = Trim(company.syncComputerName);
-    if (designated.empty() || (company.isHere && ToLower(designated) != ToLower(Trim(seen.computerName)))) {
-        findings.Add(troubles::WrongComputer, company.facts.name,
-                     designated.empty()
-                         ? "SyncComputerName names no computer, so that no agent processes this company."
-                         : "This company is to be synced by the computer '" + designated + "', and this is '" +
-                               seen.computerName + "': the agent here asks itself to exit.",
+    if (!company.enableSync) {
+        findings.Add(troubles::SyncNotEnabled, name, "Syncing is not enabled for this company.", company.file);
+    } else if (designated.empty()) {
+        findings.Add(troubles::NoComputerNamed, name,
+                     "SyncComputerName names no computer, so that no agent processes this company.", company.file,
+                     seen.computerName);
+    } else if (company.isHere && ToLower(designated) != ToLower(Trim(seen.computerName))) {
+        findings.Add(troubles::WrongComputer, name,
+                     "This company is to be synced by the computer '" + designated + "', and this is '" +
+                         seen.computerName +
+                         "': the agent here asks itself to exit. Either the company has moved, "
+                         "or this is a copy of it.",
                      company.file, seen.computerName);
     }
 }
@@ -96,6 +65,9 @@ void DiagnoseCompany(const ObservedCompany& company, const Observations& seen, F
     const std::string& name = company.facts.name;
     if (!company.damage.empty()) {
         findings.Add(troubles::DatabaseDamaged, name, "The database is damaged: " + company.damage, company.file);
+    }
+    if (company.isHere) {
+        DiagnosePlace(company, seen, findings);
     }
     DiagnoseRunning(company, seen, findings);
     if (!company.cannotStore.empty()) {
@@ -120,40 +92,34 @@ void DiagnoseCompany(const ObservedCompany& company, const Observations& seen, F
 
 } // namespace
 
-std::string Counted(std::int64_t number, const std::string& noun) {
-    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
+namespace {
+
+std::string Described(const ObservedCompany& company) {
+    const std::string changed =
+        company.changedOn.empty() ? "" : " of " + FormatGeneralDate(*ParseDate(company.changedOn));
+    return "'" + company.file + "' (newest change " + std::to_string(company.newestChange) + changed + " UTC)";
 }
 
-void DiagnoseComputer(const Observations& seen, Findings& findings) {
-    if (seen.companiesFolders.empty()) {
-        findings.Add(troubles::NoCompaniesLocation, seen.computerName, "This computer has no Companies location.");
-    }
-    for (const std::string& folder : seen.missingFolders) {
-        findings.Add(troubles::NoCompaniesFolder, folder,
-                     "The folder of the company files does not exist or is not reached.");
-    }
-    if (!seen.companiesFolders.empty() && seen.missingFolders.empty() && seen.companies.empty() &&
-        seen.unopened.empty()) {
-        findings.Add(troubles::NoCompany, seen.companiesFolders.front(), "There is no company file.");
-    }
-    DiagnoseTemporaryFolder(seen, findings);
-    DiagnoseSyncFolder(seen, findings);
-    DiagnoseProbe(seen, findings);
-    if (seen.stopSync) {
-        findings.Add(troubles::StopRequested, "StopSync",
-                     "The agent of this computer was asked to exit and has not been started since.");
-    }
-    if (seen.debugLog) {
-        findings.Add(troubles::DebugLogOn, "DebugSyncAgent", "The sync log is on and grows with every pass.");
-    }
-    if (seen.heartbeatNoResponse) {
-        findings.Add(troubles::MainNoResponse, "SyncHeartbeat",
-                     "Main's agent has not answered the heartbeat of this computer.");
-    }
-    for (const std::string& name : seen.badSettings) {
-        findings.Add(troubles::BadSetting, name, "The setting holds no number, or cannot be read.", name);
+/// Two companies of one identity: two files that lead to one database, or two databases of which one is a copy.
+void DiagnoseTwins(const ObservedCompany& first, const ObservedCompany& second, Findings& findings) {
+    if (first.database == second.database) {
+        // A copied file is as a rule the younger one, and has the longer name.
+        const bool secondIsCopy = std::pair(first.fileDate.Days(), first.file.size()) <
+                                  std::pair(second.fileDate.Days(), second.file.size());
+        const ObservedCompany& copy = secondIsCopy ? second : first;
+        findings.Add(troubles::SameDatabase, copy.facts.name,
+                     "'" + first.file + "' and '" + second.file + "' lead to the same database '" +
+                         first.database + "', which is processed twice in each pass.",
+                     copy.file);
+    } else {
+        findings.Add(troubles::SameIdentity, second.facts.name,
+                     Described(first) + " and " + Described(second) +
+                         " are the same company: one is a copy of the other, and they take each other's files.",
+                     second.file);
     }
 }
+
+} // namespace
 
 void DiagnoseCompanies(const Observations& seen, Findings& findings) {
     for (const UnopenedCompany& company : seen.unopened) {
@@ -168,10 +134,7 @@ void DiagnoseCompanies(const Observations& seen, Findings& findings) {
             return EqualIdentities(other.facts.uniqueID, company->facts.uniqueID);
         });
         if (same != company) {
-            findings.Add(troubles::SameIdentity, company->facts.name,
-                         "It has the same unique id as the company of '" + same->file +
-                             "': one is a copy of the other, and they take each other's files.",
-                         company->file);
+            DiagnoseTwins(*same, *company, findings);
         }
     }
 }
@@ -179,11 +142,17 @@ void DiagnoseCompanies(const Observations& seen, Findings& findings) {
 std::vector<Finding> Diagnose(const Observations& observations) {
     Findings findings;
     DiagnoseComputer(observations, findings);
+    DiagnoseFolder(observations, findings);
     DiagnoseCompanies(observations, findings);
-    DiagnosePairs(observations, findings);
     DiagnoseRefusals(observations, findings);
-    DiagnoseFiles(observations, findings);
+    Findings pairs;
+    const BeginAnew anew = DiagnosePairs(observations, pairs);
+    // A late file is imported before a reset throws it away.
+    DiagnoseFiles(observations, anew, findings);
     std::vector<Finding> all = findings.Take();
+    for (Finding& finding : pairs.Take()) {
+        all.push_back(std::move(finding));
+    }
     std::stable_sort(all.begin(), all.end(),
                      [](const Finding& left, const Finding& right) { return left.severity < right.severity; });
     return all;

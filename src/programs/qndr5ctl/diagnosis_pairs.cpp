@@ -11,6 +11,12 @@ namespace qndr::control {
 namespace {
 
 constexpr std::int64_t Day = 24 * 60 * 60;
+/// Main's next pass and the way through a cloud's folder are over by then.
+constexpr std::int64_t AnswerSeconds = 60 * 60;
+/// Clocks of two computers are seldom closer.
+constexpr std::int64_t ClockSeconds = 120;
+/// So many are told by name.
+constexpr std::size_t MostNamed = 10;
 
 /// A workstation and its main company, of which one side may not be at hand.
 struct Pair {
@@ -24,7 +30,7 @@ struct Pair {
 class Traffic {
   public:
     Traffic(const Observations& seen, const Pair& pair)
-        : files_(seen.files), laptop_(pair.laptop != nullptr ? pair.laptop->facts.uniqueID : pair.row->uniqueID),
+        : files_(seen.files), former_(seen.formerFiles), laptop_(pair.laptop != nullptr ? pair.laptop->facts.uniqueID : pair.row->uniqueID),
           main_(pair.main != nullptr ? pair.main->facts.uniqueID : pair.laptop->facts.mainUniqueID) {}
 
     bool HasInitialRequest() const {
@@ -46,20 +52,28 @@ class Traffic {
     bool HasResetData() const {
         return Any([&](const FoundSyncFile& file) { return IsForLaptop(file) && file.IsSyncReset == FieldTrue; });
     }
-    /// Change files, by sequence, with their names.
-    std::multimap<std::int64_t, std::string> SequencesToMain() const {
+    /// Change files, by sequence.
+    std::multimap<std::int64_t, FoundSyncFile> SequencesToMain() const {
         return Sequences([&](const FoundSyncFile& file) { return IsToMain(file); });
     }
-    std::multimap<std::int64_t, std::string> SequencesToLaptop() const {
+    std::multimap<std::int64_t, FoundSyncFile> SequencesToLaptop() const {
         return Sequences([&](const FoundSyncFile& file) { return IsForLaptop(file); });
     }
-    /// Where something lies that cannot be read, nothing can be said to be missing.
-    bool HasUnreadable() const {
-        return std::any_of(files_.begin(), files_.end(), [&](const ListedFile& listed) {
-            const FoundSyncFile& file = listed.file.entry;
-            return listed.file.kind == FileKind::UnreadableSyncFile &&
-                   (IsForLaptop(file) || IsForMain(file) || EqualIdentities(file.To, "main"));
-        });
+    /// Where something lies that cannot be read, or under a wrong name or in a wrong folder, nothing can be said to
+    /// be missing; it is told by itself.
+    bool HasUncertain() const {
+        const auto isBetween = [&](const FoundSyncFile& file) {
+            return IsForLaptop(file) || EqualIdentities(file.From, laptop_) ||
+                   (file.To.empty() && EqualIdentities(file.From, main_));
+        };
+        return std::any_of(former_.begin(), former_.end(),
+                           [&](const ListedFile& listed) { return isBetween(listed.file.entry); }) ||
+               std::any_of(files_.begin(), files_.end(), [&](const ListedFile& listed) {
+                   const FoundSyncFile& file = listed.file.entry;
+                   const bool isUnread = listed.file.kind == FileKind::UnreadableSyncFile &&
+                                         (IsForLaptop(file) || IsForMain(file) || EqualIdentities(file.To, "main"));
+                   return isUnread || (listed.file.kind == FileKind::Misnamed && isBetween(file));
+               });
     }
 
   private:
@@ -76,19 +90,20 @@ class Traffic {
             return listed.file.kind == FileKind::SyncFile && test(listed.file.entry);
         });
     }
-    template <typename Test> std::multimap<std::int64_t, std::string> Sequences(const Test& test) const {
-        std::multimap<std::int64_t, std::string> sequences;
+    template <typename Test> std::multimap<std::int64_t, FoundSyncFile> Sequences(const Test& test) const {
+        std::multimap<std::int64_t, FoundSyncFile> sequences;
         for (const ListedFile& listed : files_) {
             const FoundSyncFile& file = listed.file.entry;
             if (listed.file.kind == FileKind::SyncFile && test(file) && file.SyncState == 0 &&
                 file.Sequence >= 0) {
-                sequences.emplace(file.Sequence, listed.name);
+                sequences.emplace(file.Sequence, file);
             }
         }
         return sequences;
     }
 
     const std::vector<ListedFile>& files_;
+    const std::vector<ListedFile>& former_;
     std::string laptop_;
     std::string main_;
 };
@@ -99,30 +114,27 @@ struct Line {
     std::string receiver;
     std::int64_t expected = 0;        ///< by the receiver
     std::optional<std::int64_t> next; ///< what the sender's next file carries, when it is at hand
-    std::multimap<std::int64_t, std::string> lying;
+    std::multimap<std::int64_t, FoundSyncFile> lying;
 };
 
 class PairSection {
   public:
-    PairSection(const Observations& seen, Findings& findings, const Pair& pair)
-        : seen_(seen), findings_(findings), pair_(pair), traffic_(seen, pair) {}
+    PairSection(const Observations& seen, Findings& findings, const Pair& pair, BeginAnew& anew)
+        : seen_(seen), findings_(findings), anew_(anew), pair_(pair), traffic_(seen, pair) {}
 
     void Run() {
         LookAtRegistration();
         if (pair_.row != nullptr) {
             LookAtSilence();
-            if (pair_.row->syncState == SyncStateResetPending && pair_.row->lastReceivedFrom.empty() &&
-                seen_.KnowsFiles() && !traffic_.HasResetRequest()) {
-                Tell(troubles::ResetStuck, "Main does not know since when it waits, and so waits for ever for the "
-                                           "five quiet minutes of the reset.");
-            }
+            LookAtDrain();
         }
-        if (!seen_.KnowsFiles() || traffic_.HasUnreadable()) {
+        if (!seen_.KnowsFiles() || traffic_.HasUncertain()) {
             return;
         }
         LookAtInitialSync();
         LookAtReset();
         LookAtSequences();
+        LookAtConfirmations();
     }
 
   private:
@@ -136,7 +148,11 @@ class PairSection {
 
     void Tell(const TroubleKind& kind, const std::string& text) {
         findings_.Add(kind, pair_.name, text, pair_.laptop != nullptr ? pair_.laptop->file : "ROAMING.psd",
-                      pair_.main != nullptr ? pair_.main->file : "MAIN.psd");
+                      pair_.main != nullptr ? pair_.main->file : "MAIN.psd", seen_.syncFolder);
+    }
+    void TellToBeginAnew(const TroubleKind& kind, const std::string& text) {
+        Tell(kind, text);
+        anew_.push_back(pair_.row != nullptr ? pair_.row->uniqueID : pair_.laptop->facts.uniqueID);
     }
 
     void LookAtRegistration() {
@@ -157,26 +173,50 @@ class PairSection {
         }
     }
 
+    /// Main counts the five quiet minutes of a reset from the moment that it noted last.
+    void LookAtDrain() {
+        if (pair_.row->syncState != SyncStateResetPending || !seen_.KnowsFiles() || traffic_.HasResetRequest()) {
+            return;
+        }
+        const auto received = ParseDate(pair_.row->lastReceivedFrom);
+        if (!received) {
+            Tell(troubles::ResetStuck,
+                 "Main does not know since when it waits, and so waits for ever for the five "
+                 "quiet minutes of the reset.");
+        } else if (received->SecondsSince(seen_.nowUtc) > ClockSeconds) {
+            Tell(troubles::ResetStuck, "Main waits for five quiet minutes from " + FormatGeneralDate(*received) +
+                                           " UTC, which is still to come: its clock was put back.");
+        }
+    }
+
     void LookAtInitialSync() {
         const bool isDataOnItsWay = traffic_.HasInitialRequest() || traffic_.HasInitialData();
         if (LaptopState() == SyncStateInitialSyncRequested && pair_.row != nullptr && !isDataOnItsWay &&
             RowState() != SyncStateInitialSyncRequired && RowState() != SyncStateInitialSyncSent) {
-            Tell(troubles::LostInitialSync, "It awaits its initial sync, no file of it is on its way, and " +
-                                                MainName() + " has it at " + RowInWords() +
-                                                ": the request or the data was lost.");
+            TellToBeginAnew(troubles::LostInitialSync,
+                            "It awaits its initial sync, no file of it is on its way, and " + MainName() +
+                                " has it at " + RowInWords() + ": the request or the data was lost.");
         }
+        const bool isBeyond = LaptopState() == SyncStateReady || LaptopState() == SyncStateResetRequested ||
+                              LaptopState() == SyncStateResetPending;
         // A row at 0 hears neither changes nor reset requests.
-        const bool isBeyond = LaptopState() == SyncStateReady || LaptopState() == SyncStateResetPending;
         if (isBeyond && RowState() == SyncStateNone && !traffic_.HasInitialRequest() &&
             !traffic_.HasAcknowledge()) {
-            Tell(troubles::LostInitialSync, "It has had its initial sync, but " + MainName() + " has it at " +
-                                                RowInWords() + " and takes nothing else from it.");
+            TellToBeginAnew(troubles::LostInitialSync, "It has had its initial sync, but " + MainName() +
+                                                           " has it at " + RowInWords() +
+                                                           " and takes nothing else from it.");
         }
-        if (RowState() == SyncStateInitialSyncSent && LaptopState() != SyncStateInitialSyncRequired &&
-            !isDataOnItsWay && !traffic_.HasAcknowledge()) {
-            Tell(troubles::LostAcknowledge, MainName() +
-                                                " has sent the initial sync and waits for the acknowledge, "
-                                                "but neither of them is on its way.");
+        // Nor does one at 1 or 3, and what it sends is for a workstation that still awaits its initial sync.
+        const bool isOwed = RowState() == SyncStateInitialSyncRequired || RowState() == SyncStateInitialSyncSent;
+        if (isBeyond && isOwed && !traffic_.HasAcknowledge()) {
+            TellToBeginAnew(troubles::LostAcknowledge,
+                            "It has had its initial sync, but " + MainName() + " has it at " + RowInWords() +
+                                ", as after a second request, and takes neither changes nor a reset from it.");
+        } else if (RowState() == SyncStateInitialSyncSent && LaptopState() != SyncStateInitialSyncRequired &&
+                   !isDataOnItsWay && !traffic_.HasAcknowledge()) {
+            TellToBeginAnew(troubles::LostAcknowledge,
+                            MainName() + " has sent the initial sync and waits for the acknowledge, "
+                                         "but neither of them is on its way.");
         }
     }
 
@@ -246,6 +286,27 @@ class PairSection {
         }
     }
 
+    /// Main answers what it takes in the same pass, so a workstation alone can tell that a file has got lost.
+    void LookAtConfirmations() {
+        if (pair_.laptop == nullptr || pair_.main != nullptr || LaptopState() != SyncStateReady) {
+            return;
+        }
+        const CompanyFacts& facts = pair_.laptop->facts;
+        const auto sent = ParseDate(pair_.laptop->sentOn);
+        const auto lying = traffic_.SequencesToMain();
+        std::int64_t missing = facts.confirmed.value_or(facts.nextSequenceToMain);
+        while (lying.contains(missing)) {
+            ++missing;
+        }
+        if (missing < facts.nextSequenceToMain && sent && seen_.nowUtc.SecondsSince(*sent) > AnswerSeconds &&
+            traffic_.SequencesToLaptop().empty()) {
+            Tell(troubles::UnconfirmedFiles, "The file " + std::to_string(missing) +
+                                                 " to main was sent and is not in the Sync folder, and main, "
+                                                 "which answers at once, has not told that it took it: it was "
+                                                 "lost, or dropped into another folder.");
+        }
+    }
+
     /// A sender that could not count on behind its copy sends the number again, with more in it.
     void LookForDuplicates(const Line& line) {
         for (auto first = line.lying.begin(); first != line.lying.end();
@@ -270,12 +331,13 @@ class PairSection {
                           "A file of " + line.sender + " carries the sequence " + std::to_string(stray->first) +
                               ", but " + line.sender + " is only at " + std::to_string(*line.next) +
                               ": it is left from before a reset, and would be taken once its number comes up.",
-                          stray->second);
+                          stray->second.FilePath);
         }
     }
 
     const Observations& seen_;
     Findings& findings_;
+    BeginAnew& anew_;
     const Pair& pair_;
     const Traffic traffic_;
 };
@@ -309,10 +371,44 @@ std::vector<Pair> PairsOf(const Observations& seen) {
 
 } // namespace
 
-void DiagnosePairs(const Observations& observations, Findings& findings) {
-    for (const Pair& pair : PairsOf(observations)) {
-        PairSection(observations, findings, pair).Run();
+namespace {
+
+/// What each end alone knows of its pairings, to be held against what the other end says.
+void TellOneSided(const std::vector<Pair>& pairs, Findings& findings) {
+    std::string known;
+    std::size_t named = 0;
+    for (const Pair& pair : pairs) {
+        if ((pair.laptop != nullptr) == (pair.main != nullptr)) {
+            continue;
+        }
+        const bool hasMain = pair.main != nullptr;
+        const std::int64_t to = hasMain ? pair.row->nextSequenceToRoaming : pair.laptop->facts.nextSequenceToMain;
+        const std::int64_t from =
+            hasMain ? pair.row->nextSequenceFromRoaming : pair.laptop->facts.nextSequenceFromMain;
+        if (++named <= MostNamed) {
+            known += (known.empty() ? "" : "; ") + pair.name + (hasMain ? " (main's end): " : " (its own end): ") +
+                     "sends " + std::to_string(to) + " next, expects " + std::to_string(from);
+        }
     }
+    if (named > 0) {
+        findings.Add(
+            troubles::OneSideOnly, named == 1 ? "1 pairing" : std::to_string(named) + " pairings",
+            "Only one end is at hand: " + known + (named > MostNamed ? "; …" : "") +
+                ". The other end must expect no more than this one sends next, and send at least what this "
+                "one expects.");
+    }
+}
+
+} // namespace
+
+BeginAnew DiagnosePairs(const Observations& observations, Findings& findings) {
+    const std::vector<Pair> pairs = PairsOf(observations);
+    BeginAnew anew;
+    for (const Pair& pair : pairs) {
+        PairSection(observations, findings, pair, anew).Run();
+    }
+    TellOneSided(pairs, findings);
+    return anew;
 }
 
 } // namespace qndr::control

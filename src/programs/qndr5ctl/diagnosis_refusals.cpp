@@ -1,5 +1,4 @@
 #include "programs/qndr5ctl/diagnosis_sections.h"
-#include "programs/qndr5ctl/opened_company.h"
 #include "shared/records.h"
 #include "syncfiles/sync_state.h"
 
@@ -78,8 +77,9 @@ bool IsBeingMended(const Observations& seen, const Refusals& refusals) {
 
 /// `known` is what the sender knows of the files.
 std::string InWords(const RefusedFile& file, const std::vector<RefusedFile>& known, const std::string& receiver) {
+    const auto on = ParseDate(file.on);
     std::string text = file.sequence < 0 ? "the full data" : "the file " + std::to_string(file.sequence);
-    text += " (" + StoredDateText(file.on) + " UTC";
+    text += " (" + (on ? FormatGeneralDate(*on) : file.on) + " UTC";
     for (const RefusedFile& told : known) {
         if (told.sequence == file.sequence && EqualIdentities(told.partner, receiver) && !told.held.empty()) {
             text += ", held " + told.held;

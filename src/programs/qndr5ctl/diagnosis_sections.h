@@ -1,7 +1,8 @@
 #pragma once
 
 #include "programs/qndr5ctl/diagnosis.h"
-#include "shared/formatting.h"
+#include "programs/qndr5ctl/shell_text.h"
+#include "programs/qndr5ctl/sync_words.h"
 
 #include <utility>
 
@@ -10,10 +11,18 @@ namespace qndr::control {
 /// The findings as they are made.
 class Findings {
   public:
+    /// The places are filled in as words of a shell.
     template <typename... Places>
     void Add(const TroubleKind& kind, const std::string& subject, std::string text, const Places&... places) {
-        all_.push_back({std::string(kind.code), kind.severity, subject, std::move(text),
-                        FormatString(kind.remedy, std::string(places)...)});
+        const std::vector<std::string> words{ShellQuoted(places)...};
+        Finding finding{
+            std::string(kind.code), kind.severity, subject, std::move(text), FillPlaces(kind.remedy, words), {}};
+        for (const std::string_view command : kind.commands) {
+            if (!command.empty()) {
+                finding.commands.push_back(FillPlaces(command, words));
+            }
+        }
+        all_.push_back(std::move(finding));
     }
     std::vector<Finding> Take() { return std::move(all_); }
 
@@ -21,14 +30,16 @@ class Findings {
     std::vector<Finding> all_;
 };
 
+/// UniqueIDs of workstations whose exchange with main has to begin anew: their files in the Sync folder go with
+/// it.
+using BeginAnew = std::vector<std::string>;
+
 // The sections of the diagnosis.
 void DiagnoseComputer(const Observations& observations, Findings& findings);
+void DiagnoseFolder(const Observations& observations, Findings& findings);
 void DiagnoseCompanies(const Observations& observations, Findings& findings);
-void DiagnosePairs(const Observations& observations, Findings& findings);
+BeginAnew DiagnosePairs(const Observations& observations, Findings& findings);
+void DiagnoseFiles(const Observations& observations, const BeginAnew& anew, Findings& findings);
 void DiagnoseRefusals(const Observations& observations, Findings& findings);
-void DiagnoseFiles(const Observations& observations, Findings& findings);
-
-/// "1 record", "2 records"
-std::string Counted(std::int64_t number, const std::string& noun);
 
 } // namespace qndr::control

@@ -3,29 +3,62 @@
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
 
+#include <algorithm>
+#include <cctype>
+#include <map>
+
 namespace qndr::control {
 
 namespace {
 
 struct DoctorArguments {
     WhatToObserve what;
+    Severity level = Severity::Warning;
     bool json = false;
 };
 
-std::string_view SeverityWord(Severity severity) {
-    return severity == Severity::Error ? "error" : "warning";
+const std::map<std::string, Severity> Levels{
+    {"error", Severity::Error}, {"warning", Severity::Warning}, {"note", Severity::Note}};
+
+std::string SeverityWord(Severity severity) {
+    return severity == Severity::Error ? "error" : severity == Severity::Warning ? "warning" : "note";
+}
+
+/// What to do in one text, for machines that show it to a person.
+std::string WholeRemedy(const Finding& finding) {
+    std::string remedy = finding.remedy;
+    for (const std::string& command : finding.commands) {
+        remedy += (remedy.empty() ? "" : &command == &finding.commands.front() ? ": " : "; ") + command;
+    }
+    return remedy;
 }
 
 /// For people a heading, what it is and what to do; for machines the same in parts.
 Facts FactsOf(const Finding& finding) {
+    const std::string word = SeverityWord(finding.severity);
     Facts facts;
-    facts.Add("Trouble", "", finding.subject + " (" + finding.code + ")");
+    facts.Add(static_cast<char>(std::toupper(word.front())) + word.substr(1), "",
+              finding.subject + " (" + finding.code + ")");
     facts.Add("", "code", finding.code);
-    facts.Add("", "severity", SeverityWord(finding.severity));
+    facts.Add("", "severity", word);
     facts.Add("", "subject", finding.subject);
     facts.Add("What", "text", finding.text);
-    facts.Add("To do", "remedy", finding.remedy);
+    facts.Add("", "remedy", WholeRemedy(finding));
+    if (!finding.remedy.empty()) {
+        facts.Add("To do", "", finding.remedy + (finding.commands.empty() ? "." : ":"));
+    }
+    Json commands = Json::Array();
+    for (const std::string& command : finding.commands) {
+        facts.Add("Run", "", command);
+        commands.Append(command);
+    }
+    facts.Add("", "commands", std::move(commands));
     return facts;
+}
+
+std::size_t CountFrom(const std::vector<Finding>& findings, Severity level) {
+    return static_cast<std::size_t>(std::count_if(
+        findings.begin(), findings.end(), [&](const Finding& finding) { return finding.severity <= level; }));
 }
 
 void PrintJson(const ControlContext& context, const Observations& seen, const std::vector<Finding>& findings) {
@@ -34,7 +67,7 @@ void PrintJson(const ControlContext& context, const Observations& seen, const st
         list.Append(FactsOf(finding).ToJson());
     }
     Json result = Json::Object();
-    result.Set("healthy", findings.empty())
+    result.Set("healthy", CountFrom(findings, Severity::Warning) == 0)
         .Set("companies", seen.companies.size())
         .Set("files", seen.files.size())
         .Set("findings", std::move(list));
@@ -42,15 +75,17 @@ void PrintJson(const ControlContext& context, const Observations& seen, const st
 }
 
 void Print(const ControlContext& context, const Observations& seen, const std::vector<Finding>& findings) {
-    if (findings.empty()) {
-        context.out << "All is well: companies asked " << seen.companies.size() << ", files in the Sync folder "
-                    << seen.files.size() << ".\n";
-    }
     for (const Finding& finding : findings) {
-        if (&finding != &findings.front()) {
-            context.out << '\n';
-        }
         FactsOf(finding).Print(context.out);
+        context.out << '\n';
+    }
+    if (CountFrom(findings, Severity::Warning) == 0) {
+        const bool isWhole = std::none_of(findings.begin(), findings.end(), [](const Finding& finding) {
+            return finding.code == troubles::OneSideOnly.code;
+        });
+        context.out << (isWhole ? "All is well" : "Nothing is wrong as far as it can be seen from here")
+                    << ": companies asked " << seen.companies.size() << ", files in the Sync folder "
+                    << seen.files.size() << ".\n";
     }
 }
 
@@ -62,10 +97,10 @@ void Doctor(const ControlContext& context, const DoctorArguments& arguments) {
     } else {
         Print(context, seen, findings);
     }
-    if (!findings.empty()) {
-        throw services::Failure(findings.size() == 1
-                                    ? "there is 1 trouble"
-                                    : "there are " + std::to_string(findings.size()) + " troubles");
+    const std::size_t count = CountFrom(findings, arguments.level);
+    if (count > 0) {
+        throw services::Failure(count == 1 ? "there is 1 trouble"
+                                           : "there are " + std::to_string(count) + " troubles");
     }
 }
 
@@ -74,8 +109,9 @@ void Doctor(const ControlContext& context, const DoctorArguments& arguments) {
 void AddDoctorCommand(CLI::App& program, const ControlContext& context) {
     const auto doctor = AddCommand<DoctorArguments>(
         program, context, "doctor",
-        "Name what is wrong with the exchange and what to do about it; changes nothing. Exit status 1 when "
-        "something is",
+        "Name what is wrong with the exchange and what to do about it. Exit status 1 when something is. Changes "
+        "nothing, but makes a small file in the Sync folder and takes it out again, which proves the rights there "
+        "and compares the clocks",
         Doctor);
     doctor.app
         .add_option(
@@ -90,9 +126,13 @@ void AddDoctorCommand(CLI::App& program, const ControlContext& context) {
                     "A workstation that is silent, and a file that lies, for longer than this are told")
         ->capture_default_str()
         ->check(CLI::Range(std::int64_t{1}, std::int64_t{3650}));
-    doctor.app.add_flag("--probe", doctor.arguments.what.probe,
-                        "Also make a file in the Sync folder and take it out again, which proves the rights there "
-                        "and compares the clocks");
+    doctor.app
+        .add_option("--level", doctor.arguments.level,
+                    "From what on the exit status is 1: error, warning or note; warning when it is not given. All "
+                    "findings are told")
+        ->transform(CLI::CheckedTransformer(Levels).description(""));
+    // What it asked for is always done now; scripts may still give it.
+    doctor.app.add_flag("--probe")->group("");
     AddJsonFlag(doctor.app, doctor.arguments.json);
 }
 

@@ -1,7 +1,10 @@
 #include "programs/qndr5ctl/archive_contents.h"
 #include "programs/qndr5ctl/commands.h"
+#include "programs/qndr5ctl/file_import.h"
 #include "programs/qndr5ctl/output.h"
+#include "programs/qndr5ctl/shell_text.h"
 #include "programs/qndr5ctl/sync_words.h"
+#include "programs/qndr5ctl/taken_out_files.h"
 #include "programs/qndr5ctl/whole_number.h"
 #include "syncfiles/descriptor.h"
 
@@ -35,13 +38,19 @@ std::string InWords(const std::string& key, const std::string& value) {
     return value;
 }
 
+bool IsNumeric(const std::string& key) {
+    return key == "MessageCode" || key == "SyncState" || key == "Sequence" || key == "IsSyncReset" ||
+           key == "ReferenceCode" || key == "FromType";
+}
+
 void Show(const ControlContext& context, const ShowArguments& arguments) {
     const ArchiveContents contents = ReadArchiveContents(arguments.archive);
     Facts descriptor;
     for (const auto& [key, value] :
          contents.descriptor.value_or(std::vector<std::pair<std::string, std::string>>{})) {
         descriptor.Add(key, "", InWords(key, value));
-        descriptor.Add("", key, value);
+        const auto number = ParseWholeNumber(value);
+        descriptor.Add("", key, number && IsNumeric(key) ? Json(*number) : Json(value));
     }
     Listing entries({{"Entry", "name"}, {"Bytes", "size"}, {"Packed", "packedSize"}});
     for (const ArchiveEntry& entry : contents.entries) {
@@ -75,14 +84,55 @@ void Show(const ControlContext& context, const ShowArguments& arguments) {
     }
 }
 
+struct ImportArguments {
+    std::string archive;
+    std::string company;
+};
+
+void Import(const ControlContext& context, const ImportArguments& arguments) {
+    const OpenedCompany company(context, arguments.company);
+    const suite::ImportResult result = ImportByHand(context, company, arguments.archive);
+    company.RecordEvent("The file '" + context.services.fileTools.GetFileName(arguments.archive) +
+                        "' was imported by hand.");
+    context.out << "Imported the file by hand: " << Counted(result.records, "record") << ", "
+                << Counted(result.conflicts, "losing version") << " kept, " << Counted(result.problems, "record")
+                << " put aside.\n";
+    if (result.conflicts > 0) {
+        context.out << "See 'qndr5ctl conflicts list " << ShellQuoted(arguments.company) << "'.\n";
+    }
+}
+
+struct TakeOutArguments {
+    std::vector<std::string> files;
+};
+
+void TakeOutAll(const ControlContext& context, const TakeOutArguments& arguments) {
+    for (const std::string& file : arguments.files) {
+        context.out << "Moved to " << TakeOut(context, file) << '\n';
+    }
+}
+
 } // namespace
 
 void AddFileCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "file", "Look into sync files and order backups");
+    CLI::App& group = AddGroup(program, "file", "Look into sync files and order backups, and move them");
     const auto show =
         AddCommand<ShowArguments>(group, context, "show", "Descriptor, entries and record counts", Show);
     show.app.add_option("ARCHIVE", show.arguments.archive, "A sync file or an order backup")->required();
     AddJsonFlag(show.app, show.arguments.json);
+
+    const auto import = AddCommand<ImportArguments>(
+        group, context, "import",
+        "Take a file of changes into a company by hand, one that came late or was retired; no version is lost",
+        Import);
+    import.app.add_option("ARCHIVE", import.arguments.archive, "The sync file, where it lies")->required();
+    import.app.add_option("FILE", import.arguments.company, "The .psd file of the company that it is for")
+        ->required();
+
+    const auto takeOut = AddCommand<TakeOutArguments>(
+        group, context, "take-out", "Move files out of the Sync folder, to a place where nothing is deleted",
+        TakeOutAll);
+    takeOut.app.add_option("ARCHIVE", takeOut.arguments.files, "The files")->required();
 }
 
 } // namespace qndr::control

@@ -3,6 +3,8 @@
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/sync_folder_files.h"
 #include "services/failure.h"
+#include "suite/company/provisioning.h"
+#include "suite/company/sync_folder_mark.h"
 
 #include <algorithm>
 #include <tuple>
@@ -91,7 +93,8 @@ Listing ListFiles(const std::vector<ListedFile>& files, const std::vector<Compan
 }
 
 void Folder(const ControlContext& context, const FolderArguments& arguments) {
-    const std::string folder = arguments.folder.empty() ? UserFileLocation(context, "Sync") : arguments.folder;
+    const SyncLocation own = ReadSyncLocation(context, suite::DefaultProfile);
+    const std::string folder = arguments.folder.empty() ? own.folder : arguments.folder;
     if (folder.empty()) {
         throw services::Failure("this computer has no Sync location: name a folder, or 'qndr5ctl location set "
                                 "Sync FOLDER'");
@@ -116,6 +119,11 @@ void Folder(const ControlContext& context, const FolderArguments& arguments) {
         return;
     }
     listing.PrintTable(context.out, "The Sync folder '" + folder + "' is empty.");
+    if (arguments.folder.empty() && !suite::IsMarkedAs(folder, own.identity)) {
+        context.out
+            << "\nThis is not the folder that was set up, and the agent leaves it alone: 'qndr5ctl doctor' "
+               "tells more.\n";
+    }
     if (known.facts.empty()) {
         context.out << "\nNo company could be asked: name company files with --company, or set the Companies "
                        "location.\n";

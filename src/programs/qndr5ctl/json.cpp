@@ -1,5 +1,6 @@
 #include "programs/qndr5ctl/json.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -93,6 +94,12 @@ std::string Json::ToPlainText() const {
     if (const auto* text = std::get_if<std::string>(&value_)) {
         return *text;
     }
+    if (const auto* moment = std::get_if<UtcMoment>(&value_)) {
+        return moment->text;
+    }
+    if (const auto* decimal = std::get_if<DecimalNumber>(&value_)) {
+        return decimal->text;
+    }
     if (const auto* number = std::get_if<std::int64_t>(&value_)) {
         return std::to_string(*number);
     }
@@ -105,6 +112,10 @@ std::string Json::ToPlainText() const {
 void Json::WriteTo(std::string& target) const {
     if (const auto* text = std::get_if<std::string>(&value_)) {
         WriteString(*text, target);
+    } else if (const auto* moment = std::get_if<UtcMoment>(&value_)) {
+        std::string zoned = moment->text + "Z";
+        std::replace(zoned.begin(), zoned.end(), ' ', 'T');
+        WriteString(zoned, target);
     } else if (const auto* members = std::get_if<Members>(&value_)) {
         const char* separator = "{";
         for (const auto& [name, value] : *members) {

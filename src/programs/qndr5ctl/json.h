@@ -10,6 +10,15 @@
 
 namespace qndr::control {
 
+/// A moment in UTC, as text in the general date format: machines get it with its zone.
+struct UtcMoment {
+    std::string text;
+};
+/// A number with decimals, as text with a point.
+struct DecimalNumber {
+    std::string text;
+};
+
 /// A JSON value under construction. The members of an object keep the order in which they were set.
 class Json {
   public:
@@ -21,11 +30,15 @@ class Json {
     Json(std::string value) : value_(std::move(value)) {}
     Json(std::string_view value) : value_(std::string(value)) {}
     Json(const char* value) : value_(std::string(value)) {}
+    Json(UtcMoment value) : value_(std::move(value)) {}
+    Json(DecimalNumber value) : value_(std::move(value)) {}
     static Json Object();
     static Json Array();
 
     bool IsNull() const { return std::holds_alternative<std::monostate>(value_); }
-    bool IsNumber() const { return std::holds_alternative<std::int64_t>(value_); }
+    bool IsNumber() const {
+        return std::holds_alternative<std::int64_t>(value_) || std::holds_alternative<DecimalNumber>(value_);
+    }
 
     /// Of an object; the name must be new.
     Json& Set(std::string name, Json value);
@@ -43,7 +56,8 @@ class Json {
 
     void WriteTo(std::string& target) const;
 
-    std::variant<std::monostate, bool, std::int64_t, std::string, Members, Elements> value_;
+    std::variant<std::monostate, bool, std::int64_t, std::string, UtcMoment, DecimalNumber, Members, Elements>
+        value_;
 };
 
 /// The number of bytes of the UTF-8 character at the start of `text`, 0 when there is no valid one.

@@ -30,6 +30,10 @@ constexpr std::array Known{
                  "when the sync log was turned on"},
     KnownSetting{settings::CompaniesLocation, SettingKind::Text, settings::DefaultProfileKey, "",
                  "folder of the company files"},
+    KnownSetting{"UFL:Sync", SettingKind::Text, settings::DefaultProfileKey, "",
+                 "Sync folder; 'location set' also remembers its mark"},
+    KnownSetting{"RoamingWorkstation", SettingKind::Number, settings::DefaultProfileKey, "0",
+                 "1 on a Roaming Workstation; 'role' sets it"},
 };
 
 } // namespace

@@ -31,8 +31,8 @@ void Events(const ControlContext& context, const EventsArguments& arguments) {
         company.Database().Prepare("SELECT OccurredOn, EventNumber, EventText FROM CompanyEvents ORDER BY ID");
     Listing listing({{"Occurred (UTC)", "occurredOn"}, {"Number", "number"}, {"Event", "text"}});
     while (row.Step()) {
-        listing.Add({StoredDateText(std::string(row.Text(0))), row.IsNull(1) ? Json() : Json(row.Integer(1)),
-                     row.Text(2)});
+        listing.Add(
+            {StoredDate(std::string(row.Text(0))), row.IsNull(1) ? Json() : Json(row.Integer(1)), row.Text(2)});
     }
     if (arguments.json) {
         context.out << listing.ToJson().ToText() << '\n';

@@ -6,9 +6,11 @@
 #include "services/failure.h"
 #include "shared/dates.h"
 #include "shared/formatting.h"
+#include "shared/records.h"
 #include "shared/settings.h"
 #include "suite/company/company_events.h"
 #include "suite/company/provisioning.h"
+#include "suite/company/sync_folder_mark.h"
 #include "suite/company/utf8_path.h"
 #include "suite/computer/temporary_places.h"
 #include "suite/engine/conflicts.h"
@@ -33,20 +35,31 @@ struct Company {
     ObservedCompany observed;
 };
 
+/// Below this, or below the size of the largest database for what holds whole copies of it, a place counts as
+/// full.
+constexpr std::int64_t LeastSpace = 64LL * 1024 * 1024;
+
 void ObserveSettings(const ControlContext& context, Observations& seen) {
+    services::RegistryTools& registry = context.services.registryTools;
+    ObservedSettings& found = seen.settings;
     const auto number = [&](const char* name, std::int32_t fallback) {
         try {
-            return context.services.registryTools.GetLong(services::CurrentUserHive, settings::RootKey, name,
-                                                          fallback);
+            return registry.GetLong(services::CurrentUserHive, settings::RootKey, name, fallback);
         } catch (const Failure&) {
-            seen.badSettings.emplace_back(name);
+            found.bad.emplace_back(name);
             return fallback;
         }
     };
-    seen.stopSync = number(settings::StopSync, 0) != 0;
-    seen.debugLog = number(settings::DebugSyncAgent, 0) == 1;
+    const auto date = [&](const char* name) {
+        return ParseDate(registry.GetString(services::CurrentUserHive, settings::RootKey, name, ""));
+    };
+    found.stopSync = number(settings::StopSync, 0) != 0;
+    found.debugLog = number(settings::DebugSyncAgent, 0) == 1;
     const bool heartbeat = number(settings::EnableHeartbeat, 1) != 0;
-    seen.heartbeatNoResponse = number(settings::SyncHeartbeat, 0) == HeartbeatNoResponse && heartbeat;
+    found.heartbeatNoResponse = number(settings::SyncHeartbeat, 0) == HeartbeatNoResponse && heartbeat;
+    found.frequency = number(settings::SyncFrequency, 5);
+    found.lastSync = date(settings::LastSync);
+    found.nextSync = date(settings::NextSync);
 }
 
 void ObserveRole(const ControlContext& context, Observations& seen) {
@@ -56,6 +69,7 @@ void ObserveRole(const ControlContext& context, Observations& seen) {
     }
     seen.isRoaming = library->Security().IsRoamingWorkstation();
     library->PreTerminate();
+    seen.settings.roleIsSet = IsRoleSet(context);
 }
 
 void ObserveTemporaryFolder(const ControlContext& context, Observations& seen) {
@@ -122,6 +136,13 @@ void ObserveCompany(ObservedCompany& company, const OpenedCompany& opened, const
     problems.Bind(1, FormatSQLDate(seen.nowUtc.AddDays(-seen.days), false));
     problems.Step();
     company.putAside = problems.Integer(0);
+    const auto text = [&](const char* query) { return database.Value(query).value_or(""); };
+    company.database = database.Path();
+    company.newestChange = database.Number("SELECT MAX(ID) FROM AuditLog");
+    company.changedOn = text("SELECT AddedOn FROM AuditLog ORDER BY ID DESC LIMIT 1");
+    company.sentOn =
+        text("SELECT AddedOn FROM AuditLog WHERE ID <= (SELECT LastAuditID FROM Company) ORDER BY ID DESC "
+             "LIMIT 1");
     // The agent enters another event when it could store something again.
     auto newest = database.Prepare("SELECT EventText, EventNumber FROM CompanyEvents WHERE EventNumber IS NOT 5"
                                    " ORDER BY ID DESC LIMIT 1");
@@ -153,6 +174,7 @@ void OpenCompany(const ControlContext& context, const std::string& file, bool is
         company.observed.file = file;
         company.observed.isHere = isHere;
         company.observed.damage = damage;
+        company.observed.fileDate = context.services.fileTools.GetFileDate(file);
         ObserveCompany(company.observed, *company.opened, seen);
         if (company.opened->IsMain() || company.opened->IsRoaming()) {
             companies.push_back(std::move(company));
@@ -217,23 +239,85 @@ void ObserveExchange(const ControlContext& context, std::vector<Company>& compan
     }
 }
 
-/// The name is one that no agent takes for anything, and that tells a person what it is when it stays behind.
-Probe ProbeFolder(const ControlContext& context, const std::string& folder) {
-    services::FileTools& fileTools = context.services.fileTools;
-    Probe probe;
-    probe.file = fileTools.CreateTemporaryFile(folder, "~$probe", ".tmp");
-    if (probe.file.empty()) {
-        return probe;
+void ObserveSyncLocation(const ControlContext& context, const WhatToObserve& what, Observations& seen) {
+    const SyncLocation own = ReadSyncLocation(context, suite::DefaultProfile);
+    seen.syncFolder = what.syncFolder.empty() ? own.folder : what.syncFolder;
+    seen.isOwnSyncFolder =
+        !own.folder.empty() && (what.syncFolder.empty() || IsSameFolder(own.folder, what.syncFolder));
+    if (seen.isOwnSyncFolder) {
+        seen.syncIdentity = own.identity;
+        seen.syncMark = suite::ReadSyncFolderMark(seen.syncFolder);
     }
-    try {
-        probe.isWritten =
-            context.services.textFileTools.WriteTextFile(probe.file, "qndr5ctl doctor", "utf-8", 0) == 1;
-        probe.clockAhead = context.services.clock.Now().SecondsSince(fileTools.GetFileDate(probe.file));
-    } catch (const Failure&) {
-        probe.isWritten = false;
+}
+
+bool IsBetween(const FoundSyncFile& entry, const ObservedCompany& company) {
+    return EqualIdentities(entry.From, company.facts.uniqueID) ||
+           EqualIdentities(entry.To, NormalizeUniqueID(company.facts.uniqueID));
+}
+
+/// What was dropped, or came, while this computer used another folder.
+void ObserveFormerFolders(const ControlContext& context, Observations& seen) {
+    for (const std::string& folder : ReadSyncLocation(context, suite::DefaultProfile).former) {
+        if (!seen.isOwnSyncFolder || !context.services.pathTools.FolderExists(folder) ||
+            IsSameFolder(folder, seen.syncFolder)) {
+            continue;
+        }
+        std::vector<ListedFile> files;
+        try {
+            files = ReadSyncFolder(context, folder);
+        } catch (const Failure&) {
+            continue; // nobody needs to reach it any more
+        }
+        for (ListedFile& listed : files) {
+            const bool isOwn = std::any_of(seen.companies.begin(), seen.companies.end(), [&](const auto& company) {
+                return company.isHere && IsBetween(listed.file.entry, company);
+            });
+            if (listed.file.kind == FileKind::SyncFile && isOwn) {
+                seen.formerFiles.push_back(std::move(listed));
+            }
+        }
     }
-    probe.isRemoved = fileTools.DeleteFile(probe.file);
-    return probe;
+}
+
+void ObserveSpace(const ControlContext& context, Observations& seen) {
+    std::int64_t wanted = LeastSpace;
+    std::error_code error;
+    for (const ObservedCompany& company : seen.companies) {
+        const auto size = std::filesystem::file_size(suite::ToPath(company.database), error);
+        wanted = std::max(wanted, error ? 0 : static_cast<std::int64_t>(size));
+    }
+    const auto look = [&](const std::string& what, const std::string& folder) {
+        const std::int64_t free = FreeSpaceAt(folder);
+        if (free >= 0 && free < wanted) {
+            seen.fullPlaces.push_back({what, folder, free});
+        }
+    };
+    if (seen.syncFolderExists) {
+        look("the files in the Sync folder", seen.syncFolder);
+    }
+    look("working files", context.computer.temporaryFolder);
+    for (const ObservedCompany& company : seen.companies) {
+        if (company.isHere) {
+            look("the database of " + company.facts.name,
+                 suite::FromPath(suite::ToPath(company.database).parent_path()));
+        }
+    }
+}
+
+bool LiesIn(const std::string& inner, const std::string& outer) {
+    std::error_code error;
+    const std::string folder =
+        suite::FromPath(std::filesystem::weakly_canonical(suite::ToPath(inner), error) / "");
+    return folder.starts_with(
+        suite::FromPath(std::filesystem::weakly_canonical(suite::ToPath(outer), error) / ""));
+}
+
+void ObserveNesting(Observations& seen) {
+    for (const std::string& folder : seen.companiesFolders) {
+        if (seen.syncFolderExists && (LiesIn(seen.syncFolder, folder) || LiesIn(folder, seen.syncFolder))) {
+            seen.nestedFolder = folder;
+        }
+    }
 }
 
 } // namespace
@@ -241,18 +325,22 @@ Probe ProbeFolder(const ControlContext& context, const std::string& folder) {
 Observations Observe(const ControlContext& context, const WhatToObserve& what) {
     Observations seen;
     seen.computerName = context.services.systemTools.GetComputerName();
-    seen.nowUtc = LocalToUtc(context.services, context.services.clock.Now());
+    seen.now = context.services.clock.Now();
+    seen.nowUtc = LocalToUtc(context.services, seen.now);
     seen.days = what.days;
     ObserveSettings(context, seen);
     ObserveRole(context, seen);
     ObserveTemporaryFolder(context, seen);
-    seen.syncFolder = what.syncFolder.empty() ? UserFileLocation(context, "Sync") : what.syncFolder;
+    ObserveSyncLocation(context, what, seen);
     std::vector<Company> companies = OpenCompanies(context, what, seen);
     ObserveExchange(context, companies, seen);
     for (Company& company : companies) {
         seen.companies.push_back(std::move(company.observed));
     }
-    if (what.probe && seen.syncFolderExists) {
+    ObserveFormerFolders(context, seen);
+    ObserveNesting(seen);
+    ObserveSpace(context, seen);
+    if (seen.syncFolderExists && seen.IsRightFolder()) {
         seen.probe = ProbeFolder(context, seen.syncFolder);
     }
     return seen;

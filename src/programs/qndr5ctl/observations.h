@@ -12,11 +12,11 @@ struct WhatToObserve {
     std::vector<std::string> companiesFolders; ///< none for this computer's Companies location
     std::string syncFolder;                    ///< empty for this computer's Sync location
     std::int64_t days = 14;
-    bool probe = false; ///< make a file in the Sync folder and take it out again
 };
 
-/// Looks at this computer, the companies and the Sync folder. Without the probe nothing is changed. Whatever
-/// cannot be had becomes an observation; raises services::Failure only when the suite itself does not work.
+/// Looks at this computer, the companies and the Sync folder. Nothing is changed but that a small file is made in
+/// the Sync folder and taken out again. Whatever cannot be had becomes an observation; raises services::Failure
+/// only when the suite itself does not work.
 Observations Observe(const ControlContext& context, const WhatToObserve& what);
 
 } // namespace qndr::control

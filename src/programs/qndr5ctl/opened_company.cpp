@@ -89,9 +89,9 @@ void OpenedCompany::DemandThatChangesTravel() const {
     }
 }
 
-std::string StoredDateText(const std::string& stored) {
+Json StoredDate(const std::string& stored) {
     const auto date = ParseDate(stored);
-    return date ? FormatGeneralDate(*date) : stored;
+    return date ? Json(UtcMoment{FormatGeneralDate(*date)}) : stored.empty() ? Json() : Json(stored);
 }
 
 } // namespace qndr::control

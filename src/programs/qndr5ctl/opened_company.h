@@ -1,6 +1,7 @@
 #pragma once
 
 #include "programs/qndr5ctl/control_context.h"
+#include "programs/qndr5ctl/json.h"
 #include "suite/database/sqlite_connection.h"
 
 #include <memory>
@@ -28,6 +29,8 @@ class OpenedCompany {
     /// Raise services::Failure when the company is of another type.
     void DemandMain() const;
     void DemandRoaming() const;
+    /// Enters a line in the company's events.
+    void RecordEvent(const std::string& text) const { library_->RecordEvent(text, std::nullopt); }
     /// Raises services::Failure for a workstation that is not in normal running: before its first sync it must
     /// hold no changes, and a reset gives up those that were not sent.
     void DemandThatChangesTravel() const;
@@ -38,7 +41,7 @@ class OpenedCompany {
     suite::SqliteConnection* connection_ = nullptr;
 };
 
-/// A stored date as the general date format, in UTC as it is stored; any other text as it stands.
-std::string StoredDateText(const std::string& stored);
+/// A stored date, which is UTC; any other text as it stands, null for the empty one.
+Json StoredDate(const std::string& stored);
 
 } // namespace qndr::control

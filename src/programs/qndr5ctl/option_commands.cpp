@@ -1,8 +1,12 @@
 #include "programs/qndr5ctl/commands.h"
+#include "programs/qndr5ctl/did_you_mean.h"
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
 #include "suite/company/provisioning.h"
+#include "suite/files/ascii_case.h"
+
+#include <algorithm>
 
 namespace qndr::control {
 
@@ -17,7 +21,24 @@ struct OptionArguments {
     bool json = false;
 };
 
+constexpr std::string_view RoamingSection = "Roaming Workstations";
+const std::vector<std::string_view> KnownKeys{"EnableSync", "SyncComputerName", "ResetSyncDate"};
+
+/// The agents read these alone; a slip of the pen would be stored and have no effect.
+void DemandKnown(const OptionArguments& arguments) {
+    if (!suite::EqualsWithoutCase(arguments.section, RoamingSection)) {
+        throw services::Failure("there is no option section '" + arguments.section + "'" +
+                                DidYouMean(arguments.section, {RoamingSection}));
+    }
+    if (std::none_of(KnownKeys.begin(), KnownKeys.end(),
+                     [&](std::string_view key) { return suite::EqualsWithoutCase(key, arguments.key); })) {
+        throw services::Failure("there is no option '" + arguments.key + "'" +
+                                DidYouMean(arguments.key, KnownKeys));
+    }
+}
+
 void Get(const ControlContext& context, const OptionArguments& arguments) {
+    DemandKnown(arguments);
     const OpenedCompany company(context, arguments.file);
     const auto value =
         suite::GetCompanyOption(company.Database(), arguments.section, arguments.key, arguments.profile);
@@ -34,9 +55,11 @@ void Get(const ControlContext& context, const OptionArguments& arguments) {
 }
 
 void Set(const ControlContext& context, const OptionArguments& arguments) {
+    DemandKnown(arguments);
     const OpenedCompany company(context, arguments.file);
     suite::SetCompanyOption(company.Database(), arguments.section, arguments.key, arguments.value,
                             arguments.profile);
+    context.out << arguments.key << " is '" << arguments.value << "' now.\n";
 }
 
 void AddOptionArguments(const Command<OptionArguments>& command) {

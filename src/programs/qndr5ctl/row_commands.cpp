@@ -2,6 +2,7 @@
 #include "programs/qndr5ctl/commands.h"
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
+#include "programs/qndr5ctl/sync_words.h"
 #include "services/failure.h"
 #include "shared/records.h"
 #include "suite/files/ascii_case.h"
@@ -166,8 +167,19 @@ void Show(const ControlContext& context, const ShowArguments& arguments) {
     if (arguments.uniqueID.empty()) {
         const auto conditions =
             ParseValues(context, table, {arguments.conditions.begin(), arguments.conditions.end()});
-        ShowRows(context, table, suite::FindRows(company.Database(), table, conditions, arguments.limit),
-                 arguments.json);
+        // One more than is shown tells that there are more.
+        std::vector<suite::Row> rows = suite::FindRows(company.Database(), table, conditions, arguments.limit + 1);
+        const bool hasMore = static_cast<std::int64_t>(rows.size()) > arguments.limit;
+        if (hasMore) {
+            rows.pop_back();
+        }
+        ShowRows(context, table, rows, arguments.json);
+        if (hasMore && !arguments.json) {
+            const std::int64_t all = suite::CountRows(company.Database(), table, conditions);
+            context.out << "\n"
+                        << Counted(all - arguments.limit, "more row") << " left out; --limit " << all
+                        << " shows all.\n";
+        }
         return;
     }
     const std::string uniqueID = NormalizeUniqueID(arguments.uniqueID);

@@ -1,4 +1,5 @@
 #include "programs/qndr5ctl/commands.h"
+#include "programs/qndr5ctl/did_you_mean.h"
 #include "programs/qndr5ctl/known_settings.h"
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/whole_number.h"
@@ -40,13 +41,18 @@ Json ReadStored(services::RegistryTools& registry, const std::string& key, const
     return number ? Json(*number) : Json(text);
 }
 
+Json DefaultOf(const KnownSetting& setting) {
+    const auto number = ParseWholeNumber(std::string(setting.fallback));
+    return number ? Json(*number) : Json(setting.fallback);
+}
+
 void List(const ControlContext& context, const ListArguments& arguments) {
     Listing listing(
         {{"Name", "name"}, {"Value", "value"}, {"Default", "default"}, {"Meaning", "meaning"}, {"", "key"}});
     for (const KnownSetting& setting : KnownSettings()) {
         const std::string key(setting.key);
         listing.Add({setting.name, ReadStored(context.services.registryTools, key, std::string(setting.name)),
-                     setting.fallback, setting.meaning, key});
+                     DefaultOf(setting), setting.meaning, key});
     }
     if (arguments.json) {
         context.out << listing.ToJson().ToText() << '\n';
@@ -59,8 +65,12 @@ void List(const ControlContext& context, const ListArguments& arguments) {
 const KnownSetting* DemandKnown(const std::string& name, const std::string& key) {
     const KnownSetting* known = FindKnownSetting(name, key);
     if (known == nullptr && key.empty()) {
+        std::vector<std::string_view> names;
+        for (const KnownSetting& setting : KnownSettings()) {
+            names.push_back(setting.name);
+        }
         throw Failure("the agent has no setting '" + name +
-                      "' ('settings list' shows them; --key names another key)");
+                      "' ('settings list' shows them; --key names another key)" + DidYouMean(name, names));
     }
     return known;
 }
@@ -81,7 +91,7 @@ void Get(const ControlContext& context, const GetArguments& arguments) {
         .Set("key", key)
         .Set("value", stored);
     if (known != nullptr) {
-        value.Set("default", known->fallback).Set("meaning", known->meaning);
+        value.Set("default", DefaultOf(*known)).Set("meaning", known->meaning);
     }
     context.out << value.ToText() << '\n';
 }
@@ -118,6 +128,7 @@ void Set(const ControlContext& context, const SetArguments& arguments) {
         registry.SetString(CurrentUserHive, key, settings::DebugSyncAgentStartDate,
                            *number == 1 ? FormatGeneralDate(context.services.clock.Now()) : "");
     }
+    context.out << name << " is '" << arguments.value << "' now.\n";
 }
 
 struct NoArguments {};

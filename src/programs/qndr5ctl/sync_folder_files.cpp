@@ -8,6 +8,8 @@
 #include "shared/records.h"
 #include "shared/text.h"
 #include "suite/company/provisioning.h"
+#include "suite/company/sync_folder_mark.h"
+#include "suite/engine/sent_ranges.h"
 #include "syncfiles/discovery.h"
 
 #include <algorithm>
@@ -29,6 +31,14 @@ std::optional<NameTokens> TokensOf(const std::string& baseName) {
         return std::nullopt;
     }
     return NameTokens{baseName.substr(0, baseName.find('~')), baseName.substr(baseName.rfind('~') + 1)};
+}
+
+/// The name of a sync file with which another name begins, as when something was hung on; empty when it does not.
+std::string ProperStart(const std::string& name) {
+    constexpr std::string_view Extension = ".zip";
+    const std::size_t end = ToLower(name).find(Extension);
+    const std::string start = end == std::string::npos ? "" : name.substr(0, end);
+    return TokensOf(start) ? start + std::string(Extension) : "";
 }
 
 /// Fills the descriptor's fields in the receivers' own way. Gives the reason when it cannot be read.
@@ -68,6 +78,8 @@ ListedFile ReadFile(AgentContext& agent, const std::string& path) {
     const auto tokens = TokensOf(fileTools.GetFileBaseName(path));
     if (name.starts_with("~$") && name.ends_with(".tmp")) {
         listed.file.kind = FileKind::UnfinishedCopy;
+    } else if (listed.name == suite::SyncFolderMark) {
+        listed.file.kind = FileKind::Mark;
     } else if (isHeartbeat) {
         // Main deletes it whatever its name is.
         listed.file.kind = FileKind::Heartbeat;
@@ -76,6 +88,10 @@ ListedFile ReadFile(AgentContext& agent, const std::string& path) {
         entry.To = NormalizeUniqueID(tokens->first);
         listed.damage = ReadDescriptor(agent, entry);
         listed.file.kind = listed.damage.empty() ? FileKind::SyncFile : FileKind::UnreadableSyncFile;
+    } else if (ReadDescriptor(agent, entry).empty() && !entry.From.empty()) {
+        listed.file.kind = FileKind::Misnamed;
+        listed.properName = ProperStart(listed.name);
+        entry.To = listed.properName.empty() ? "" : NormalizeUniqueID(TokensOf(listed.properName)->first);
     }
     const Date stamp = tokens ? ParseFileStamp(tokens->stamp, NoDate) : NoDate;
     if (stamp != NoDate) {
@@ -119,7 +135,9 @@ CompanyFacts FactsOf(const OpenedCompany& company) {
     facts.mainUniqueID = company.Text("MainUniqueID");
     facts.nextSequenceFromMain = company.Number("NextSequenceFromMain");
     facts.nextSequenceToMain = company.Number("NextSequenceToMain");
-    if (facts.isMain) {
+    if (!facts.isMain) {
+        facts.confirmed = suite::ConfirmedFiles(company.Database(), suite::MainReceiver);
+    } else {
         const auto enabled = suite::GetCompanyOption(company.Database(), "Roaming Workstations", "EnableSync");
         facts.syncEnabled = ParseWholeNumber(enabled.value_or("0")).value_or(0) != 0;
         auto row = company.Database().Prepare(
@@ -127,7 +145,8 @@ CompanyFacts FactsOf(const OpenedCompany& company) {
             " FROM RoamingWorkstations ORDER BY ID");
         while (row.Step()) {
             facts.workstations.push_back({std::string(row.Text(0)), std::string(row.Text(1)), row.Integer(2),
-                                          row.Integer(3), row.Integer(4), std::string(row.Text(5))});
+                                          row.Integer(3), row.Integer(4), std::string(row.Text(5)),
+                                          suite::ConfirmedFiles(company.Database(), row.Text(1))});
         }
     }
     return facts;

@@ -17,6 +17,8 @@ struct ListedFile {
     std::int64_t ageSeconds = 0; ///< by the stamp of its name, or else by its last modification
     std::string damage;          ///< why its descriptor cannot be read; empty otherwise
     FolderFile file;
+    /// Of a misnamed file: the name that it had, where the present one still begins with it.
+    std::string properName = {};
 };
 
 /// Reads what lies in the folder itself, by name; changes nothing there. A file that vanishes meanwhile is left

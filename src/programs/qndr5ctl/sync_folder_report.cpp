@@ -145,6 +145,21 @@ class AtMain {
     const Files& files_;
 };
 
+/// A damaged file for a workstation. It has the sequence 0 for the receiver, and its import counts as done.
+Judgement Unreadable(const CompanyFacts& company, std::int64_t expected, const Files& files) {
+    if (expected == 0) {
+        return {Fate::Taken, company.name + " takes it next, without its data"};
+    }
+    const bool nextIsHere = std::any_of(files.begin(), files.end(), [&](const FolderFile& other) {
+        return other.kind == FileKind::SyncFile && IsAddressedTo(other, company.uniqueID) &&
+               other.entry.SyncState == 0 && other.entry.Sequence == expected;
+    });
+    return {Fate::Nobody, company.name + " cannot read it" +
+                              (nextIsHere ? ""
+                                          : "; it awaits sequence " + std::to_string(expected) +
+                                                ", which lies nowhere else here: a reset is needed")};
+}
+
 /// One Roaming Workstation company, likewise. It goes by the addressee alone.
 Judgement AtRoaming(const CompanyFacts& company, const FolderFile& file, const Files& files) {
     std::int64_t state = company.syncState;
@@ -167,13 +182,9 @@ Judgement AtRoaming(const CompanyFacts& company, const FolderFile& file, const F
     }
     switch (state) {
     case SyncStateReady:
-    case SyncStateResetPending: {
-        Judgement judgement = BySequence(company, file.entry.Sequence, expected);
-        // What cannot be read has the sequence 0 for the receiver, and its import counts as done.
-        const bool isTakenUnread = file.kind == FileKind::UnreadableSyncFile && judgement.fate == Fate::Taken;
-        judgement.text += isTakenUnread ? ", without its data" : "";
-        return judgement;
-    }
+    case SyncStateResetPending:
+        return file.kind == FileKind::UnreadableSyncFile ? Unreadable(company, expected, files)
+                                                         : BySequence(company, file.entry.Sequence, expected);
     case SyncStateResetRequested:
         return {Fate::Taken, company.name + " deletes it unread when it asks for its reset"};
     default:
@@ -224,7 +235,42 @@ Judgement JudgeSyncFile(const FolderFile& file, const Files& files, const std::v
     return *judgement;
 }
 
+Judgement JudgeMisnamed(const FolderFile& file, const Files& files, const std::vector<CompanyFacts>& companies) {
+    FolderFile renamed = file;
+    renamed.kind = FileKind::SyncFile;
+    renamed.entry.To = file.entry.To.empty() ? AddresseeOf(file, files, companies) : file.entry.To;
+    const std::string text = "a sync file under a wrong name";
+    if (renamed.entry.To.empty()) {
+        return {Fate::Nobody, text};
+    }
+    const Judgement judgement = JudgeSyncFile(renamed, files, companies);
+    const bool isWanted = judgement.fate == Fate::Taken || judgement.fate == Fate::Waits;
+    return {Fate::Nobody,
+            text + (isWanted ? ", which " + NameOf(renamed.entry.To, companies) + " needs: rename it back"
+                             : "; under a right one: " + judgement.text)};
+}
+
 } // namespace
+
+std::string AddresseeOf(const FolderFile& file, const std::vector<FolderFile>& files,
+                        const std::vector<CompanyFacts>& companies) {
+    std::vector<std::string> partners;
+    for (const CompanyFacts& company : companies) {
+        const bool isPartner =
+            company.isMain
+                ? std::any_of(company.workstations.begin(), company.workstations.end(),
+                              [&](const auto& row) { return EqualIdentities(row.uniqueID, file.entry.From); })
+                : EqualIdentities(company.mainUniqueID, file.entry.From);
+        FolderFile addressed = file;
+        addressed.kind = FileKind::SyncFile;
+        addressed.entry.To = NormalizeUniqueID(company.uniqueID);
+        const Fate fate = isPartner ? JudgeSyncFile(addressed, files, companies).fate : Fate::Nobody;
+        if (fate == Fate::Taken || fate == Fate::Waits) {
+            partners.push_back(addressed.entry.To);
+        }
+    }
+    return partners.size() == 1 ? partners.front() : "";
+}
 
 std::vector<Judgement> JudgeFiles(const Files& files, const std::vector<CompanyFacts>& companies) {
     std::vector<Judgement> judgements;
@@ -236,6 +282,12 @@ std::vector<Judgement> JudgeFiles(const Files& files, const std::vector<CompanyF
             break;
         case FileKind::Heartbeat:
             judgements.push_back({Fate::Taken, "the main company's agent deletes it behind its next pass"});
+            break;
+        case FileKind::Misnamed:
+            judgements.push_back(JudgeMisnamed(file, files, companies));
+            break;
+        case FileKind::Mark:
+            judgements.push_back({Fate::Nobody, "marks the Sync folder; leave it where it is"});
             break;
         case FileKind::UnfinishedCopy:
             judgements.push_back({Fate::Nobody, "not complete; can be deleted when no copy is running"});
@@ -254,10 +306,13 @@ std::string KindInWords(const FolderFile& file) {
         return "unreadable";
     case FileKind::Heartbeat:
         return "heartbeat";
+    case FileKind::Mark:
+        return "mark";
     case FileKind::UnfinishedCopy:
         return "unfinished copy";
     case FileKind::Foreign:
         return "not a sync file";
+    case FileKind::Misnamed:
     case FileKind::SyncFile:
         break;
     }

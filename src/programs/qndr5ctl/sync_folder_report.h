@@ -3,6 +3,7 @@
 #include "syncfiles/descriptor.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,8 @@ struct WorkstationFacts {
     std::int64_t nextSequenceFromRoaming = 0;
     std::int64_t nextSequenceToRoaming = 0;
     std::string lastReceivedFrom = {}; ///< UTC, as it is stored; empty for NULL
+    /// How many files to it it has told to have accepted; nothing when that is not known.
+    std::optional<std::int64_t> confirmed = {};
 
     bool operator==(const WorkstationFacts&) const = default;
 };
@@ -32,6 +35,8 @@ struct CompanyFacts {
     std::int64_t nextSequenceFromMain = 0;
     std::vector<WorkstationFacts> workstations; ///< of a main company
     std::int64_t nextSequenceToMain = 0;
+    /// How many files to main it has told to have accepted; nothing when that is not known.
+    std::optional<std::int64_t> confirmed = {};
 
     bool operator==(const CompanyFacts&) const = default;
 };
@@ -40,6 +45,8 @@ enum class FileKind {
     SyncFile,
     UnreadableSyncFile, ///< a sync file by its name; the fields of its descriptor are 0 and empty
     Heartbeat,
+    Misnamed,       ///< a sync file by what is in it, under a name that no agent takes for one
+    Mark,           ///< by which the agents know the Sync folder
     UnfinishedCopy, ///< on its way under a temporary name, or left there by a power cut
     Foreign         ///< nothing that an agent looks at
 };
@@ -64,6 +71,11 @@ struct Judgement {
 /// changes what becomes of the others. One judgement a file, in their order.
 std::vector<Judgement> JudgeFiles(const std::vector<FolderFile>& files,
                                   const std::vector<CompanyFacts>& companies);
+
+/// The company that a sync file is for when its name does not tell: the only one that would take it or waits for
+/// what stands before it. Empty when there is none or there are several.
+std::string AddresseeOf(const FolderFile& file, const std::vector<FolderFile>& files,
+                        const std::vector<CompanyFacts>& companies);
 
 /// What a file is, in words.
 std::string KindInWords(const FolderFile& file);

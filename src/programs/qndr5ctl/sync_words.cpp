@@ -102,6 +102,10 @@ std::string WordsForCompanyType(std::int64_t type) {
                                                : "unknown";
 }
 
+std::string Counted(std::int64_t number, const std::string& noun) {
+    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
+}
+
 std::string NumberInWords(std::int64_t number, const std::string& words) {
     return std::to_string(number) + " (" + words + ")";
 }

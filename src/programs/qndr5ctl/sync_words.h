@@ -27,6 +27,9 @@ inline constexpr std::int32_t HeartbeatNoResponse = 2;
 /// What the agent of this computer knows of main's; "N/A" while the heartbeat is off.
 std::string HeartbeatInWords(services::RegistryTools& registry);
 
+/// "1 record", "2 records"
+std::string Counted(std::int64_t number, const std::string& noun);
+
 /// "4 (ready)"
 std::string NumberInWords(std::int64_t number, const std::string& words);
 

@@ -31,7 +31,7 @@ void Add(const ControlContext& context, const AddArguments& arguments) {
 }
 
 Json DateCell(const suite::SqliteStatement& row, int column) {
-    return row.IsNull(column) ? Json() : Json(StoredDateText(std::string(row.Text(column))));
+    return row.IsNull(column) ? Json() : StoredDate(std::string(row.Text(column)));
 }
 
 void List(const ControlContext& context, const ListArguments& arguments) {

@@ -52,7 +52,8 @@ void SimulationReport::Add(const simulation::SimulationResult& result) {
     sum_.edits += result.edits;
     sum_.conflicts += result.conflicts;
     sum_.resets += result.resets;
-    sum_.lostValues += result.lostValues;
+    AddUp(result.excused, sum_.excused);
+    AddUp(result.lostValues, sum_.lostValues);
     AddUp(result.faults, sum_.faults);
     AddUp(result.losses, sum_.losses);
     sum_.fingerprint ^= result.fingerprint;
@@ -66,13 +67,14 @@ std::string SimulationReport::ToTable() const {
                                                           {"bytes", sum_.bytes},
                                                           {"edits", sum_.edits},
                                                           {"conflicts kept", sum_.conflicts},
-                                                          {"pairings mended", sum_.resets},
-                                                          {"values lost for a known loss", sum_.lostValues}};
+                                                          {"pairings mended", sum_.resets}};
     for (const auto& [name, count] : lines) {
         out << std::left << std::setw(34) << name << std::right << std::setw(10) << count << '\n';
     }
     ShowCounts(out, "faults", sum_.faults);
     ShowCounts(out, "known losses", sum_.losses);
+    ShowCounts(out, "pairings out of step and rows that differed, explained by", sum_.excused);
+    ShowCounts(out, "values lost, explained by", sum_.lostValues);
     out << "fingerprint  " << Hexadecimal(sum_.fingerprint) << '\n';
     out << "verdict      "
         << (AllWell() ? "nothing was lost that no known loss explains, and all companies agree"
@@ -92,7 +94,8 @@ std::string SimulationReport::ToJson(std::uint64_t firstSeed) const {
         .Set("edits", sum_.edits)
         .Set("conflicts", sum_.conflicts)
         .Set("mended", sum_.resets)
-        .Set("lostValues", sum_.lostValues)
+        .Set("excused", qndr::ToJson(sum_.excused))
+        .Set("lostValues", qndr::ToJson(sum_.lostValues))
         .Set("faults", qndr::ToJson(sum_.faults))
         .Set("losses", qndr::ToJson(sum_.losses))
         .Set("fingerprint", Hexadecimal(sum_.fingerprint))

@@ -15,27 +15,30 @@ bool HasColumn(const Table& table, std::string_view name) {
                        [&](const Column& column) { return column.name == name; });
 }
 
-/// The condition that a full export puts on the table's rows, with ?1 for the oldest activity that it does not
-/// carry.
+/// Which of the table's rows a full export carries, with ?1 for the oldest activity that it does not carry.
 std::string FullExportCondition(const Table& table) {
+    if (!table.exported) {
+        return "0";
+    }
     if (HasColumn(table, "ActivityDate")) {
-        return " WHERE ActivityDate > ?1";
+        return "ActivityDate > ?1";
     }
     if (HasColumn(table, "AttachmentType")) {
-        return " WHERE AttachmentType <> 2 AND AttachmentType <> 3";
+        return "AttachmentType <> 2 AND AttachmentType <> 3";
     }
-    return "";
+    return "1";
 }
 
 /// The rows of one table in one database, in the order of their UniqueIDs, of which one row is in view.
 class RowStream {
   public:
-    RowStream(const SqliteConnection& connection, const Table& table, const std::string& condition,
-              const std::string& oldest)
+    RowStream(const SqliteConnection& connection, const Table& table, Scope scope, const std::string& oldest)
         : table_(table),
-          rows_(connection.Prepare("SELECT " + ExchangedColumnList(table) + " FROM \"vwExporting_" +
-                                   std::string(table.name) + "\"" + condition + " ORDER BY UniqueID")) {
-        if (condition.find("?1") != std::string::npos) {
+          rows_(connection.Prepare("SELECT " + ExchangedColumnList(table) + ", " + FullExportCondition(table) +
+                                   " FROM \"vwExporting_" + std::string(table.name) + "\"" +
+                                   (scope == Scope::Exchanged ? " WHERE " + FullExportCondition(table) : "") +
+                                   " ORDER BY UniqueID")) {
+        if (sqlite3_bind_parameter_count(rows_.Handle()) > 0) {
             rows_.Bind(1, oldest);
         }
         Next();
@@ -43,6 +46,8 @@ class RowStream {
 
     bool AtEnd() const { return atEnd_; }
     void Next() { atEnd_ = !rows_.Step(); }
+    std::string UniqueID() const { return std::string(rows_.Text(0)); }
+    bool IsFullyExported() const { return rows_.Integer(rows_.ColumnCount() - 1) != 0; }
 
     /// Below, at or above 0, in the order in which the rows come.
     int ComparePlace(const RowStream& other) const {
@@ -53,14 +58,15 @@ class RowStream {
         return common != 0 ? common : static_cast<int>(mine.size()) - static_cast<int>(theirs.size());
     }
 
-    bool HasSameValues(const RowStream& other) const {
+    std::vector<std::string> DifferingColumns(const RowStream& other) const {
+        std::vector<std::string> names;
         int index = 0;
         for (const Column& column : table_.columns) {
             if (!column.local && !SameValue(other, ++index, column.type)) {
-                return false;
+                names.emplace_back(column.name);
             }
         }
-        return true;
+        return names;
     }
 
   private:
@@ -80,14 +86,61 @@ class RowStream {
     bool atEnd_ = false;
 };
 
-TableComparison CompareTable(RowStream left, RowStream right) {
-    TableComparison result;
+/// Counts the rows of one table and tells of those that are not alike.
+class TableCounts {
+  public:
+    /// `mayLack` is the side that need not hold what full data does not carry; 0 for none.
+    TableCounts(const Table& table, int mayLack, const DifferenceSink& tell) : mayLack_(mayLack), tell_(tell) {
+        result_.table = table.name;
+    }
+
+    void Both(const RowStream& left, const RowStream& right) {
+        std::vector<std::string> columns = left.DifferingColumns(right);
+        if (columns.empty()) {
+            ++result_.same;
+        } else {
+            Tell(result_.differing, left, RowDifference::Kind::Differing, std::move(columns));
+        }
+    }
+    void OnlyLeft(const RowStream& row) {
+        if (mayLack_ > 0 && !row.IsFullyExported()) {
+            Tell(result_.leftOut, row, RowDifference::Kind::LeftOut);
+        } else {
+            Tell(result_.onlyLeft, row, RowDifference::Kind::OnlyLeft);
+        }
+    }
+    void OnlyRight(const RowStream& row) {
+        if (mayLack_ < 0 && !row.IsFullyExported()) {
+            Tell(result_.leftOut, row, RowDifference::Kind::LeftOut);
+        } else {
+            Tell(result_.onlyRight, row, RowDifference::Kind::OnlyRight);
+        }
+    }
+    const TableComparison& Result() const { return result_; }
+
+  private:
+    void Tell(std::int64_t& count, const RowStream& row, RowDifference::Kind kind,
+              std::vector<std::string> columns = {}) {
+        ++count;
+        if (tell_) {
+            tell_({result_.table, row.UniqueID(), kind, std::move(columns)});
+        }
+    }
+
+    int mayLack_;
+    const DifferenceSink& tell_;
+    TableComparison result_;
+};
+
+void CompareTable(RowStream left, RowStream right, TableCounts& counts) {
     while (!left.AtEnd() || !right.AtEnd()) {
         const int place = left.AtEnd() ? 1 : right.AtEnd() ? -1 : left.ComparePlace(right);
         if (place == 0) {
-            ++(left.HasSameValues(right) ? result.same : result.differing);
+            counts.Both(left, right);
+        } else if (place < 0) {
+            counts.OnlyLeft(left);
         } else {
-            ++(place < 0 ? result.onlyLeft : result.onlyRight);
+            counts.OnlyRight(right);
         }
         if (place <= 0) {
             left.Next();
@@ -96,24 +149,30 @@ TableComparison CompareTable(RowStream left, RowStream right) {
             right.Next();
         }
     }
-    return result;
+}
+
+/// Above 0 when the right company is a workstation beside a main company, below 0 the other way round.
+int SideThatMayLack(const SqliteConnection& left, const SqliteConnection& right, Scope scope) {
+    constexpr const char* IsMain = "SELECT CompanyType = 1 FROM Company";
+    return scope == Scope::Held ? static_cast<int>(left.Number(IsMain) - right.Number(IsMain)) : 0;
 }
 
 } // namespace
 
 std::vector<TableComparison> CompareCompanies(const SqliteConnection& left, const SqliteConnection& right,
-                                              Scope scope) {
+                                              Scope scope, const DifferenceSink& tell) {
     const SqliteTransaction leftReading(left, SqliteTransaction::Kind::Read);
     const SqliteTransaction rightReading(right, SqliteTransaction::Kind::Read);
     const std::string oldest = left.Value("SELECT DATEADD(day,-30,GETUTCDATE())").value_or("");
+    const int mayLack = SideThatMayLack(left, right, scope);
     std::vector<TableComparison> comparisons;
     for (const Table& table : AuditedTables()) {
         if (scope == Scope::Exchanged && !table.exported) {
             continue;
         }
-        const std::string condition = scope == Scope::Exchanged ? FullExportCondition(table) : "";
-        comparisons.push_back(CompareTable({left, table, condition, oldest}, {right, table, condition, oldest}));
-        comparisons.back().table = table.name;
+        TableCounts counts(table, mayLack, tell);
+        CompareTable({left, table, scope, oldest}, {right, table, scope, oldest}, counts);
+        comparisons.push_back(counts.Result());
     }
     return comparisons;
 }

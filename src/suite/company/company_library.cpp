@@ -4,6 +4,7 @@
 #include "suite/company/company_events.h"
 #include "suite/company/connection_string.h"
 #include "suite/company/provisioning.h"
+#include "suite/company/sync_folder_mark.h"
 #include "suite/computer/ticks.h"
 #include "suite/database/sqlite_database.h"
 #include "suite/engine/given_up_changes.h"
@@ -67,17 +68,22 @@ class LibraryOptions : public services::Options {
         return value ? Variant(*value) : fallback;
     }
 
+    /// A Sync folder that is not the one that was set up cannot be identified: it is none.
     std::string UserFileLocation(const std::string& name) override {
         if (trouble_.Stands()) {
             return "";
         }
-        const std::string ofProfile = Location(profiles_.Current(), name);
-        return ofProfile.empty() ? Location(DefaultProfile, name) : ofProfile;
+        const std::string& current = profiles_.Current();
+        const std::string profile = Value(current, kLocationPrefix + name).empty() ? DefaultProfile : current;
+        const std::string folder = Value(profile, kLocationPrefix + name);
+        const bool isThere =
+            name != "Sync" || folder.empty() || IsMarkedAs(folder, Value(profile, SyncFolderIdentity));
+        return isThere ? folder : "";
     }
 
   private:
-    std::string Location(const std::string& profile, const std::string& name) {
-        return registry_.GetString(CurrentUserHive, ProfileKey(profile), kLocationPrefix + name, "");
+    std::string Value(const std::string& profile, const std::string& name) {
+        return registry_.GetString(CurrentUserHive, ProfileKey(profile), name, "");
     }
 
     services::RegistryTools& registry_;

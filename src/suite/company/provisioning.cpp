@@ -71,6 +71,17 @@ void RequirePairable(const SqliteConnection& main, const SqliteConnection& roami
     }
 }
 
+/// The option that tells what stood in the Company row when a reset was asked for.
+constexpr const char* RoamingSection = "Roaming Workstations";
+constexpr const char* ResetRequestedAt = "ResetRequestedAt";
+
+/// The counters that a request which leaves sets to 0 or moves.
+std::string CountersText(const SqliteConnection& roaming) {
+    return roaming
+        .Value("SELECT NextSequenceToMain || ' ' || NextSequenceFromMain || ' ' || LastAuditID FROM Company")
+        .value_or("");
+}
+
 void SetCompanySyncState(const SqliteConnection& company, std::int64_t state) {
     SqliteStatement update = company.Prepare("UPDATE Company SET SyncState = ?");
     update.Bind(1, state);
@@ -133,8 +144,29 @@ void RequestReset(const SqliteConnection& roaming) {
             "a reset can be asked for only by a workstation that is ready or waits for one; its state is " +
             std::to_string(state));
     }
+    SetCompanyOption(roaming, RoamingSection, ResetRequestedAt,
+                     std::to_string(state) + " " + CountersText(roaming));
     SetCompanySyncState(roaming, ResetRequested);
     transaction.Commit();
+}
+
+void CancelReset(const SqliteConnection& roaming) {
+    SqliteTransaction transaction(roaming, SqliteTransaction::Kind::Write);
+    RequireType(roaming, RoamingCompanyType);
+    const std::int64_t state = roaming.Number("SELECT SyncState FROM Company");
+    if (state != ResetRequested) {
+        throw Failure(state == ResetPending ? "the request has left: the reset takes its course"
+                                            : "no reset is asked for");
+    }
+    const std::string before = GetCompanyOption(roaming, RoamingSection, ResetRequestedAt).value_or("");
+    for (const std::int64_t earlier : {Ready, ResetPending}) {
+        if (before == std::to_string(earlier) + " " + CountersText(roaming)) {
+            SetCompanySyncState(roaming, earlier);
+            transaction.Commit();
+            return;
+        }
+    }
+    throw Failure("it is not known what stood here before this request: the reset takes its course");
 }
 
 std::optional<std::string> GetCompanyOption(const SqliteConnection& company, const std::string& section,

@@ -34,6 +34,10 @@ void ResetCountersOf(const SqliteConnection& main, const std::string& workstatio
 /// waits for a reset.
 void RequestReset(const SqliteConnection& roaming);
 
+/// Takes a request back that has not left yet: the state and the counters are as RequestReset found them. Refused
+/// when there is none, and when it was not made by RequestReset or the counters have moved since.
+void CancelReset(const SqliteConnection& roaming);
+
 /// The profile that every other one falls back on.
 inline constexpr const char* DefaultProfile = "Default";
 

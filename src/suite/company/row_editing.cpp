@@ -106,24 +106,43 @@ std::optional<Row> ReadRow(const SqliteConnection& connection, const Table& tabl
     return statement.Step() ? std::optional(RowOf(statement, table)) : std::nullopt;
 }
 
-std::vector<Row> FindRows(const SqliteConnection& connection, const Table& table,
-                          const std::vector<ColumnValue>& conditions, std::int64_t limit) {
-    std::string sql = SelectStatement(table);
+namespace {
+
+/// The statement with the conditions behind it, their parameters from ?2 on.
+SqliteStatement PrepareWhere(const SqliteConnection& connection, const std::string& select,
+                             const std::vector<ColumnValue>& conditions, const std::string& rest) {
+    std::string sql = select;
     for (std::size_t i = 0; i < conditions.size(); ++i) {
         sql += (i == 0 ? " WHERE " : " AND ") + Condition(conditions[i], "?" + std::to_string(i + 2));
     }
-    SqliteStatement statement = connection.Prepare(sql + " ORDER BY ID LIMIT ?1");
-    statement.Bind(1, limit);
+    SqliteStatement statement = connection.Prepare(sql + rest);
     for (std::size_t i = 0; i < conditions.size(); ++i) {
         if (!StandsForNothing(conditions[i].value)) { // such a condition has no parameter
             std::visit(Binder{statement, static_cast<int>(i) + 2}, conditions[i].value);
         }
     }
+    return statement;
+}
+
+} // namespace
+
+std::vector<Row> FindRows(const SqliteConnection& connection, const Table& table,
+                          const std::vector<ColumnValue>& conditions, std::int64_t limit) {
+    SqliteStatement statement =
+        PrepareWhere(connection, SelectStatement(table), conditions, " ORDER BY ID LIMIT ?1");
+    statement.Bind(1, limit);
     std::vector<Row> rows;
     while (statement.Step()) {
         rows.push_back(RowOf(statement, table));
     }
     return rows;
+}
+
+std::int64_t CountRows(const SqliteConnection& connection, const Table& table,
+                       const std::vector<ColumnValue>& conditions) {
+    SqliteStatement statement =
+        PrepareWhere(connection, "SELECT COUNT(*) FROM " + Quoted(table.name), conditions, "");
+    return statement.Step() ? statement.Integer(0) : 0;
 }
 
 RowChange UpdateRow(const SqliteConnection& connection, const Table& table, std::string_view uniqueID,

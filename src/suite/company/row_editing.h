@@ -46,6 +46,10 @@ std::optional<Row> ReadRow(const SqliteConnection& connection, const Table& tabl
 std::vector<Row> FindRows(const SqliteConnection& connection, const Table& table,
                           const std::vector<ColumnValue>& conditions, std::int64_t limit);
 
+/// How many there are of them.
+std::int64_t CountRows(const SqliteConnection& connection, const Table& table,
+                       const std::vector<ColumnValue>& conditions);
+
 // Changes as the application around the database makes them: the triggers audit them as this company's own, and so
 // they travel. Each is one statement; the caller keeps it in a transaction with what belongs to it.
 

@@ -17,12 +17,16 @@ struct FileFacts {
     bool file = false;        ///< an ordinary file; folders, pipes and devices are none
     std::int64_t size = 0;
     std::int64_t modified = 0; ///< seconds since 1 January 1970 UTC
+    std::int64_t changed = 0;  ///< nanoseconds since then; no program can set it back
     std::uint64_t device = 0;  ///< with `number` the same for one and the same file only
     std::uint64_t number = 0;
+
+    bool operator==(const FileFacts&) const = default;
 };
 
-/// Nothing when the path names nothing.
+/// Nothing when the path names nothing, or when the system cannot tell.
 std::optional<FileFacts> ReadFileFacts(const std::string& path);
+std::error_code ReadFileFacts(const std::string& path, FileFacts& facts);
 
 /// True when anything at all has this name, a link that leads nowhere included.
 bool NameIsTaken(const std::string& path);
@@ -54,6 +58,8 @@ class OpenFile {
 
     /// The number of bytes read in `count`, 0 at the end.
     std::error_code Read(std::span<char> buffer, std::size_t& count);
+    /// The same from `offset` on, wherever the last call ended.
+    std::error_code ReadAt(std::uint64_t offset, std::span<char> buffer, std::size_t& count);
     /// All of the text, in one call of the system where it takes it.
     std::error_code Write(std::string_view text);
     /// Returns when the content is on the disk.
@@ -61,10 +67,16 @@ class OpenFile {
     /// May tell of a write that failed later. Closed is closed, whatever it says.
     std::error_code Close();
 
+    /// Of the open file, whoever has its name by now.
+    std::error_code Facts(FileFacts& facts) const;
+
   private:
     std::error_code Open(const std::string& path, int flags, unsigned mode);
     int handle_ = -1;
 };
+
+/// The bytes that this user may still write into the folder.
+std::error_code ReadFreeSpace(const std::string& folder, std::uint64_t& bytes);
 
 enum class Existing { Keep, Replace };
 

@@ -1,8 +1,8 @@
 #include "suite/engine/engine.h"
 
 #include "services/failure.h"
-#include "suite/company/company_events.h"
 #include "suite/company/company_library.h"
+#include "suite/company/company_versions.h"
 #include "suite/engine/import.h"
 #include "suite/engine/sent_ranges.h"
 
@@ -11,6 +11,16 @@
 #include <utility>
 
 namespace qndr::suite {
+
+namespace {
+
+/// "1 record was", "2 records were"
+std::string Counted(std::int64_t number, const std::string& noun, const std::string& one,
+                    const std::string& several) {
+    return std::to_string(number) + " " + noun + (number == 1 ? " " + one : "s " + several);
+}
+
+} // namespace
 
 void ImportExportEngine::Initialize(services::SharedCodeLibrary& library) {
     library_ = dynamic_cast<CompanyLibrary*>(&library.Implementation());
@@ -65,7 +75,7 @@ bool ImportExportEngine::Export(const ExportList& list, ExportOrigin origin, con
             }
             events = writer.PassedOver();
             if (verbose_) {
-                events.push_back(std::to_string(writer.RecordCount()) + " records were exported.");
+                events.push_back(Counted(writer.RecordCount(), "record", "was", "were") + " exported.");
             }
         }
         if (snapshot) {
@@ -95,21 +105,25 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
         const ImportResult result = Import(library_->Connection(), path, unknownTables);
         trouble_.NoteImported();
         if (result.problems > 0) {
-            Tell(std::to_string(result.problems) + " records could not be imported and were put aside.");
+            Tell(Counted(result.problems, "record", "could not be imported and was",
+                         "could not be imported and were") +
+                 " put aside.");
         }
         if (result.conflicts > 0) {
-            Tell(std::to_string(result.conflicts) +
-                 " records were changed on both sides; the versions that lost were kept.");
+            Tell(Counted(result.conflicts, "record", "was", "were") + " changed on both sides; the version" +
+                 (result.conflicts == 1 ? " that lost was" : "s that lost were") + " kept.");
         }
         if (result.givenUp > 0) {
-            Tell(std::to_string(result.givenUp) + " changes that were given up by a reset are kept.");
+            Tell(Counted(result.givenUp, "change", "that was given up by a reset is",
+                         "that were given up by a reset are") +
+                 " kept.");
         }
         if (verbose_) {
-            Tell(std::to_string(result.records) + " records were imported.");
+            Tell(Counted(result.records, "record", "was", "were") + " imported.");
         }
         return true;
     } catch (const FileRefused& refusal) {
-        Tell(std::string("A file could not be imported: ") + refusal.what(), FileRefusedEvent);
+        Tell(std::string("A file could not be imported: ") + refusal.what());
     } catch (const std::exception& failure) {
         trouble_.Note(std::string("A file could not be stored and is kept: ") + failure.what());
     }
@@ -117,13 +131,20 @@ bool ImportExportEngine::ImportFile(const std::string& path) {
 }
 
 void ImportExportEngine::PreTerminate() {
+    if (library_ != nullptr && !trouble_.Stands()) {
+        try {
+            ForgetOlderSchemas(library_->Connection().Path());
+        } catch (const services::Failure&) {
+            // The database cannot be opened: the copies stay.
+        }
+    }
     library_ = nullptr;
     pending_ = {};
 }
 
-void ImportExportEngine::Tell(const std::string& text, std::optional<std::int32_t> number) {
+void ImportExportEngine::Tell(const std::string& text) {
     try {
-        library_->RecordEvent(text, number);
+        library_->RecordEvent(text, std::nullopt);
     } catch (const services::Failure&) {
         // The work is done or given up by now, and its result says so; a full or locked event list changes
         // nothing.

@@ -6,7 +6,6 @@
 #include "suite/engine/export_writer.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 namespace qndr::suite {
@@ -40,7 +39,7 @@ class ImportExportEngine : public services::Engine {
 
   private:
     bool Export(const ExportList& list, ExportOrigin origin, const std::string& path);
-    void Tell(const std::string& text, std::optional<std::int32_t> number = std::nullopt);
+    void Tell(const std::string& text);
 
     ComputerTrouble& trouble_;
     CompanyLibrary* library_ = nullptr;

@@ -2,7 +2,6 @@
 
 #include "suite/engine/conflicts.h"
 
-#include <string>
 #include <unordered_map>
 
 namespace qndr::suite {
@@ -74,6 +73,18 @@ void KeepNotedChanges(const SqliteConnection& connection) {
 
 bool IsResetPending(const SqliteConnection& connection) {
     return connection.Number("SELECT CompanyType = 2 AND SyncState = 6 FROM Company") != 0;
+}
+
+std::vector<GivenUpChange> FindChangesAtStake(const SqliteConnection& connection) {
+    SqliteStatement row = connection.Prepare(
+        "SELECT TableName, RowUniqueID, MIN(Reason) FROM (SELECT TableName, RowUniqueID, Reason FROM "
+        "vwUnconfirmedChanges UNION ALL SELECT TableName, RowUniqueID, Reason FROM GivenUpChanges) "
+        "GROUP BY TableName, RowUniqueID ORDER BY TableName, RowUniqueID");
+    std::vector<GivenUpChange> changes;
+    while (row.Step()) {
+        changes.push_back({std::string(row.Text(0)), std::string(row.Text(1)), row.Integer(2)});
+    }
+    return changes;
 }
 
 void KeepBeforeClearing(const SqliteConnection& connection) {

@@ -5,7 +5,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace qndr::suite {
 
@@ -17,6 +19,16 @@ namespace qndr::suite {
 
 /// True on a workstation that waits for the full data of a reset.
 bool IsResetPending(const SqliteConnection& connection);
+
+/// A row with a change that a reset gives up.
+struct GivenUpChange {
+    std::string table;
+    std::string uniqueID;
+    std::int64_t reason = 0; ///< as ImportConflicts.Reason
+};
+/// What would be given up if a reset came now, and what one that is under way gives up and has not put among the
+/// conflicts yet. Each row once; none on a main company.
+std::vector<GivenUpChange> FindChangesAtStake(const SqliteConnection& connection);
 
 /// To be called before a statement of the clearing: everything that main is not known to have is given up.
 void KeepBeforeClearing(const SqliteConnection& connection);

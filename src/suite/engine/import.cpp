@@ -14,7 +14,7 @@ constexpr std::int64_t ImportCacheKibibytes = 40960;
 } // namespace
 
 ImportResult Import(const SqliteConnection& connection, const std::string& path,
-                    ImportReader::UnknownTables unknownTables) {
+                    ImportReader::UnknownTables unknownTables, Arrival arrival) {
     ImportReader reader(path, unknownTables);
     ImportPipe pipe(reader);
     const ImportBatch* batch = pipe.Next();
@@ -23,7 +23,7 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
     }
     const SqliteCacheSize cache(connection, ImportCacheKibibytes);
     const SqliteTemporaryMemory temporary(connection);
-    ImportApplier applier(connection, *batch);
+    ImportApplier applier(connection, *batch, arrival);
     if (!applier.Begin(batch->from, batch->fileID)) {
         applier.Commit();
         return {};

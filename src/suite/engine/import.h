@@ -2,6 +2,7 @@
 
 #include "suite/database/sqlite_connection.h"
 #include "suite/engine/import_reader.h"
+#include "suite/engine/origin_rules.h"
 
 #include <cstdint>
 #include <string>
@@ -19,6 +20,6 @@ struct ImportResult {
 /// FileRefused when something is wrong with the file, and any other std::exception when this computer could not
 /// read or store it.
 ImportResult Import(const SqliteConnection& connection, const std::string& path,
-                    ImportReader::UnknownTables unknownTables);
+                    ImportReader::UnknownTables unknownTables, Arrival arrival = Arrival::InTurn);
 
 } // namespace qndr::suite

@@ -1,11 +1,20 @@
 #include "suite/engine/import_applier.h"
 
+#include <sqlite3.h>
+
 namespace qndr::suite {
 
-ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBatch& first)
-    : connection_(connection),
+namespace {
+
+/// While a large row is written its own pages are enough: what the cache holds would come on top of the record.
+constexpr std::int64_t LargeRecordCacheKibibytes = 2048;
+
+} // namespace
+
+ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBatch& first, Arrival arrival)
+    : connection_(connection), arrival_(arrival),
       transaction_(connection, SqliteTransaction::Kind::Write, LockWait::Patience::Import),
-      rules_(connection, first), audits_(connection, rules_.IsMain()), ledger_(connection) {
+      rules_(connection, first, arrival), audits_(connection, rules_.IsMain()), ledger_(connection) {
     KeepBeforeImport(connection_);
     givenUp_.emplace(connection_);
     SqliteStatement insert =
@@ -15,9 +24,11 @@ ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBat
 }
 
 bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) {
-    SqliteStatement mark = connection_.Prepare("UPDATE TakenFile SET Sender = ?1");
-    mark.Bind(1, rules_.IsMain() ? std::string_view(sender) : MainReceiver);
-    mark.Step();
+    if (arrival_ == Arrival::InTurn) {
+        SqliteStatement mark = connection_.Prepare("UPDATE TakenFile SET Sender = ?1");
+        mark.Bind(1, rules_.IsMain() ? std::string_view(sender) : MainReceiver);
+        mark.Step();
+    }
     if (!rules_.IsMain() || fileID.empty()) {
         return true;
     }
@@ -26,6 +37,9 @@ bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) 
     last.Bind(2, fileID);
     if (last.Step()) {
         return false;
+    }
+    if (arrival_ == Arrival::ByHand) {
+        return true;
     }
     SqliteStatement note =
         connection_.Prepare("INSERT OR REPLACE INTO LastImports (Sender, FileID) VALUES (?1, ?2)");
@@ -36,6 +50,12 @@ bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) 
 }
 
 void ImportApplier::Apply(const ImportBatch& batch) {
+    std::optional<SqliteCacheSize> smallCache;
+    if (batch.text.size() > bounds::LargeRecord) {
+        // Only the memory is meant: what cannot be written here fails at the record.
+        sqlite3_db_cacheflush(connection_.Handle());
+        smallCache.emplace(connection_, LargeRecordCacheKibibytes);
+    }
     for (const ImportRecord& record : batch.records) {
         Apply(batch, record);
     }
@@ -43,6 +63,7 @@ void ImportApplier::Apply(const ImportBatch& batch) {
 }
 
 void ImportApplier::Commit() {
+    ledger_.NoteUnkept();
     connection_.Execute("DELETE FROM ImportMark");
     transaction_.Commit();
 }
@@ -63,15 +84,19 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
         ledger_.AddProblem(batch, record, record.problem);
         return;
     }
-    OriginRules::Decision decision = rules_.Decide(record.table->name, batch.Text(record, record.uniqueID),
-                                                   batch.Text(record, record.origin), record.originID);
+    const std::string_view uniqueID = batch.Text(record, record.uniqueID);
+    const std::string_view origin = batch.Text(record, record.origin);
+    OriginRules::Decision decision =
+        arrival_ == Arrival::InTurn ? rules_.Decide(record.table->name, uniqueID, origin, record.originID)
+                                    : rules_.DecideByHand(record.table->name, uniqueID, origin, record.originID,
+                                                          table.RowJson(uniqueID).has_value());
     if (rules_.IsMain()) {
         MarkOrigin(batch, record);
     }
     switch (decision.verdict) {
     case OriginRules::Verdict::Take:
         if (!PutAside(batch, record, table.Apply(batch, record))) {
-            givenUp_->Settle(*record.table, table, batch.Text(record, record.uniqueID));
+            givenUp_->Settle(*record.table, table, uniqueID);
         }
         return;
     case OriginRules::Verdict::TakeAndKeepLoser:

@@ -24,11 +24,12 @@ class ImportApplier {
     /// Waits for the right to write, and marks what follows as an import: a main company audits it as a change of
     /// the record's origin, a workstation does not audit it.
     /// `first` tells of the file; its records are not looked at.
-    ImportApplier(const SqliteConnection& connection, const ImportBatch& first);
+    ImportApplier(const SqliteConnection& connection, const ImportBatch& first, Arrival arrival);
 
     /// Marks the file as taken in, for whoever stores its number. False when main took this very file last from
     /// its sender: then nothing of it is to be applied, and the mark alone to be committed. A workstation takes a
-    /// file any number of times, for its tables may have been cleared since.
+    /// file any number of times, for its tables may have been cleared since. One that comes by hand has no number
+    /// to be stored and is not the last one.
     bool Begin(const std::string& sender, const std::string& fileID);
 
     void Apply(const ImportBatch& batch);
@@ -50,6 +51,7 @@ class ImportApplier {
     void MarkOrigin(const ImportBatch& batch, const ImportRecord& record);
 
     const SqliteConnection& connection_;
+    const Arrival arrival_;
     SqliteTransaction transaction_;
     OriginRules rules_;
     AuditSwitch audits_;

@@ -1,5 +1,6 @@
 #include "suite/engine/import_ledger.h"
 
+#include "suite/engine/import_reader.h"
 #include "suite/engine/xml_text.h"
 
 namespace qndr::suite {
@@ -58,18 +59,44 @@ ImportLedger::ImportLedger(const SqliteConnection& connection)
           "AND WinningOrigin IS ?4 AND LosingValues IS ?5 AND State = 0)")) {
 }
 
-void ImportLedger::AddProblem(const ImportBatch& batch, const ImportRecord& record, const std::string& reason) {
-    const std::string_view uniqueID = batch.Text(record, record.uniqueID);
-    problem_.Bind(1, record.table->name);
+void ImportLedger::EnterProblem(std::string_view table, std::string_view uniqueID, const std::string& reason,
+                                const std::string& recordXml) {
+    problem_.Bind(1, table);
     BindOptional(problem_, 2, uniqueID.empty() ? std::nullopt : std::optional<std::string>(uniqueID));
     problem_.Bind(3, reason);
-    problem_.Bind(4, RecordXml(batch, record));
+    problem_.Bind(4, recordXml);
     problem_.Step();
     problem_.Reset();
-    ++problems_;
+}
+
+void ImportLedger::AddProblem(const ImportBatch& batch, const ImportRecord& record, const std::string& reason) {
+    if (++problems_ > bounds::MostProblems || problemBytes_ > bounds::MostProblemBytes) {
+        ++unkept_;
+        lastTable_ = record.table->name;
+        return;
+    }
+    // As XML a large record would take its memory several times over.
+    const bool isLarge = batch.text.size() > bounds::LargeRecord;
+    const std::string xml = isLarge ? "" : RecordXml(batch, record);
+    problemBytes_ += xml.size() + reason.size();
+    EnterProblem(record.table->name, batch.Text(record, record.uniqueID),
+                 isLarge ? reason + " It is too large to be kept." : reason, xml);
+}
+
+void ImportLedger::NoteUnkept() {
+    if (unkept_ > 0) {
+        EnterProblem(lastTable_, "",
+                     "Too many records of one file could not be imported; the last " + std::to_string(unkept_) +
+                         " are not kept.",
+                     "");
+    }
 }
 
 void ImportLedger::AddConflict(const Conflict& conflict) {
+    conflictBytes_ += conflict.losingValues ? conflict.losingValues->size() : 0;
+    if (conflicts_ >= bounds::MostConflicts || conflictBytes_ > bounds::MostConflictBytes) {
+        throw FileRefused("the file overwrites more than can be kept");
+    }
     conflict_.Bind(1, conflict.table);
     conflict_.Bind(2, conflict.uniqueID);
     conflict_.Bind(3, conflict.losingOrigin);

@@ -17,8 +17,11 @@ class ImportLedger {
   public:
     explicit ImportLedger(const SqliteConnection& connection);
 
-    /// A record that was put aside.
+    /// A record that was put aside. Those of one file beyond the bounds are counted only, for a file of broken
+    /// records must not fill the disk; NoteUnkept tells of them in one entry.
     void AddProblem(const ImportBatch& batch, const ImportRecord& record, const std::string& reason);
+
+    void NoteUnkept();
 
     struct Conflict {
         std::string_view table;
@@ -27,16 +30,24 @@ class ImportLedger {
         std::string winningOrigin;
         std::optional<std::string> losingValues; ///< nothing when the losing version is a deletion
     };
+    /// Raises FileRefused beyond the bounds: what would not be kept must not be overwritten.
     void AddConflict(const Conflict& conflict);
 
     std::int64_t Problems() const { return problems_; }
     std::int64_t Conflicts() const { return conflicts_; }
 
   private:
+    void EnterProblem(std::string_view table, std::string_view uniqueID, const std::string& reason,
+                      const std::string& recordXml);
+
     SqliteStatement problem_;
     SqliteStatement conflict_;
     std::int64_t problems_ = 0;
     std::int64_t conflicts_ = 0;
+    std::int64_t unkept_ = 0;
+    std::size_t problemBytes_ = 0;
+    std::size_t conflictBytes_ = 0;
+    std::string_view lastTable_;
 };
 
 } // namespace qndr::suite

@@ -1,5 +1,7 @@
 #include "suite/engine/import_pipe.h"
 
+#include <algorithm>
+
 namespace qndr::suite {
 
 ImportPipe::ImportPipe(ImportReader& reader) {
@@ -39,7 +41,13 @@ const ImportBatch* ImportPipe::Next() {
 
 ImportBatch* ImportPipe::WaitForFree() {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return !free_.empty() || stop_; });
+    // Three large records at once would take three times the memory.
+    const auto isLarge = [](const ImportBatch* batch) {
+        return batch != nullptr && batch->text.size() > bounds::LargeRecord;
+    };
+    changed_.wait(lock, [&] {
+        return stop_ || (!free_.empty() && !isLarge(inUse_) && std::none_of(full_.begin(), full_.end(), isLarge));
+    });
     if (stop_) {
         return nullptr;
     }

@@ -8,6 +8,7 @@
 #include <array>
 #include <charconv>
 #include <limits>
+#include <utility>
 
 namespace qndr::suite {
 
@@ -16,10 +17,6 @@ namespace {
 using services::Failure;
 
 constexpr std::size_t ChunkSize = 128 * 1024;
-
-/// The longest text of one value, 64 MiB of bytes in base64 with room to spare. A record with a longer one is a
-/// problem of its own; it must not take the whole file, or all memory, with it.
-constexpr std::size_t LargestValue = 96U * 1024 * 1024;
 
 /// More than a main company of a thousand workstations could tell of.
 constexpr std::size_t LongestRefusedList = 512 * 1024;
@@ -68,6 +65,8 @@ struct ImportReader::Handlers {
     static void XMLCALL Text(void* reader, const char* text, int length) {
         Of(reader).AddText({text, static_cast<std::size_t>(length)});
     }
+    /// Comments and the like.
+    static void XMLCALL Other(void* reader, const char*, int) { Of(reader).quietBytes_ = 0; }
     static void XMLCALL Doctype(void* reader, const char*, const char*, const char*, int) {
         Of(reader).Refuse("a document type is not allowed");
     }
@@ -86,10 +85,14 @@ ImportReader::ImportReader(const std::string& path, UnknownTables unknownTables)
     XML_SetUserData(parser_.get(), this);
     XML_SetElementHandler(parser_.get(), &Handlers::Start, &Handlers::End);
     XML_SetCharacterDataHandler(parser_.get(), &Handlers::Text);
+    XML_SetDefaultHandlerExpand(parser_.get(), &Handlers::Other);
     XML_SetStartDoctypeDeclHandler(parser_.get(), &Handlers::Doctype);
 }
 
 bool ImportReader::Read(ImportBatch& batch) {
+    if (batch.text.capacity() > bounds::LargeRecord) {
+        std::string().swap(batch.text);
+    }
     batch.text.clear();
     batch.values.clear();
     batch.records.clear();
@@ -100,19 +103,7 @@ bool ImportReader::Read(ImportBatch& batch) {
     TakeUp(batch);
     // A long record fills one batch alone instead of being moved from batch to batch.
     while (!atEnd_ && batch.records.empty()) {
-        void* const buffer = XML_GetBuffer(parser_.get(), static_cast<int>(ChunkSize));
-        if (buffer == nullptr) {
-            throw Failure("there is no memory for reading a file");
-        }
-        file_.read(static_cast<char*>(buffer), static_cast<std::streamsize>(ChunkSize));
-        if (file_.bad()) {
-            throw Failure("the file could not be read to its end");
-        }
-        atEnd_ = file_.eof();
-        const auto length = static_cast<int>(file_.gcount());
-        if (XML_ParseBuffer(parser_.get(), length, atEnd_ ? 1 : 0) != XML_STATUS_OK) {
-            RaiseParserError();
-        }
+        ParseNext();
     }
     SetAside(batch);
     batch.from = from_;
@@ -120,6 +111,28 @@ bool ImportReader::Read(ImportBatch& batch) {
     batch.refused = refused_;
     batch.fileID = fileID_;
     return true;
+}
+
+void ImportReader::ParseNext() {
+    void* const buffer = XML_GetBuffer(parser_.get(), static_cast<int>(ChunkSize));
+    if (buffer == nullptr) {
+        throw Failure("there is no memory for reading a file");
+    }
+    file_.read(static_cast<char*>(buffer), static_cast<std::streamsize>(ChunkSize));
+    if (file_.bad()) {
+        throw Failure("the file could not be read to its end");
+    }
+    atEnd_ = file_.eof();
+    const auto length = static_cast<int>(file_.gcount());
+    quietBytes_ += static_cast<std::size_t>(length);
+    const std::size_t before = quietBytes_;
+    if (XML_ParseBuffer(parser_.get(), length, atEnd_ ? 1 : 0) != XML_STATUS_OK) {
+        RaiseParserError();
+    }
+    if (quietBytes_ == before &&
+        quietBytes_ > (depth_ == InDocument ? bounds::LongestOutermostTag : bounds::LongestTag)) {
+        throw FileRefused("a tag of the file is too long");
+    }
 }
 
 void ImportReader::RaiseParserError() const {
@@ -152,22 +165,35 @@ void ImportReader::TakeUp(ImportBatch& batch) {
 }
 
 void ImportReader::Refuse(const std::string& reason) {
-    refusal_ = reason;
+    if (refusal_.empty()) {
+        refusal_ = reason;
+    }
     XML_StopParser(parser_.get(), XML_FALSE);
 }
 
 void ImportReader::StartElement(std::string_view name, const char** attributes) {
+    quietBytes_ = 0;
     switch (depth_++) {
     case InDocument:
-        return StartExchange(name, attributes);
+        StartExchange(name, attributes);
+        break;
     case InExchange:
-        return StartTable(name, attributes);
+        StartTable(name, attributes);
+        break;
     case InTable:
-        return StartRecord(name, attributes);
+        StartRecord(name, attributes);
+        break;
     case InRecord:
-        return StartColumn(name, attributes);
+        StartColumn(name, attributes);
+        break;
     default:
-        return Refuse("a column holds an element");
+        Refuse("a column holds an element");
+        break;
+    }
+    // The names further out are known, or refused by now.
+    const bool known = depth_ != InColumn || (table_ != nullptr && value_.column != UnknownColumn);
+    if (!(known || strangeNames_.Admit(name)) || !strangeNames_.AdmitAttributes(attributes)) {
+        Refuse("the file has too many strange names");
     }
 }
 
@@ -209,6 +235,8 @@ void ImportReader::StartRecord(std::string_view name, const char** attributes) {
     if (name != "Record") {
         return Refuse("something other than a record stands in a table");
     }
+    elements_ = 0;
+    hasUniqueID_ = false;
     if (table_ == nullptr) {
         return;
     }
@@ -242,8 +270,22 @@ std::size_t ImportReader::FindColumn(std::string_view name) const {
     return UnknownColumn;
 }
 
+std::string ImportReader::ColumnName() const {
+    return std::string(value_.column == UniqueIDColumn ? "UniqueID" : table_->columns[value_.column].name);
+}
+
+bool ImportReader::Repeats(std::size_t column) {
+    if (column == UniqueIDColumn) {
+        return std::exchange(hasUniqueID_, true);
+    }
+    return column != UnknownColumn && (record_.columns >> column & 1U) != 0;
+}
+
 void ImportReader::StartColumn(std::string_view name, const char** attributes) {
     value_.column = UnknownColumn;
+    if (++elements_ > bounds::MostElements) {
+        return Refuse("a record of the file has too many values");
+    }
     if (table_ == nullptr) {
         return;
     }
@@ -254,6 +296,10 @@ void ImportReader::StartColumn(std::string_view name, const char** attributes) {
     value_.column = expected && !deletion_ ? nextColumn_ : FindColumn(name);
     if (value_.column < columns.size()) {
         nextColumn_ = value_.column + 1;
+    }
+    if (Repeats(value_.column)) {
+        record_.problem = "The column '" + ColumnName() + "' stands in it twice.";
+        value_.column = UnknownColumn;
     }
     value_.kind = ImportValue::Kind::Text;
     value_.text.offset = batch_->text.size() - record_.text;
@@ -268,19 +314,25 @@ void ImportReader::StartColumn(std::string_view name, const char** attributes) {
 }
 
 void ImportReader::AddText(std::string_view text) {
+    quietBytes_ = 0;
     if (depth_ != InColumn || table_ == nullptr || value_.column == UnknownColumn || tooLarge_) {
         return;
     }
-    const std::size_t offset = record_.text + value_.text.offset;
-    if (batch_->text.size() - offset + text.size() > LargestValue) {
+    const std::size_t length = batch_->text.size() - record_.text + text.size();
+    if (length > bounds::LargestRecord) {
         tooLarge_ = true;
-        batch_->text.resize(offset);
+        batch_->text.resize(record_.text + value_.text.offset);
         return;
+    }
+    // Growing by doubling would need three times the record's room.
+    if (length > bounds::LargeRecord && batch_->text.capacity() < record_.text + bounds::LargestRecord) {
+        batch_->text.reserve(record_.text + bounds::LargestRecord);
     }
     batch_->text += text;
 }
 
 void ImportReader::EndElement() {
+    quietBytes_ = 0;
     switch (--depth_) {
     case InRecord:
         return EndColumn();
@@ -296,14 +348,11 @@ void ImportReader::EndColumn() {
         return;
     }
     const std::size_t offset = record_.text + value_.text.offset;
-    const auto columnName = [&] {
-        return std::string(value_.column == UniqueIDColumn ? "UniqueID" : table_->columns[value_.column].name);
-    };
     if (tooLarge_) {
-        record_.problem = "The value of the column '" + columnName() + "' is too large.";
+        record_.problem = "The value of the column '" + ColumnName() + "' is too large.";
     } else if (encoded_ && !DecodeBase64(batch_->text, offset)) {
         batch_->text.resize(offset);
-        record_.problem = "The value of the column '" + columnName() + "' is not base64.";
+        record_.problem = "The value of the column '" + ColumnName() + "' is not base64.";
     }
     value_.text.length = batch_->text.size() - offset;
     if (value_.column == UniqueIDColumn) {

@@ -2,6 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/engine/import_batch.h"
+#include "suite/engine/import_bounds.h"
 
 #include <expat.h>
 
@@ -29,14 +30,15 @@ class ImportReader {
     ImportReader(const std::string& path, UnknownTables unknownTables);
 
     /// Fills the batch with the next records and gives true, or gives false at the end of the file. A batch may be
-    /// empty. Raises FileRefused when the file is not well-formed or is no exchange file of a version that is
-    /// known here, and services::Failure when it cannot be read.
+    /// empty. Raises FileRefused when the file is not well-formed, is no exchange file of a version that is known
+    /// here or goes beyond the bounds, and services::Failure when it cannot be read.
     bool Read(ImportBatch& batch);
 
   private:
     struct Handlers;
     friend struct Handlers;
 
+    void ParseNext();
     void StartElement(std::string_view name, const char** attributes);
     void EndElement();
     void AddText(std::string_view text);
@@ -50,6 +52,8 @@ class ImportReader {
     void EndColumn();
     void EndRecord();
     std::size_t FindColumn(std::string_view name) const;
+    std::string ColumnName() const;
+    bool Repeats(std::size_t column);
     void ConvertValue();
     /// Takes the record that a batch breaks off in out of it, for the next one to begin with.
     void SetAside(ImportBatch& batch);
@@ -73,6 +77,10 @@ class ImportReader {
     ImportBatch setAside_;
     ImportRecord record_;
     ImportValue value_;
+    StrangeNames strangeNames_;
+    std::size_t quietBytes_ = 0; ///< how much was read since the parser last told of anything
+    std::size_t elements_ = 0;   ///< of the record
+    bool hasUniqueID_ = false;
     std::size_t nextColumn_ = 0; ///< where the next column's name is looked for first
     bool encoded_ = false;
     bool tooLarge_ = false;

@@ -20,16 +20,22 @@ NotTakenFiles NotTakenBy(const SqliteConnection& connection, std::string_view re
 
 } // namespace
 
-OriginRules::OriginRules(const SqliteConnection& connection, const ImportBatch& file)
-    : newest_(connection.Prepare(
+OriginRules::OriginRules(const SqliteConnection& connection, const ImportBatch& file, Arrival arrival)
+    : connection_(connection),
+      newest_(connection.Prepare(
           "SELECT ID, Origin FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE AND AuditUniqueID = ?2 "
           "ORDER BY ID DESC LIMIT 1")),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")), sender_(file.from),
       isMain_(connection.Number("SELECT CompanyType FROM Company") != RoamingWorkstationType),
-      skipped_(connection, sender_), notTaken_(NotTakenBy(connection, Receiver(), file.refused, own_)),
+      skipped_(connection, sender_),
+      notTaken_(NotTakenBy(connection, Receiver(), arrival == Arrival::InTurn ? file.refused : "", own_)),
       latest_(connection.Number("SELECT MAX(ID) FROM AuditLog")) {
     if (!isMain_) {
         sent_ = connection.Number("SELECT LastAuditID FROM Company");
+    }
+    if (arrival == Arrival::ByHand) {
+        // The file's numbers may be of an older numbering, and CoveredBy would forget what they seem to confirm.
+        return;
     }
     const std::optional<std::int64_t> files = AcceptedFilesOf(file.seen, own_);
     tellsSeen_ = files.has_value();
@@ -92,6 +98,34 @@ OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_vi
         return {Verdict::PassOver, {}, {}};
     }
     return {Verdict::KeepOwn, arriving, own_};
+}
+
+bool OriginRules::HasHad(std::string_view table, std::string_view uniqueID, std::string_view origin,
+                         std::int64_t originID) {
+    SqliteStatement had =
+        connection_.Prepare("SELECT 1 FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE AND AuditUniqueID = ?2 "
+                            "AND Origin = ?3 AND OriginID >= ?4");
+    had.Bind(1, table);
+    had.Bind(2, uniqueID);
+    had.Bind(3, origin);
+    had.Bind(4, originID);
+    return had.Step();
+}
+
+OriginRules::Decision OriginRules::DecideByHand(std::string_view table, std::string_view uniqueID,
+                                                std::string_view origin, std::int64_t originID, bool rowIsThere) {
+    const Newest newest = NewestAudit(table, uniqueID);
+    if (newest.id > latest_ || (!rowIsThere && newest.id == 0)) {
+        return {};
+    }
+    const std::string arriving(origin.empty() ? std::string_view(sender_) : origin);
+    if (!isMain_) {
+        return {Verdict::KeepOwn, arriving, own_};
+    }
+    if (HasHad(table, uniqueID, arriving, originID)) {
+        return {Verdict::PassOver, {}, {}};
+    }
+    return {Verdict::TakeAndKeepLoser, newest.origin.empty() ? own_ : newest.origin, arriving};
 }
 
 } // namespace qndr::suite

@@ -11,6 +11,9 @@
 
 namespace qndr::suite {
 
+/// Whether a file comes from its sender in its turn, or a person gives it later, out of any sequence.
+enum class Arrival { InTurn, ByHand };
+
 /// Decides which version of a row stays when a record arrives. On main the order of arrival decides and every
 /// record is taken; a workstation holds on to a version of its own until main says that it has taken it. So a row
 /// changes hands only by an edit of somebody who sees it or by a decision of this class, and no version gets lost
@@ -18,7 +21,7 @@ namespace qndr::suite {
 class OriginRules {
   public:
     /// `file` says which files its sender had accepted, and which of them it could not take in.
-    OriginRules(const SqliteConnection& connection, const ImportBatch& file);
+    OriginRules(const SqliteConnection& connection, const ImportBatch& file, Arrival arrival);
 
     enum class Verdict {
         Take,
@@ -37,6 +40,12 @@ class OriginRules {
     Decision Decide(std::string_view table, std::string_view uniqueID, std::string_view origin,
                     std::int64_t originID);
 
+    /// For a file that comes by hand, of which nobody knows what its sender had seen: no version is lost. Main
+    /// takes what it has not had of that origin yet; a workstation takes rows that it does not have, and of others
+    /// keeps the arriving version as the losing one, for nobody else would learn of a change that is not audited.
+    Decision DecideByHand(std::string_view table, std::string_view uniqueID, std::string_view origin,
+                          std::int64_t originID, bool rowIsThere);
+
     bool IsMain() const { return isMain_; }
 
   private:
@@ -53,7 +62,10 @@ class OriginRules {
     /// this workstation's own versions it tells more: one that it changed since was not seen yet.
     bool IsOwnBeforeNewest(const Newest& newest, std::string_view origin, std::int64_t originID) const;
     bool WasKnown(std::string_view table, const Newest& newest) const;
+    /// On main: the row's newest version of this origin was made no earlier.
+    bool HasHad(std::string_view table, std::string_view uniqueID, std::string_view origin, std::int64_t originID);
 
+    const SqliteConnection& connection_;
     SqliteStatement newest_;
     std::string own_;
     std::string sender_;

@@ -38,6 +38,13 @@ std::optional<std::int64_t> AcceptedFilesOf(std::string_view text, std::string_v
     return std::nullopt;
 }
 
+std::optional<std::int64_t> ConfirmedFiles(const SqliteConnection& connection, std::string_view receiver) {
+    // What it confirms makes CoveredBy forget the ranges below.
+    SqliteStatement oldest = connection.Prepare("SELECT MIN(NextSequence) FROM SentRanges WHERE Receiver = ?");
+    oldest.Bind(1, receiver);
+    return oldest.Step() && !oldest.IsNull(0) ? std::optional(oldest.Integer(0)) : std::nullopt;
+}
+
 std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view receiver, std::int64_t files) {
     SqliteStatement range =
         connection.Prepare("SELECT NextSequence, LastAuditID FROM SentRanges WHERE Receiver = ?1 "

@@ -22,6 +22,9 @@ std::optional<std::int64_t> AcceptedFilesOf(std::string_view text, std::string_v
 /// SentRanges.Receiver of a workstation's only receiver. Stored: never change.
 inline constexpr std::string_view MainReceiver;
 
+/// How many files to the receiver it has told to have accepted; nothing when that is not known.
+std::optional<std::int64_t> ConfirmedFiles(const SqliteConnection& connection, std::string_view receiver);
+
 /// The highest AuditLog.ID of this company that the first `files` files to the receiver covered. When that is not
 /// known (the counter of a file was not stored), that of fewer files, and 0 in the end: too low a bound keeps a
 /// version too many, too high a one would lose values. What fewer files covered is forgotten; a caller has a

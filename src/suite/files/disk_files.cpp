@@ -17,7 +17,8 @@ using services::Failure;
 constexpr std::size_t kCopyPiece = 256 * 1024;
 constexpr int kNameTries = 16;
 
-/// Whether some platform's file names cannot carry it. A file that only half of the parties could take is not made.
+/// Whether some platform's file names cannot carry it. A file that only half of the parties could take is not
+/// made.
 bool IsForbiddenInNames(char c) {
     return std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos ||
            static_cast<unsigned char>(c) < 0x20;

@@ -72,6 +72,9 @@ std::string DiskIniTools::GetValue(const std::string& section, const std::string
 void DiskIniTools::SetValue(const std::string& section, const std::string& key, const std::string& value,
                             const std::string& file) {
     const auto fail = [&](const std::string& words) {
+        if (unwritten_ != nullptr) {
+            unwritten_->Note(file);
+        }
         throw Failure("the value '" + key + "' cannot be written to '" + file + "': " + words);
     };
     if (value.find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos) {

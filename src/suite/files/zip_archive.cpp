@@ -7,6 +7,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
+#include <limits>
+#include <utility>
 #include <vector>
 
 namespace qndr::suite {
@@ -15,10 +18,16 @@ namespace {
 /// A full export waits for the packer: the library's default level takes twice as long and saves a tenth of such
 /// data.
 constexpr zip_uint32_t kCompressionLevel = 2;
-constexpr std::size_t kPiece = 64 * 1024;
-/// Below this size any ratio is harmless, and short runs of one character do reach a high one.
-constexpr zip_uint64_t kHarmlessSize = 64 * 1024 * 1024;
-constexpr zip_uint64_t kLargestRatio = 1000;
+
+/// Every pass reads it of every file in the Sync folder, several times. Those that are written here have 300
+/// bytes.
+constexpr const char* kDescriptor = "id.dat";
+constexpr std::size_t kLargestDescriptor = 16 * 1024;
+
+/// What is unpacked must leave as much room again, for it goes into the database next; this much is enough.
+constexpr std::uint64_t kLargestReserve = 256ULL * 1024 * 1024;
+constexpr std::uint64_t kSmallSize = 1024 * 1024;
+constexpr std::uint64_t kAnySize = std::numeric_limits<std::uint64_t>::max();
 
 /// The end record of an archive without entries, which libzip does not write.
 constexpr std::string_view kEmptyArchive("PK\5\6\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 22);
@@ -31,58 +40,55 @@ std::string Words(int code) {
     return words;
 }
 
-bool IsBomb(zip_uint64_t size, zip_uint64_t storedSize) {
-    return size > kHarmlessSize && size / kLargestRatio > storedSize;
+/// Empty when the folder has room for so many bytes, otherwise what is wrong. A few are not worth a question, and
+/// a nearly full disk must go on taking small files.
+std::string WordsForRoom(std::uint64_t size, const std::string& folder) {
+    std::uint64_t free = 0;
+    if (size <= kSmallSize) {
+        return "";
+    }
+    if (const std::error_code error = ReadFreeSpace(folder, free)) {
+        return error.message();
+    }
+    const std::uint64_t reserve = std::min(size, kLargestReserve);
+    return free >= reserve && free - reserve >= size
+               ? ""
+               : "its " + std::to_string(size) + " bytes and as much room again are more than the disk has free";
 }
 
-struct EntryCloser {
-    void operator()(zip_file_t* file) const { zip_fclose(file); }
-};
-
-/// Writes the content of the entry and closes the file; empty on success, otherwise what was wrong.
-std::string CopyOut(zip_file_t& from, const zip_stat_t& facts, OpenFile& to) {
-    std::vector<char> piece(kPiece);
-    zip_uint64_t written = 0;
-    for (;;) {
-        const zip_int64_t count = zip_fread(&from, piece.data(), piece.size());
-        if (count < 0) {
-            return zip_error_strerror(zip_file_get_error(&from));
-        }
-        if (count == 0) {
-            break;
-        }
-        written += static_cast<zip_uint64_t>(count);
-        // A false size must not fill the disk before it is found out.
-        if (written > facts.size) {
-            break;
-        }
-        if (const std::error_code error = to.Write({piece.data(), static_cast<std::size_t>(count)})) {
-            return error.message();
-        }
+/// Writes a private file that is there whole or not at all; empty on success, otherwise what was wrong.
+std::string WriteNew(const std::string& path, const std::function<std::string(OpenFile&)>& write) {
+    OpenFile file;
+    if (const std::error_code error = file.CreateNew(path, FileAccess::Private)) {
+        return error.message();
     }
-    if (written != facts.size) {
-        return "its size is not the stored one";
+    std::string words = write(file);
+    if (const std::error_code error = file.Close(); words.empty() && error) {
+        words = error.message();
     }
-    const std::error_code error = to.Close();
-    return error ? error.message() : "";
+    if (!words.empty()) {
+        DeleteName(path);
+    }
+    return words;
 }
 
 } // namespace
 
 class LibZipArchive::Entry : public services::ZipEntry {
   public:
-    Entry(LibZipArchive& archive, std::string name, zip_uint64_t index)
-        : archive_(archive), name_(std::move(name)), index_(index) {}
+    Entry(LibZipArchive& archive, std::string name) : archive_(archive), name_(std::move(name)) {}
 
-    std::int32_t Extract(const std::string& folder) override {
-        return archive_.ExtractTo(name_, index_, folder) ? 1 : 0;
-    }
+    std::int32_t Extract(const std::string& folder) override { return archive_.Extract(name_, folder) ? 1 : 0; }
 
   private:
     LibZipArchive& archive_;
     std::string name_;
-    zip_uint64_t index_;
 };
+
+LibZipArchive::LibZipArchive()
+    : ownReads_(std::make_unique<FileReads>()), ownShelf_(std::make_unique<ArchiveShelf>(*ownReads_)),
+      shelf_(ownShelf_.get()), reader_(*ownReads_) {
+}
 
 LibZipArchive::~LibZipArchive() {
     CloseZip();
@@ -94,24 +100,27 @@ bool LibZipArchive::Fail(const std::string& text) {
 }
 
 std::int32_t LibZipArchive::NewZip(const std::string& path) {
-    if (archive_ != nullptr) {
+    if (written_ != nullptr || reading_) {
         return Fail("The archive object is in use for '" + path_ + "'.");
     }
     int code = 0;
-    archive_ = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code);
-    if (archive_ == nullptr) {
+    written_ = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code);
+    if (written_ == nullptr) {
         return Fail("The archive '" + path + "' cannot be made: " + Words(code) + ".");
     }
     path_ = path;
-    writing_ = true;
     return 1;
 }
 
 std::int32_t LibZipArchive::AppendFiles(const std::string& pattern, std::int32_t recurse) {
-    if (!writing_) {
+    if (written_ == nullptr) {
         return Fail("There is no new archive to add files to.");
     }
-    return AppendFolder(FolderPart(pattern), NamePart(pattern), recurse != 0, "");
+    const std::string folder = FolderPart(pattern);
+    if (const auto unwritten = shelf_->Unwritten().Take(folder)) {
+        return Fail("The file '" + folder + *unwritten + "' could not be written as it should be.");
+    }
+    return AppendFolder(folder, NamePart(pattern), recurse != 0, "");
 }
 
 bool LibZipArchive::AppendFolder(const std::string& folder, const std::string& wildcard, bool recurse,
@@ -130,6 +139,9 @@ bool LibZipArchive::AppendFolder(const std::string& folder, const std::string& w
     for (const fs::directory_entry& entry : entries) {
         const std::string name = entry.path().filename().string();
         const fs::file_status status = entry.symlink_status(error);
+        if (error) {
+            return Fail("The file '" + folder + name + "' cannot be added: " + error.message() + ".");
+        }
         if (fs::is_directory(status)) {
             if (recurse &&
                 !AppendFolder(WithSeparator(folder + name), wildcard, recurse, namesStart + name + '/')) {
@@ -146,121 +158,204 @@ bool LibZipArchive::AppendFolder(const std::string& folder, const std::string& w
 
 bool LibZipArchive::AppendFile(const std::string& path, const std::string& name) {
     const auto fail = [&] {
-        return Fail("The file '" + path + "' cannot be added: " + zip_error_strerror(zip_get_error(archive_)) +
+        return Fail("The file '" + path + "' cannot be added: " + zip_error_strerror(zip_get_error(written_)) +
                     ".");
     };
-    zip_source_t* source = zip_source_file(archive_, path.c_str(), 0, -1);
+    zip_source_t* source = zip_source_file(written_, path.c_str(), 0, -1);
     if (source == nullptr) {
         return fail();
     }
-    const zip_int64_t index = zip_file_add(archive_, name.c_str(), source, ZIP_FL_ENC_UTF_8);
+    const zip_int64_t index = zip_file_add(written_, name.c_str(), source, ZIP_FL_ENC_UTF_8);
     if (index < 0) {
         zip_source_free(source);
         return fail();
     }
     const auto place = static_cast<zip_uint64_t>(index);
-    return zip_set_file_compression(archive_, place, ZIP_CM_DEFLATE, kCompressionLevel) == 0 || fail();
+    return zip_set_file_compression(written_, place, ZIP_CM_DEFLATE, kCompressionLevel) == 0 || fail();
 }
 
 std::int32_t LibZipArchive::WriteZipAndClose() {
-    if (!writing_) {
+    if (written_ == nullptr) {
         return Fail("There is no new archive to be written.");
     }
-    if (zip_get_num_entries(archive_, 0) == 0) {
+    if (zip_get_num_entries(written_, 0) == 0) {
         CloseZip();
         const std::string words = ReplaceFile(path_, kEmptyArchive);
         return words.empty() || Fail("The archive '" + path_ + "' cannot be written: " + words + ".");
     }
-    if (zip_close(archive_) != 0) {
-        Fail("The archive '" + path_ + "' cannot be written: " + zip_error_strerror(zip_get_error(archive_)) +
+    if (zip_close(written_) != 0) {
+        Fail("The archive '" + path_ + "' cannot be written: " + zip_error_strerror(zip_get_error(written_)) +
              ".");
         CloseZip();
         return 0;
     }
-    archive_ = nullptr;
-    writing_ = false;
+    written_ = nullptr;
     return 1;
 }
 
 std::int32_t LibZipArchive::OpenZip(const std::string& path) {
-    if (archive_ != nullptr) {
+    if (written_ != nullptr || reading_) {
         return Fail("The archive object is in use for '" + path_ + "'.");
     }
     if (trouble_ != nullptr) {
         trouble_->TakeInHand(path);
     }
-    const std::optional<FileFacts> facts = ReadFileFacts(path);
-    if (!facts || !facts->file) {
+    FileFacts facts;
+    const std::error_code error = shelf_->Reads().Facts(path, facts);
+    if (!error && !facts.file) {
         return Fail("There is no file '" + path + "'.");
     }
-    int code = 0;
-    archive_ = zip_open(path.c_str(), ZIP_RDONLY, &code);
-    if (archive_ == nullptr) {
-        return Fail("The file '" + path + "' cannot be opened as an archive: " + Words(code) + ".");
-    }
     path_ = path;
-    archiveSize_ = static_cast<zip_uint64_t>(facts->size);
+    known_.reset();
+    if (const ArchiveShelf::Known* known = error ? nullptr : shelf_->Find(path, facts)) {
+        if (!known->noArchive.empty()) {
+            return Fail(known->noArchive);
+        }
+        known_ = *known;
+    } else if (Persist([&] { return OpenReader(); }) == Result::Damaged) {
+        Fail("The file '" + path + "' cannot be opened as an archive: " + reader_.Words() + ".");
+        Learn({.noArchive = lastErrorText_, .damage = {}, .descriptor = {}});
+        return 0;
+    }
+    reading_ = true;
     return 1;
 }
 
+/// Reads the directory unless that is done.
+LibZipArchive::Result LibZipArchive::OpenReader() {
+    return reader_.IsOpen() ? Result::Done : reader_.Open(path_);
+}
+
+/// Does the step until this computer can, or patience ends.
+LibZipArchive::Result LibZipArchive::Persist(const std::function<Result()>& step) {
+    for (int attempt = 0;; ++attempt) {
+        const Result result = step();
+        if (result != Result::Trouble) {
+            return result;
+        }
+        reader_.Close();
+        if (!shelf_->WaitOut(attempt, reader_.Error())) {
+            return result;
+        }
+    }
+}
+
+/// Remembers what was found out about the file, unless it was changed meanwhile.
+void LibZipArchive::Learn(ArchiveShelf::Known known) {
+    FileFacts now;
+    if (!shelf_->Reads().Facts(path_, now) && now == reader_.Facts()) {
+        shelf_->Keep(path_, now, known);
+    }
+    known_ = std::move(known);
+}
+
 std::unique_ptr<services::ZipEntry> LibZipArchive::GetEntryByName(const std::string& name) {
-    if (archive_ == nullptr || writing_) {
+    if (!reading_) {
         Fail("There is no open archive to read from.");
         return nullptr;
     }
     const bool leadsElsewhere = name.empty() || name == "." || name == ".." ||
                                 name.find_first_of(std::string_view("/\\:\0", 4)) != std::string::npos;
-    const zip_int64_t index = leadsElsewhere ? -1 : zip_name_locate(archive_, name.c_str(), 0);
-    if (index < 0) {
+    if (leadsElsewhere || !MayHave(name)) {
         Fail("The archive '" + path_ + "' has no entry '" + name + "' at its top.");
         return nullptr;
     }
-    return std::make_unique<Entry>(*this, name, static_cast<zip_uint64_t>(index));
+    if (name == kDescriptor) {
+        shelf_->Owe(path_);
+    }
+    return std::make_unique<Entry>(*this, name);
 }
 
-bool LibZipArchive::ExtractTo(const std::string& name, zip_uint64_t index, const std::string& folder) {
-    const auto fail = [&](const std::string& words) {
-        return Fail("The entry '" + name + "' of '" + path_ + "' cannot be extracted: " + words + ".");
-    };
-    if (archive_ == nullptr) {
-        return fail("the archive is closed");
+/// False when the directory tells that it has no such entry. What cannot be looked into has any.
+bool LibZipArchive::MayHave(const std::string& name) {
+    if (name == kDescriptor && known_) {
+        return known_->hasDescriptor;
     }
-    zip_stat_t facts;
-    if (zip_stat_index(archive_, index, 0, &facts) != 0) {
-        return fail(zip_error_strerror(zip_get_error(archive_)));
+    if (Persist([&] { return OpenReader(); }) != Result::Done || reader_.Has(name)) {
+        return true;
     }
-    constexpr zip_uint64_t needed = ZIP_STAT_SIZE | ZIP_STAT_COMP_SIZE;
-    if ((facts.valid & needed) != needed) {
-        return fail("its size is not stored");
+    if (name == kDescriptor) {
+        Learn({});
     }
-    // The stored size is a claim as well; the archive's own size is not.
-    if (IsBomb(facts.size, std::min(facts.comp_size, archiveSize_))) {
-        return fail("it claims to be more than 1,000 times its stored size");
+    return false;
+}
+
+bool LibZipArchive::Extract(const std::string& name, const std::string& folder) {
+    std::string words;
+    if (!reading_) {
+        words = "the archive is closed";
+    } else if (name == kDescriptor) {
+        words = ExtractDescriptor(folder);
+    } else if (shelf_->IsOwed(path_)) {
+        words = std::string("its ") + kDescriptor + " could not be read";
+    } else {
+        words = ExtractLarge(name, folder);
     }
-    const std::unique_ptr<zip_file_t, EntryCloser> from(zip_fopen_index(archive_, index, 0));
-    if (!from) {
-        return fail(zip_error_strerror(zip_get_error(archive_)));
+    return words.empty() ||
+           Fail("The entry '" + name + "' of '" + path_ + "' cannot be extracted: " + words + ".");
+}
+
+std::string LibZipArchive::ExtractDescriptor(const std::string& folder) {
+    if (!known_) {
+        ArchiveShelf::Known known;
+        known.hasDescriptor = true;
+        const Result result = Persist([&] {
+            known.descriptor.clear();
+            const Result opened = OpenReader();
+            return opened != Result::Done ? opened
+                                          : reader_.Read(kDescriptor, kLargestDescriptor, [&](auto piece) {
+                                                known.descriptor += piece;
+                                                return std::error_code();
+                                            });
+        });
+        if (result == Result::Trouble) {
+            return reader_.Words();
+        }
+        known.damage = result == Result::Done ? "" : reader_.Words();
+        Learn(std::move(known));
     }
-    const std::string target = WithSeparator(folder) + name;
-    OpenFile to;
-    if (const std::error_code error = to.CreateNew(target, FileAccess::Private)) {
-        return fail(error.message());
+    if (!known_->damage.empty()) {
+        shelf_->Settle(path_);
+        return known_->damage;
     }
-    const std::string words = CopyOut(*from, facts, to);
-    if (!words.empty()) {
-        to.Close();
-        DeleteName(target);
-        return fail(words);
+    std::string words = WriteNew(WithSeparator(folder) + kDescriptor, [&](OpenFile& to) {
+        const std::error_code error = to.Write(known_->descriptor);
+        return error ? error.message() : std::string();
+    });
+    if (words.empty()) {
+        shelf_->Settle(path_);
     }
-    return true;
+    return words;
+}
+
+std::string LibZipArchive::ExtractLarge(const std::string& name, const std::string& folder) {
+    std::string words;
+    Persist([&] {
+        Result result = OpenReader();
+        words = reader_.Words();
+        if (result != Result::Done) {
+            return result;
+        }
+        words = WordsForRoom(reader_.SizeOf(name), folder);
+        if (!words.empty()) {
+            return Result::NotTaken;
+        }
+        words = WriteNew(WithSeparator(folder) + name, [&](OpenFile& to) {
+            result = reader_.Read(name, kAnySize, [&](auto piece) { return to.Write(piece); });
+            return result == Result::Done ? std::string() : reader_.Words();
+        });
+        return result;
+    });
+    return words;
 }
 
 void LibZipArchive::CloseZip() {
-    if (archive_ != nullptr) {
-        zip_discard(archive_);
+    if (written_ != nullptr) {
+        zip_discard(std::exchange(written_, nullptr));
     }
-    archive_ = nullptr;
-    writing_ = false;
+    reader_.Close();
+    reading_ = false;
+    known_.reset();
 }
 
 } // namespace qndr::suite

@@ -28,6 +28,16 @@ std::error_code InvalidPath() {
     return std::make_error_code(std::errc::invalid_argument);
 }
 
+FileFacts FactsOf(const struct stat& found) {
+    constexpr std::int64_t nanoseconds = 1'000'000'000;
+    return {.file = S_ISREG(found.st_mode),
+             .size = found.st_size,
+            .modified = found.st_mtim.tv_sec,
+            .changed = found.st_ctim.tv_sec * nanoseconds + found.st_ctim.tv_nsec,
+            .device = found.st_dev,
+            .number = found.st_ino};
+}
+
 /// For file systems that cannot rename without replacing.
 std::error_code RenameByLink(const std::string& source, const std::string& target) {
     if (link(source.c_str(), target.c_str()) == 0) {
@@ -47,11 +57,20 @@ std::error_code RenameByLink(const std::string& source, const std::string& targe
 } // namespace
 
 std::optional<FileFacts> ReadFileFacts(const std::string& path) {
-    struct stat facts {};
-    if (HoldsNul(path) || stat(path.c_str(), &facts) != 0) {
-        return std::nullopt;
+    FileFacts facts;
+    return ReadFileFacts(path, facts) ? std::nullopt : std::optional(facts);
+}
+
+std::error_code ReadFileFacts(const std::string& path, FileFacts& facts) {
+    struct stat found {};
+    if (HoldsNul(path)) {
+        return InvalidPath();
     }
-    return FileFacts{S_ISREG(facts.st_mode), facts.st_size, facts.st_mtim.tv_sec, facts.st_dev, facts.st_ino};
+    if (stat(path.c_str(), &found) != 0) {
+        return LastError();
+    }
+    facts = FactsOf(found);
+    return {};
 }
 
 bool NameIsTaken(const std::string& path) {
@@ -75,12 +94,15 @@ std::error_code OpenFile::OpenForReading(const std::string& path) {
     if (const std::error_code error = Open(path, O_RDONLY | O_NONBLOCK, 0)) {
         return error;
     }
-    struct stat facts {};
-    if (fstat(handle_, &facts) != 0 || !S_ISREG(facts.st_mode)) {
-        Close();
-        return InvalidPath();
+    FileFacts facts;
+    std::error_code error = Facts(facts);
+    if (!error && !facts.file) {
+        error = InvalidPath();
     }
-    return {};
+    if (error) {
+        Close();
+    }
+    return error;
 }
 
 std::error_code OpenFile::CreateNew(const std::string& path, FileAccess access) {
@@ -111,6 +133,15 @@ std::error_code OpenFile::Read(std::span<char> buffer, std::size_t& count) {
     return got < 0 ? LastError() : std::error_code();
 }
 
+std::error_code OpenFile::ReadAt(std::uint64_t offset, std::span<char> buffer, std::size_t& count) {
+    ssize_t got = 0;
+    do {
+        got = pread(handle_, buffer.data(), buffer.size(), static_cast<off_t>(offset));
+    } while (got < 0 && errno == EINTR);
+    count = got < 0 ? 0 : static_cast<std::size_t>(got);
+    return got < 0 ? LastError() : std::error_code();
+}
+
 std::error_code OpenFile::Write(std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = write(handle_, text.data(), text.size());
@@ -133,6 +164,21 @@ std::error_code OpenFile::Close() {
         return {};
     }
     return close(std::exchange(handle_, -1)) == 0 || errno == EINTR ? std::error_code() : LastError();
+}
+
+std::error_code OpenFile::Facts(FileFacts& facts) const {
+    struct stat found {};
+    if (fstat(handle_, &found) != 0) {
+        return LastError();
+    }
+    facts = FactsOf(found);
+    return {};
+}
+
+std::error_code ReadFreeSpace(const std::string& folder, std::uint64_t& bytes) {
+    std::error_code error;
+    bytes = std::filesystem::space(folder, error).available;
+    return error;
 }
 
 std::error_code RenameFile(const std::string& source, const std::string& target, Existing existing) {
