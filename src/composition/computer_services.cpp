@@ -28,8 +28,8 @@ struct Suite {
           lockPauses(time.messages, time.timers, registryTools, programName),
           patience(time.messages, time.timers, programName),
           archives(otherReads != nullptr ? *otherReads : reads, &patience, &time.clock),
-          fileTools(suite::TemporaryPlaces(computer), &trouble),
-          directoryCalls(suite::TemporaryPlaces(computer)), iniTools(&archives.Unwritten()),
+          fileTools(suite::TemporaryPlaces(computer), &trouble), directoryCalls(suite::TemporaryPlaces(computer)),
+          iniTools(&archives.Unwritten()),
           objects(computer, registryTools, iniTools, time.clock, trouble, lockPauses, archives),
           commandLineTools(switchNames), systemTools(computer), specialFolderTools(computer),
           program(computer, programName) {}

@@ -25,9 +25,9 @@ class ComputerServices {
   public:
     /// The program goes by `programName` in its log, its timers and the test for another copy; `switchNames` are
     /// what it knows on its command line. The gate, if there is one, outlives the object and stands in front of
-    /// every call of the agent. `reads` takes the place of the system's calls by which archives are read. From then
-    /// on all that the process makes is for its user alone; what goes into the Sync folder is also for those who
-    /// may write there.
+    /// every call of the agent. `reads` takes the place of the system's calls by which archives are read. From
+    /// then on all that the process makes is for its user alone; what goes into the Sync folder is also for those
+    /// who may write there.
     ComputerServices(const suite::Computer& computer, const TimeServices& time, const std::string& programName,
                      const std::vector<std::string>& switchNames, services::CallGate* gate = nullptr,
                      suite::FileReads* reads = nullptr);

@@ -278,9 +278,11 @@ TEST_F(Doctor, MendsWhatHappensInTheSyncFolder) {
         Settle();
         EXPECT_EQ(Troubles(WithAll()), "") << "behind " << troubles;
     };
-    check("misnamed-file", next([](const std::string& file) { fs::rename(file, file + ".bak"); }), "rename it back");
+    check("misnamed-file", next([](const std::string& file) { fs::rename(file, file + ".bak"); }),
+          "rename it back");
     check("misnamed-file it's.zip",
-          next([&](const std::string& file) { fs::rename(file, dealer_.SyncFolder() + "/it's.zip"); }), "rename it back");
+          next([&](const std::string& file) { fs::rename(file, dealer_.SyncFolder() + "/it's.zip"); }),
+          "rename it back");
     check("damaged-file", next([](const std::string& file) { fs::resize_file(file, fs::file_size(file) / 2); }),
           "a reset is needed");
     // A day in the wrong folder, and back.

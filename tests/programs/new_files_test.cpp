@@ -56,8 +56,7 @@ TEST_F(NewFiles, AreForTheirUserAloneWhateverTheMaskAndShareTheSyncFolderWithIts
         fs::permissions(dealer.SyncFolder(), fs::perms(syncFolder));
         const auto type = [&](const std::string& name, const std::vector<std::string>& arguments) {
             umask(mask);
-            const Outcome outcome =
-                Type(suite::Computer::InFolder(folder / name, name), dealer.Time(), arguments);
+            const Outcome outcome = Type(suite::Computer::InFolder(folder / name, name), dealer.Time(), arguments);
             EXPECT_EQ(outcome.status, 0) << outcome.errors;
         };
         for (const std::string name : {"main", "laptop-1"}) {

@@ -35,8 +35,8 @@ inline Outcome Type(const suite::Computer& computer, suite::VirtualTime& time,
     return {status, out.str(), errors.str()};
 }
 
-/// The first value of a query that takes these texts as ?1 and so on, for JSON: a parser that is not ours. NULL and
-/// no row are empty, Booleans 1 and 0.
+/// The first value of a query that takes these texts as ?1 and so on, for JSON: a parser that is not ours. NULL
+/// and no row are empty, Booleans 1 and 0.
 inline std::string Ask(const std::string& query, const std::vector<std::string>& parameters) {
     sqlite3* parser = nullptr;
     EXPECT_EQ(sqlite3_open(":memory:", &parser), SQLITE_OK);

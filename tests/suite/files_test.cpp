@@ -90,7 +90,8 @@ TEST(DiskFiles, TemporaryFilesArePrivateAndNew) {
         computer.otherTemporaryFolders = {folder / "link", folder / "run/qndr5"};
         const TemporaryPlaces places(computer);
         EXPECT_EQ(places.Obstacle(), "it belongs to another user, or is no folder");
-        EXPECT_TRUE(DiskFileTools(places).CreateTemporaryFile("", "suz", ".zip").starts_with(folder / "run/qndr5/suz"));
+        EXPECT_TRUE(
+            DiskFileTools(places).CreateTemporaryFile("", "suz", ".zip").starts_with(folder / "run/qndr5/suz"));
         EXPECT_EQ(DiskFileTools(computer.temporaryFolder).CreateTemporaryFile("", "suz", ".zip"), "");
         EXPECT_TRUE(folder.Names("stranger").empty());
     }

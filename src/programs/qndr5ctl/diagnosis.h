@@ -43,7 +43,7 @@ struct ObservedCompany {
     std::string damage;                    ///< what the database's own check found; empty when it is sound
     std::string cannotStore; ///< why its agent could not store something lately; empty when it has since, or could
     std::string anotherAgent; ///< what an agent recorded of late that found another one at work; empty otherwise
-    std::string database;    ///< path of the database file
+    std::string database;     ///< path of the database file
     std::int64_t newestChange = 0; ///< the highest number in its audit log
     std::string changedOn;         ///< when that was, UTC, as it is stored
     std::string sentOn;            ///< of a workstation: when the newest change was made that was sent

@@ -69,11 +69,12 @@ void DiagnoseTemporaryFolder(const Observations& seen, Findings& findings) {
     }
     const std::string what = "The folder for working files cannot be used, " + seen.temporaryFailure;
     if (seen.LacksTemporaryFolder()) {
-        findings.Add(troubles::NoTemporaryFolder, seen.temporaryFolder, what + ": no sync file can be read or made.",
-                     seen.temporaryFolder);
+        findings.Add(troubles::NoTemporaryFolder, seen.temporaryFolder,
+                     what + ": no sync file can be read or made.", seen.temporaryFolder);
     } else {
         findings.Add(troubles::TemporaryFolderElsewhere, seen.temporaryFolder,
-                     what + ". The agent works with '" + seen.temporaryInstead + "' instead.", seen.temporaryFolder);
+                     what + ". The agent works with '" + seen.temporaryInstead + "' instead.",
+                     seen.temporaryFolder);
     }
 }
 

@@ -30,7 +30,8 @@ struct Pair {
 class Traffic {
   public:
     Traffic(const Observations& seen, const Pair& pair)
-        : files_(seen.files), former_(seen.formerFiles), laptop_(pair.laptop != nullptr ? pair.laptop->facts.uniqueID : pair.row->uniqueID),
+        : files_(seen.files), former_(seen.formerFiles),
+          laptop_(pair.laptop != nullptr ? pair.laptop->facts.uniqueID : pair.row->uniqueID),
           main_(pair.main != nullptr ? pair.main->facts.uniqueID : pair.laptop->facts.mainUniqueID) {}
 
     bool HasInitialRequest() const {
@@ -59,8 +60,8 @@ class Traffic {
     std::multimap<std::int64_t, FoundSyncFile> SequencesToLaptop() const {
         return Sequences([&](const FoundSyncFile& file) { return IsForLaptop(file); });
     }
-    /// Where something lies that cannot be read, or under a wrong name or in a wrong folder, nothing can be said to
-    /// be missing; it is told by itself.
+    /// Where something lies that cannot be read, or under a wrong name or in a wrong folder, nothing can be said
+    /// to be missing; it is told by itself.
     bool HasUncertain() const {
         const auto isBetween = [&](const FoundSyncFile& file) {
             return IsForLaptop(file) || EqualIdentities(file.From, laptop_) ||
@@ -70,8 +71,9 @@ class Traffic {
                            [&](const ListedFile& listed) { return isBetween(listed.file.entry); }) ||
                std::any_of(files_.begin(), files_.end(), [&](const ListedFile& listed) {
                    const FoundSyncFile& file = listed.file.entry;
-                   const bool isUnread = listed.file.kind == FileKind::UnreadableSyncFile &&
-                                         (IsForLaptop(file) || IsForMain(file) || EqualIdentities(file.To, "main"));
+                   const bool isUnread =
+                       listed.file.kind == FileKind::UnreadableSyncFile &&
+                       (IsForLaptop(file) || IsForMain(file) || EqualIdentities(file.To, "main"));
                    return isUnread || (listed.file.kind == FileKind::Misnamed && isBetween(file));
                });
     }

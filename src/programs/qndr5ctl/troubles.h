@@ -204,7 +204,8 @@ inline constexpr TroubleKind SilentWorkstation{
 
 inline constexpr TroubleKind LateFile{"late-file",
                                       Severity::Error,
-                                      "While the agent of that computer is stopped, import it by hand, which loses nothing: what is there already stays, and "
+                                      "While the agent of that computer is stopped, import it by hand, which "
+                                      "loses nothing: what is there already stays, and "
                                       "what loses is kept. Then take it out",
                                       {"qndr5ctl file import {0} {1}", "qndr5ctl file take-out {0}"}};
 inline constexpr TroubleKind LateFullData{

@@ -13,7 +13,8 @@ namespace {
 
 /// An agent at work may hold the database for long; what cannot be recorded now will be at a later pass.
 constexpr std::int32_t kEventMilliseconds = 1000;
-/// As long as it goes on it is recorded again after so many hours. Less than a day, behind which it counts as over.
+/// As long as it goes on it is recorded again after so many hours. Less than a day, behind which it counts as
+/// over.
 constexpr std::int64_t kRecordedAgainHours = 12;
 
 /// The database has one mark, whatever links lead to it.
@@ -70,8 +71,8 @@ void CompanyMarks::Tell(SqliteConnection& company, const std::string& database, 
     }
     try {
         company.SetBusyTimeout(kEventMilliseconds);
-        Record(company, "The company was left alone by the agent of " + UserName() + " on " + computerName_ + ": " +
-                            reason + ".");
+        Record(company, "The company was left alone by the agent of " + UserName() + " on " + computerName_ +
+                            ": " + reason + ".");
     } catch (const services::Failure&) {
         // A full or locked event list changes nothing about the answer.
     }

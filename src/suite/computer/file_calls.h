@@ -14,7 +14,7 @@ namespace qndr::suite {
 
 /// What a path names, links followed.
 struct FileFacts {
-    bool file = false;        ///< an ordinary file; folders, pipes and devices are none
+    bool file = false; ///< an ordinary file; folders, pipes and devices are none
     std::int64_t size = 0;
     std::int64_t modified = 0; ///< seconds since 1 January 1970 UTC
     std::int64_t changed = 0;  ///< nanoseconds since then; no program can set it back
@@ -52,8 +52,8 @@ class OpenFile {
     std::error_code CreateNew(const std::string& path, FileAccess access);
     /// The new file becomes as accessible as the file of that path, which it is to replace.
     void AllowAs(const std::string& path);
-    /// Makes the file, for this user alone, when it is missing; what is written goes behind all that other programs
-    /// have written.
+    /// Makes the file, for this user alone, when it is missing; what is written goes behind all that other
+    /// programs have written.
     std::error_code OpenForAppending(const std::string& path);
 
     /// The number of bytes read in `count`, 0 at the end.

@@ -6,8 +6,8 @@
 namespace qndr::suite {
 
 /// Writes the text beside the file and puts it in its place in one step: a reader finds the old content or the
-/// new, and a failure leaves the old. The permissions of a file that is there stay; a new one is this user's alone.
-/// Does not wait for the disk. The system's words on failure, empty on success.
+/// new, and a failure leaves the old. The permissions of a file that is there stay; a new one is this user's
+/// alone. Does not wait for the disk. The system's words on failure, empty on success.
 std::string ReplaceFile(const std::string& path, std::string_view text);
 
 } // namespace qndr::suite

@@ -31,7 +31,7 @@ std::error_code InvalidPath() {
 FileFacts FactsOf(const struct stat& found) {
     constexpr std::int64_t nanoseconds = 1'000'000'000;
     return {.file = S_ISREG(found.st_mode),
-             .size = found.st_size,
+            .size = found.st_size,
             .modified = found.st_mtim.tv_sec,
             .changed = found.st_ctim.tv_sec * nanoseconds + found.st_ctim.tv_nsec,
             .device = found.st_dev,
