@@ -129,8 +129,9 @@ class AgentProcess::Parts {
 
 AgentProcess::AgentProcess(SimulatedComputer& computer, FaultGate& gate, ComputerFaults& below,
                            const FaultPlan& plan, SeededRandom& random, Chronicle& chronicle, ImportWatch& watch)
-    : computer_(computer), outside_(computer.Places(), {computer.Time(), computer.Time(), computer.Time()},
-                                    "qndr5rwsync", {"Companies"}, &gate, &below),
+    : computer_(computer), gate_(gate),
+      outside_(computer.Places(), {computer.Time(), computer.Time(), computer.Time()}, "qndr5rwsync",
+               {"Companies"}, &gate, &below),
       parts_(std::make_unique<Parts>(outside_.Services(), computer, gate, plan, random, chronicle, watch)),
       context_(std::make_unique<AgentContext>(parts_->services)),
       scheduler_(new AgentScheduler(*context_, *this, *this)) {
@@ -154,8 +155,14 @@ void AgentProcess::Load() {
 
 void AgentProcess::RunUntilNextTick() {
     suite::HeadlessLoop& loop = computer_.Time().Loop();
-    loop.AddTick(SyncTick, AgentScheduler::SyncInterval, [this] { scheduler_->TickSync(); });
-    loop.AddTick(ExitTick, AgentScheduler::ExitInterval, [this] { scheduler_->TickExit(); });
+    loop.AddTick(SyncTick, AgentScheduler::SyncInterval, [this] {
+        const FaultGate::Tick tick(gate_);
+        scheduler_->TickSync();
+    });
+    loop.AddTick(ExitTick, AgentScheduler::ExitInterval, [this] {
+        const FaultGate::Tick tick(gate_);
+        scheduler_->TickExit();
+    });
     computer_.Time().Advance(AgentScheduler::SyncInterval + AgentScheduler::ExitInterval);
     StopTimers();
 }

@@ -43,6 +43,7 @@ class AgentProcess : private AgentView, private ActivityTarget {
     void SetText(const std::string& text) override { tray_ = text; }
 
     SimulatedComputer& computer_;
+    FaultGate& gate_;
     ComputerServices outside_;
     std::unique_ptr<Parts> parts_;
     std::unique_ptr<AgentContext> context_;

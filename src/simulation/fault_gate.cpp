@@ -58,6 +58,13 @@ bool FaultGate::Admits(std::string_view call) {
     if (call == PerLevel) {
         return true;
     }
+    const bool stops = call == "MessagePump.ProcessMessages" && Strikes(Fault::StopAgent);
+    if (depth_ > 1) {
+        if (stops) {
+            stop_();
+        }
+        return true;
+    }
     if (!previous_.empty()) {
         try {
             afterCall_(std::exchange(previous_, std::string()));
@@ -70,7 +77,7 @@ bool FaultGate::Admits(std::string_view call) {
     if (Strikes(Fault::EditInPass)) {
         edit_();
     }
-    if (call == "MessagePump.ProcessMessages" && Strikes(Fault::StopAgent)) {
+    if (stops) {
         stop_();
     }
     if (!IsPartOfTheStart(call) && Strikes(Fault::Die)) {

@@ -32,6 +32,19 @@ class FaultGate : public services::CallGate {
 
     bool Admits(std::string_view call) override;
 
+    /// A timer's tick of the agent. While it waits within a call, say for the lock of its database, further ticks
+    /// come: what they ask for is not judged, and nobody edits, because the call is not at its end.
+    class Tick {
+      public:
+        explicit Tick(FaultGate& gate) : gate_(gate) { ++gate_.depth_; }
+        ~Tick() { --gate_.depth_; }
+        Tick(const Tick&) = delete;
+        Tick& operator=(const Tick&) = delete;
+
+      private:
+        FaultGate& gate_;
+    };
+
     /// Forgets what the last pass suffered.
     void BeginPass();
     /// The calls that were refused in this pass.
@@ -54,6 +67,7 @@ class FaultGate : public services::CallGate {
     std::string previous_;
     std::set<std::string> refused_;
     bool dying_ = false;
+    int depth_ = 0; ///< ticks within each other
     ComputerFaults& below_;
     std::map<std::string, bool> weak_; ///< calls that fail often in this run
 };

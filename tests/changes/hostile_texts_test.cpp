@@ -107,6 +107,11 @@ TEST_F(HostileTextsTest, SenderOfTheFirstDataStaysAValueAndTheRestGoesOn) {
     for (const std::string& file : FilesBelow("Sync")) {
         EXPECT_TRUE(file.starts_with("Sync/" + MainID + "~")) << file;
     }
+    // Whatever a text may bring about some day: what the company is stays.
+    for (const std::string set : {"CompanyType = 1", "LastAuditID = 3, [uniqueid] = 'X'"}) {
+        EXPECT_EQ(Company().ExecuteNonQuery(services::Statement("UPDATE Company SET " + set)), -1) << set;
+    }
+    EXPECT_EQ(Everything(), before);
 }
 
 TEST_F(HostileTextsTest, ImportedNumbersStayValuesAndTheirOrdersAreFlagged) {

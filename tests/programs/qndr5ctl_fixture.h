@@ -8,6 +8,7 @@
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <chrono>
@@ -42,14 +43,13 @@ inline std::string Ask(const std::string& query, const std::vector<std::string>&
     EXPECT_EQ(sqlite3_open(":memory:", &parser), SQLITE_OK);
     sqlite3_stmt* prepared = nullptr;
     EXPECT_EQ(sqlite3_prepare_v2(parser, query.c_str(), -1, &prepared, nullptr), SQLITE_OK) << query;
-    std::string value;
-    {
-        suite::SqliteStatement row(prepared);
-        for (int index = 0; const std::string& parameter : parameters) {
-            row.Bind(++index, parameter);
-        }
-        value = row.Step() ? row.Text(0) : "";
+    for (int index = 0; const std::string& parameter : parameters) {
+        sqlite3_bind_text(prepared, ++index, parameter.data(), static_cast<int>(parameter.size()),
+                          SQLITE_TRANSIENT);
     }
+    const bool isThere = sqlite3_step(prepared) == SQLITE_ROW && sqlite3_column_type(prepared, 0) != SQLITE_NULL;
+    const std::string value = isThere ? reinterpret_cast<const char*>(sqlite3_column_text(prepared, 0)) : "";
+    sqlite3_finalize(prepared);
     sqlite3_close(parser);
     return value;
 }

@@ -48,7 +48,7 @@ TEST(DiskFiles, TellOnlyOfFiles) {
 
 TEST(DiskFiles, DatesAreLocalTimeOfTheFilesOwnSeason) {
     const TemporaryFolder folder;
-    DiskFileTools files("");
+    DiskFileTools files(folder / "Temp");
     const std::string path = folder.Write("a", "");
     const std::string before = getenv("TZ") == nullptr ? "" : getenv("TZ");
     setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
@@ -85,8 +85,8 @@ TEST(DiskFiles, TemporaryFilesArePrivateAndNew) {
     const bool isForeign = chown((folder / "stranger").c_str(), 65534, 65534) == 0;
     fs::create_directory_symlink(folder / "stranger", folder / "link");
     Computer computer = Computer::InFolder(folder / "computer", "main");
-    for (const char* first : {"link", "stranger"}) {
-        computer.temporaryFolder = folder / (isForeign ? first : "link");
+    for (const char* usual : {"link", "stranger"}) {
+        computer.temporaryFolder = folder / (isForeign ? usual : "link");
         computer.otherTemporaryFolders = {folder / "link", folder / "run/qndr5"};
         const TemporaryPlaces places(computer);
         EXPECT_EQ(places.Obstacle(), "it belongs to another user, or is no folder");

@@ -166,6 +166,16 @@ TEST_F(Registry, OnlyOneCopyOfAProgramRuns) {
         EXPECT_EQ(agent.Folder(), fs::read_symlink("/proc/self/exe").parent_path());
     }
     EXPECT_FALSE(othersSee("qndr5rwsync"));
+    {
+        auto first = std::make_unique<RunningProgram>(computer, "qndr5rwsync");
+        EXPECT_FALSE(first->AnotherCopyIsRunning());
+        RunningProgram second(computer, "qndr5rwsync");
+        EXPECT_TRUE(second.AnotherCopyIsRunning());
+        first.reset();
+        EXPECT_TRUE(second.AnotherCopyIsRunning()) << "the same question has the same answer";
+        EXPECT_TRUE(othersSee("qndr5rwsync")) << "a copy that was let run outlives the first";
+    }
+    EXPECT_FALSE(othersSee("qndr5rwsync"));
 
     ComputerSpecialFolders folders(computer);
     EXPECT_EQ(folders.GetFolderPath(35), folder / "computer/CommonAppData");

@@ -154,8 +154,8 @@ void ObserveCompany(ObservedCompany& company, const OpenedCompany& opened, const
     another.Bind(1, std::int64_t{suite::AnotherAgentEvent});
     another.Bind(2, FormatSQLDate(seen.nowUtc.AddDays(-1), false));
     if (another.Step()) {
-        company.anotherAgent =
-            StoredDateText(std::string(another.Text(0))) + " UTC: " + std::string(another.Text(1));
+        const auto date = ParseDate(std::string(another.Text(0)));
+        company.anotherAgent = (date ? FormatGeneralDate(*date) + " UTC: " : "") + std::string(another.Text(1));
     }
     company.facts = FactsOf(opened);
     company.refusedHere = RefusedHere(database, company.facts.mainUniqueID);

@@ -54,7 +54,7 @@ std::string RunningProgram::Version() const {
 }
 
 bool RunningProgram::AnotherCopyIsRunning() {
-    return lock_.Take() == InstanceLock::Answer::HeldByAnother;
+    return lock_.Join() == InstanceLock::Answer::HeldByAnother;
 }
 
 } // namespace qndr::suite

@@ -8,6 +8,16 @@
 
 namespace qndr::suite {
 
+namespace {
+
+/// A company that takes itself for another one, or for the other kind, writes into files that are not its own.
+bool IsIdentity(std::string_view table, std::string_view column) {
+    return EqualsWithoutCase(table, "Company") &&
+           (EqualsWithoutCase(column, "CompanyType") || EqualsWithoutCase(column, "UniqueID"));
+}
+
+} // namespace
+
 TableFence::TableFence(const SqliteConnection& connection) : connection_(connection) {
     sqlite3_set_authorizer(connection_.Handle(), &TableFence::Judge, this);
 }
@@ -39,9 +49,14 @@ int TableFence::Judge(void* fence, int action, const char* first, const char* se
     }
     const char* named = nullptr;
     switch (action) {
+    case SQLITE_UPDATE:
+        if (IsIdentity(first, second)) {
+            return SQLITE_DENY;
+        }
+        named = first;
+        break;
     case SQLITE_READ:
     case SQLITE_INSERT:
-    case SQLITE_UPDATE:
     case SQLITE_DELETE:
         named = first;
         break;

@@ -47,15 +47,16 @@ int InstanceLock::Open() const {
     return open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
 }
 
-InstanceLock::Answer InstanceLock::Take() {
+InstanceLock::Answer InstanceLock::Lock(Way way) {
     if (handle_ >= 0) {
-        return Answer::Held;
+        return answer_;
     }
     const std::string folder = std::filesystem::path(path_).parent_path().string();
     if (!NameIsTaken(folder)) {
         EnsurePrivateFolder(folder);
     }
-    for (int i = 0; i < kTries; ++i) {
+    answer_ = Answer::Unavailable;
+    for (int i = 0; i < kTries && handle_ < 0; ++i) {
         const int handle = Open();
         if (handle < 0) {
             if (errno == EEXIST) {
@@ -63,21 +64,26 @@ InstanceLock::Answer InstanceLock::Take() {
             }
             return NameIsTaken(path_) ? Answer::Denied : Answer::Unavailable;
         }
-        if (flock(handle, LOCK_EX | LOCK_NB) != 0) {
-            const bool taken = errno == EWOULDBLOCK;
-            close(handle);
-            return taken ? Answer::HeldByAnother : Answer::Unavailable;
-        }
-        if (HasItsName(handle, path_)) {
+        answer_ = flock(handle, LOCK_EX | LOCK_NB) == 0 ? Answer::Held
+                  : errno == EWOULDBLOCK                ? Answer::HeldByAnother
+                                                        : Answer::Unavailable;
+        // The system gives a lock back for a moment while its kind changes. Whoever comes first then has it alone,
+        // and this one asks again as a later one.
+        const bool isJoined = way == Way::Together && flock(handle, LOCK_SH | LOCK_NB) == 0;
+        const bool isKept = way == Way::Together ? isJoined : answer_ == Answer::Held;
+        if (isKept && HasItsName(handle, path_)) {
             if (!sharedLike_.empty()) {
                 ShareLike(handle, sharedLike_);
             }
             handle_ = handle;
-            return Answer::Held;
+            return answer_;
         }
         close(handle);
+        if (way == Way::Alone && answer_ != Answer::Held) {
+            return answer_;
+        }
     }
-    return Answer::Unavailable;
+    return answer_ == Answer::HeldByAnother ? answer_ : Answer::Unavailable;
 }
 
 } // namespace qndr::suite
