@@ -217,6 +217,7 @@ TEST_F(Doctor, MendsAPairingThatCannotGoOn) {
             second();
         };
     };
+    const std::string atReset = "UPDATE Company SET SyncState = 6, NextSequenceFromMain = 0";
     const auto secondRequest = [&] {
         OnRow("SyncState = 1")();
         dealer_.Main().RunPass();
@@ -233,14 +234,19 @@ TEST_F(Doctor, MendsAPairingThatCannotGoOn) {
             // Full data lies for it that it will not take; and a request that main will not hear.
             {"lost-acknowledge laptop-1", both(OnRow("SyncState = 1"), [&] { dealer_.Main().RunPass(); }), {}, ""},
             {"lost-acknowledge laptop-1", secondRequest, {}, ""},
-            {"lost-reset laptop-1", OnLaptop("UPDATE Company SET SyncState = 6"), {}, ""},
+            {"lost-reset laptop-1", OnLaptop(atReset), {}, ""},
             {"reset-stuck laptop-1",
-             both(OnLaptop("UPDATE Company SET SyncState = 6"), OnRow("SyncState = 6, LastReceivedFrom = NULL")),
+             both(OnLaptop(atReset), OnRow("SyncState = 6, NextSequenceToRoaming = 0, LastReceivedFrom = NULL")),
              {},
              ""},
             {"reset-stuck laptop-1",
-             both(OnLaptop("UPDATE Company SET SyncState = 6"),
-                  OnRow("SyncState = 6, LastReceivedFrom = '20990101 00:00:00'")),
+             both(OnLaptop(atReset),
+                  OnRow("SyncState = 6, NextSequenceToRoaming = 0, LastReceivedFrom = '20990101 00:00:00'")),
+             {},
+             ""},
+            {"lost-reset laptop-1",
+             both(OnLaptop(atReset),
+                  both(OnRow("SyncState = 5, NextSequenceToRoaming = 4"), [&] { dealer_.Main().RunPass(); })),
              {},
              ""},
             {"never-asked laptop-1", OnLaptop("UPDATE Company SET SyncState = 0"), {}, ""},
@@ -382,8 +388,9 @@ TEST_F(Doctor, NamesFilesThatNobodyWillTake) {
         EXPECT_EQ(Troubles(WithAll()), minutes > 60 ? "unfinished-copy " + copy : "");
     }
     isNamedByItself("unfinished-copy", copy);
-    write(laptop + "~x~20261121T141000.rhb");
+    const std::string young = write(laptop + "~x~20261121T141000.rhb");
     EXPECT_EQ(Troubles(WithAll()), "");
+    Without(young)();
     isNamed("heartbeat-unanswered", write(laptop + "~x~20261121T135900.rhb"), "main", "agent runs");
     isNamed("not-a-sync-file", "b.zip", write("b.zip"), "b.zip");
 

@@ -187,7 +187,7 @@ TEST_F(ExchangeCommands, FindsAndShowsOrderBackups) {
     EXPECT_EQ(JsonAt(listed, "$[0].archive"), newer);
     EXPECT_EQ(JsonAt(listed, "$[0].order"), "7");
     EXPECT_EQ(JsonAt(listed, "$[1].archive"), older);
-    EXPECT_EQ(JsonAt(listed, "$[2].order") + " " + JsonAt(listed, "$[2].savedOn"), "A~7 2026-10-22 00:00:02");
+    EXPECT_EQ(JsonAt(listed, "$[2].order") + " " + JsonAt(listed, "$[2].savedOn"), "A~7 2026-10-22T00:00:02Z");
     EXPECT_EQ(JsonAt(listed, "$[3].order"), "");
     EXPECT_NE(Run("main", {"order", "list", dealer_.Main().Psd()}).find("no order backups"), std::string::npos);
     Run("main", {"order", "list"}, 1);

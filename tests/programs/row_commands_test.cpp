@@ -46,7 +46,7 @@ TEST_F(Qndr5ctlRows, EditsRowsAsTheApplicationDoes) {
 
     const std::string shown = MustRun({"show", main_, "Customers", customer, "--json"});
     EXPECT_EQ(JsonAt(shown, "$.LastName"), "O'Hara; --");
-    EXPECT_EQ(JsonAt(shown, "$.CreatedOn"), "2026-11-22 19:08:52");
+    EXPECT_EQ(JsonAt(shown, "$.CreatedOn"), "2026-11-22T19:08:52Z");
     EXPECT_EQ(AuditRows(), "Terms1 Customers1 Customers2 Customers2");
 
     MustRun({"delete", main_, "Customers", customer});
@@ -183,7 +183,7 @@ TEST_F(Qndr5ctlRows, ShowsTheRecordsThatWerePutAside) {
     OnDatabase("Main",
                "INSERT INTO ImportProblems (TableName, RowUniqueID, OccurredOn, Reason, RecordXml) VALUES"
                " ('Terms', NULL, '20261122 19:08:52', 'no' || char(27) || '[2J', '<Record>a&#13;\n</Record>')");
-    EXPECT_EQ(JsonAt(MustRun({"problems", "list", main_, "--json"}), "$[0].occurredOn"), "2026-11-22 19:08:52");
+    EXPECT_EQ(JsonAt(MustRun({"problems", "list", main_, "--json"}), "$[0].occurredOn"), "2026-11-22T19:08:52Z");
     EXPECT_EQ(JsonAt(MustRun({"problems", "show", main_, "1", "--json"}), "$.recordXml"),
               "<Record>a&#13;\n</Record>");
     EXPECT_EQ(MustRun({"problems", "show", main_, "1"}).find('\x1B'), std::string::npos);

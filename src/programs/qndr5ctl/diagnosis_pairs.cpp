@@ -223,8 +223,17 @@ class PairSection {
     }
 
     void LookAtReset() {
-        if (LaptopState() == SyncStateResetPending && RowState() == SyncStateReady &&
-            !traffic_.HasResetRequest() && !traffic_.HasResetData()) {
+        if (LaptopState() != SyncStateResetPending || traffic_.HasResetRequest() ||
+            RowState().value_or(SyncStateReady) != SyncStateReady) {
+            return;
+        }
+        const auto lying = traffic_.SequencesToLaptop();
+        const std::int64_t expected = pair_.laptop->facts.nextSequenceFromMain;
+        if (traffic_.HasResetData() && !lying.contains(expected)) {
+            Tell(troubles::LostReset, "It awaits the full data of a reset and the number " +
+                                          std::to_string(expected) + ", and what lies there for it begins with " +
+                                          std::to_string(lying.begin()->first) + ".");
+        } else if (pair_.row != nullptr && !traffic_.HasResetData()) {
             Tell(troubles::LostReset, "It awaits the full data of a reset, no file of it is on its way, and " +
                                           MainName() + " has it at " + RowInWords() +
                                           ": the request or the data was lost.");

@@ -250,6 +250,15 @@ Judgement JudgeMisnamed(const FolderFile& file, const Files& files, const std::v
                              : "; under a right one: " + judgement.text)};
 }
 
+/// Whether a file of that number already lies there for the addressee, who then needs no other.
+bool IsThere(const FoundSyncFile& entry, const std::vector<FolderFile>& files) {
+    return std::any_of(files.begin(), files.end(), [&](const FolderFile& other) {
+        return other.kind == FileKind::SyncFile && EqualIdentities(other.entry.To, entry.To) &&
+               EqualIdentities(other.entry.From, entry.From) && other.entry.Sequence == entry.Sequence &&
+               other.entry.SyncState == entry.SyncState && other.entry.IsSyncReset == entry.IsSyncReset;
+    });
+}
+
 } // namespace
 
 std::string AddresseeOf(const FolderFile& file, const std::vector<FolderFile>& files,
@@ -264,7 +273,8 @@ std::string AddresseeOf(const FolderFile& file, const std::vector<FolderFile>& f
         FolderFile addressed = file;
         addressed.kind = FileKind::SyncFile;
         addressed.entry.To = NormalizeUniqueID(company.uniqueID);
-        const Fate fate = isPartner ? JudgeSyncFile(addressed, files, companies).fate : Fate::Nobody;
+        const bool isMissed = isPartner && !IsThere(addressed.entry, files);
+        const Fate fate = isMissed ? JudgeSyncFile(addressed, files, companies).fate : Fate::Nobody;
         if (fate == Fate::Taken || fate == Fate::Waits) {
             partners.push_back(addressed.entry.To);
         }

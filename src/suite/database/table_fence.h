@@ -19,8 +19,8 @@ class TableFence {
 
     /// As SqliteConnection::Prepare. The statement reads, writes and calls nothing but these names, given in lower
     /// case, and what views and triggers of the database do at its behest; it changes no schema, attaches nothing,
-    /// sets no PRAGMA and has no WITH, and leaves Company's CompanyType and UniqueID, which say what the company is,
-    /// as they are. Anything else is refused.
+    /// sets no PRAGMA and has no WITH, and leaves Company's CompanyType and UniqueID, which say what the company
+    /// is, as they are. Anything else is refused.
     SqliteStatement Prepare(std::string_view sql, std::set<std::string> names);
 
   private:

@@ -103,6 +103,9 @@ ZipReader::Result ZipReader::OpenArchive() {
 /// Looks at the numbers of the long form, which stand for more than a short one can claim.
 ZipReader::Result ZipReader::CheckClaims() {
     const auto size = static_cast<std::uint64_t>(facts_.size);
+    if (size == 0) {
+        return Fail(Result::Damaged, "it is empty"); // which the library takes for an archive without entries
+    }
     const std::size_t tailLength = static_cast<std::size_t>(std::min<std::uint64_t>(size, kTail));
     std::string tail;
     if (const Result result = ReadBytes(size - tailLength, tail, tailLength); result != Result::Done) {
