@@ -1,4 +1,5 @@
 #include "programs/qndr5ctl_fixture.h"
+#include "suite/company/company_schema.h"
 #include "support/dealer.h"
 #include "support/scripted_gate.h"
 
@@ -451,6 +452,9 @@ TEST_F(Doctor, NamesWhatIsWrongWithACompany) {
              OnMain("UPDATE CompanyEvents SET OccurredOn = '20261121 00:00:00'"), "qndr5ctl stop"},
             {"company-not-opened " + broken, [&] { std::ofstream(broken) << ""; }, [&] { fs::remove(broken); },
              broken},
+            {"older-company " + dealer_.Main().Psd(), OnMain("UPDATE SchemaVersion SET Version = 5"),
+             OnMain("UPDATE SchemaVersion SET Version = " + std::to_string(suite::CompanySchemaVersion)),
+             "make a pass"},
             {"same-database main", copyHere(dealer_.Main().Psd(), "copy of dealer.psd"), {}, ""},
             {"misplaced-workstation laptop-1", linked, [&] { fs::remove(here + "/x.psd"); },
              "Move '" + here + "/x.psd'"},

@@ -123,10 +123,22 @@ void DiagnoseTwins(const ObservedCompany& first, const ObservedCompany& second, 
 
 void DiagnoseCompanies(const Observations& seen, Findings& findings) {
     for (const UnopenedCompany& company : seen.unopened) {
-        findings.Add(company.isDamaged ? troubles::DatabaseDamaged : troubles::CompanyNotOpened, company.file,
-                     (company.isDamaged ? "The database is damaged: " : "The company cannot be opened: ") +
-                         company.reason,
-                     company.file);
+        switch (company.because) {
+        case UnopenedCompany::Because::NotOpened:
+            findings.Add(troubles::CompanyNotOpened, company.file,
+                         "The company cannot be opened: " + company.reason, company.file);
+            break;
+        case UnopenedCompany::Because::Damaged:
+            findings.Add(troubles::DatabaseDamaged, company.file, "The database is damaged: " + company.reason,
+                         company.file);
+            break;
+        case UnopenedCompany::Because::Older:
+            findings.Add(troubles::CompanyOlder, company.file,
+                         "Nothing more can be said: " + company.reason +
+                             ", which the next pass of its agent brings up to date.",
+                         company.file);
+            break;
+        }
     }
     for (auto company = seen.companies.begin(); company != seen.companies.end(); ++company) {
         DiagnoseCompany(*company, seen, findings);

@@ -53,9 +53,11 @@ struct ObservedCompany {
 
 /// A company file behind which there is no company that can be asked.
 struct UnopenedCompany {
+    enum class Because { NotOpened, Damaged, Older };
+
     std::string file;
     std::string reason;
-    bool isDamaged = false; ///< it opens, but cannot be read
+    Because because = Because::NotOpened; ///< a damaged one opens, but cannot be read
 };
 
 /// A place with little room.

@@ -29,7 +29,7 @@ KnownCompanies AskCompanies(const ControlContext& context, const std::vector<std
     KnownCompanies known;
     for (const std::string& file : named.empty() ? CompanyFilesHere(context) : named) {
         try {
-            const OpenedCompany company(context, file);
+            const OpenedCompany company(context, file, OpenedCompany::Older::Leave);
             if (company.IsMain() || company.IsRoaming()) {
                 known.facts.push_back(FactsOf(company));
             }

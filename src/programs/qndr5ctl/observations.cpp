@@ -168,7 +168,7 @@ void OpenCompany(const ControlContext& context, const std::string& file, bool is
     bool isOpen = false;
     std::string damage;
     try {
-        Company company{std::make_unique<OpenedCompany>(context, file), {}};
+        Company company{std::make_unique<OpenedCompany>(context, file, OpenedCompany::Older::Leave), {}};
         isOpen = true;
         damage = DamageOf(company.opened->Database());
         company.observed.file = file;
@@ -179,10 +179,14 @@ void OpenCompany(const ControlContext& context, const std::string& file, bool is
         if (company.opened->IsMain() || company.opened->IsRoaming()) {
             companies.push_back(std::move(company));
         } else {
-            seen.unopened.push_back({file, "its type is neither main company nor Roaming Workstation", false});
+            seen.unopened.push_back({file, "its type is neither main company nor Roaming Workstation", {}});
         }
+    } catch (const OlderCompany& failure) {
+        seen.unopened.push_back({file, failure.what(), UnopenedCompany::Because::Older});
     } catch (const Failure& failure) {
-        seen.unopened.push_back({file, damage.empty() ? failure.what() : damage, isOpen});
+        seen.unopened.push_back(
+            {file, damage.empty() ? failure.what() : damage,
+             isOpen ? UnopenedCompany::Because::Damaged : UnopenedCompany::Because::NotOpened});
     }
 }
 

@@ -21,7 +21,7 @@ suite::SqliteConnection& ConnectionOf(services::SharedCodeLibrary& library) {
 
 } // namespace
 
-OpenedCompany::OpenedCompany(const ControlContext& context, const std::string& psdFile)
+OpenedCompany::OpenedCompany(const ControlContext& context, const std::string& psdFile, Older older)
     : psdFile_(psdFile), library_(context.services.objects.CreateSharedCodeLibrary()) {
     const auto manager = context.services.objects.CreateCompanyManager();
     if (!library_ || !manager) {
@@ -40,9 +40,14 @@ OpenedCompany::OpenedCompany(const ControlContext& context, const std::string& p
         library_->SetPSDFile(psdFile);
         connection_ = &ConnectionOf(*library_);
         if (suite::IsCompany(*connection_)) {
+            if (older == Older::Leave && suite::ReadSchemaVersion(*connection_) < suite::CompanySchemaVersion) {
+                throw OlderCompany("the company of '" + psdFile + "' is of an older version");
+            }
             suite::BringUpToDate(*connection_, context.services.clock);
             return;
         }
+    } catch (const OlderCompany&) {
+        throw;
     } catch (const Failure& failure) {
         throw Failure("the database of '" + psdFile + "' cannot be opened: " + failure.what());
     }

@@ -2,6 +2,7 @@
 
 #include "programs/qndr5ctl/control_context.h"
 #include "programs/qndr5ctl/json.h"
+#include "services/failure.h"
 #include "suite/database/sqlite_connection.h"
 
 #include <memory>
@@ -9,11 +10,22 @@
 
 namespace qndr::control {
 
+/// What is raised for a company of an older version that was to be left as it is.
+class OlderCompany : public services::Failure {
+  public:
+    using services::Failure::Failure;
+};
+
 /// A company opened to be looked at or edited, beside an agent that may be at work on it. Never makes a database.
 class OpenedCompany {
   public:
+    enum class Older {
+        BringUpToDate,
+        Leave ///< raises OlderCompany
+    };
+
     /// Raises services::Failure when the file is no company file, names no database, or that cannot be opened.
-    OpenedCompany(const ControlContext& context, const std::string& psdFile);
+    OpenedCompany(const ControlContext& context, const std::string& psdFile, Older older = Older::BringUpToDate);
     ~OpenedCompany();
     OpenedCompany(const OpenedCompany&) = delete;
     OpenedCompany& operator=(const OpenedCompany&) = delete;

@@ -114,6 +114,10 @@ inline constexpr TroubleKind FileInFormerFolder{
 
 inline constexpr TroubleKind CompanyNotOpened{"company-not-opened", Severity::Error,
                                               "Mend {0} or its database, or take the file out of the folder"};
+inline constexpr TroubleKind CompanyOlder{"older-company",
+                                          Severity::Warning,
+                                          "Let its agent make a pass, or bring it up to date at once",
+                                          {"qndr5ctl company show {0}"}};
 inline constexpr TroubleKind DatabaseDamaged{
     "database-damaged", Severity::Error,
     "Stop the agent and put a backup of the database of {0} in its place; a workstation can also be made "
