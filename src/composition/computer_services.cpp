@@ -105,6 +105,7 @@ ComputerServices::ComputerServices(const suite::Computer& computer, const TimeSe
                                    services::CallGate* gate, suite::FileReads* reads)
     : parts_(std::make_unique<Parts>(computer, time, programName, switchNames, gate, reads)) {
     suite::KeepNewFilesPrivate();
+    suite::ReturnLargeBlocks();
 }
 
 ComputerServices::~ComputerServices() = default;

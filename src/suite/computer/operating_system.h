@@ -19,6 +19,13 @@ std::string UserName();
 /// it was started with. What others shall use is opened to them file by file.
 void KeepNewFilesPrivate();
 
+/// Lets what a large block of memory took go back to the system with it. Otherwise a process that has read one
+/// large record would keep its room, several times.
+void ReturnLargeBlocks();
+
+/// Gives back to the system what this process does not use at the moment.
+void ReturnUnusedMemory();
+
 /// The places that the platform's habits give to this user's programs. Raises services::Failure when no home is
 /// known.
 Computer UsualPlaces(const std::string& name);

@@ -142,7 +142,7 @@ void ExportWriter::WriteRecord(const Source& source, const ExportList::Kind& kin
     }
     text_ += '>';
     for (std::size_t i = 0; i < source.columns.size(); ++i) {
-        source.elements[i].AppendColumn(text_, row.Handle(), source.columns[i]);
+        source.elements[i].AppendColumn(text_, row.Handle(), source.columns[i], spill_);
     }
     text_ += "</Record>\n";
     ++records_;

@@ -58,6 +58,7 @@ class ExportWriter {
 
     const SqliteConnection& connection_;
     ExportFile& file_;
+    XmlColumn::Spill spill_ = [this] { FlushBeyond(0); };
     ExportOrigin origin_;
     TableFence fence_;
     std::string own_;

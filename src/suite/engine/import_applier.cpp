@@ -1,5 +1,7 @@
 #include "suite/engine/import_applier.h"
 
+#include "suite/computer/operating_system.h"
+
 #include <sqlite3.h>
 
 namespace qndr::suite {
@@ -55,6 +57,7 @@ void ImportApplier::Apply(const ImportBatch& batch) {
         // Only the memory is meant: what cannot be written here fails at the record.
         sqlite3_db_cacheflush(connection_.Handle());
         smallCache.emplace(connection_, LargeRecordCacheKibibytes);
+        ReturnUnusedMemory();
     }
     for (const ImportRecord& record : batch.records) {
         Apply(batch, record);

@@ -23,6 +23,9 @@ ImportPipe::~ImportPipe() {
 const ImportBatch* ImportPipe::Next() {
     std::unique_lock lock(mutex_);
     if (inUse_ != nullptr) {
+        if (inUse_->text.capacity() > bounds::LargeRecord) {
+            std::string().swap(inUse_->text);
+        }
         free_.push_back(inUse_);
         inUse_ = nullptr;
         changed_.notify_all();

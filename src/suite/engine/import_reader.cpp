@@ -90,9 +90,6 @@ ImportReader::ImportReader(const std::string& path, UnknownTables unknownTables)
 }
 
 bool ImportReader::Read(ImportBatch& batch) {
-    if (batch.text.capacity() > bounds::LargeRecord) {
-        std::string().swap(batch.text);
-    }
     batch.text.clear();
     batch.values.clear();
     batch.records.clear();

@@ -71,6 +71,19 @@ std::string_view ReferenceFor(char c) {
     }
 }
 
+/// Bytes; a multiple of three, so that the base64 of a piece ends without padding.
+constexpr std::size_t PieceLength = 768U * 1024;
+
+template <typename Append>
+void InPieces(std::string_view value, const XmlColumn::Spill& spill, const Append& append) {
+    while (spill && value.size() > PieceLength) {
+        append(value.substr(0, PieceLength));
+        value.remove_prefix(PieceLength);
+        spill();
+    }
+    append(value);
+}
+
 } // namespace
 
 bool IsUtf8(std::string_view text) {
@@ -124,28 +137,30 @@ void XmlColumn::AppendReal(std::string& out, double number) const {
     out += close_;
 }
 
-void XmlColumn::AppendText(std::string& out, std::string_view text) const {
+void XmlColumn::AppendText(std::string& out, std::string_view text, const Spill& spill) const {
     const std::uint8_t classes = ClassesOf(text);
     if ((classes & Forbidden) != 0 || ((classes & Multibyte) != 0 && !IsUtf8(text))) {
-        AppendBytes(out, text);
+        AppendBytes(out, text, spill);
         return;
     }
     out += open_;
-    if ((classes & Reference) != 0) {
-        AppendXmlText(out, text);
-    } else {
-        out += text;
-    }
+    InPieces(text, spill, [&](std::string_view piece) {
+        if ((classes & Reference) != 0) {
+            AppendXmlText(out, piece);
+        } else {
+            out += piece;
+        }
+    });
     out += close_;
 }
 
-void XmlColumn::AppendBytes(std::string& out, std::string_view bytes) const {
+void XmlColumn::AppendBytes(std::string& out, std::string_view bytes, const Spill& spill) const {
     out += openEncoded_;
-    AppendBase64(out, bytes);
+    InPieces(bytes, spill, [&](std::string_view piece) { AppendBase64(out, piece); });
     out += close_;
 }
 
-void XmlColumn::AppendColumn(std::string& out, sqlite3_stmt* row, int column) const {
+void XmlColumn::AppendColumn(std::string& out, sqlite3_stmt* row, int column, const Spill& spill) const {
     switch (sqlite3_column_type(row, column)) {
     case SQLITE_INTEGER:
         AppendInteger(out, sqlite3_column_int64(row, column));
@@ -155,12 +170,12 @@ void XmlColumn::AppendColumn(std::string& out, sqlite3_stmt* row, int column) co
         return;
     case SQLITE_TEXT: {
         const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(row, column));
-        AppendText(out, {text, static_cast<std::size_t>(sqlite3_column_bytes(row, column))});
+        AppendText(out, {text, static_cast<std::size_t>(sqlite3_column_bytes(row, column))}, spill);
         return;
     }
     case SQLITE_BLOB: {
         const auto* bytes = static_cast<const char*>(sqlite3_column_blob(row, column));
-        AppendBytes(out, {bytes, static_cast<std::size_t>(sqlite3_column_bytes(row, column))});
+        AppendBytes(out, {bytes, static_cast<std::size_t>(sqlite3_column_bytes(row, column))}, spill);
         return;
     }
     default:

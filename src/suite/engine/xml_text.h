@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,10 @@ bool IsUtf8(std::string_view text);
 /// The element of one column of an exchange file, and the forms in which a value stands in it.
 class XmlColumn {
   public:
+    /// Called between the pieces of a long value, to take out what was appended so far: otherwise such a value
+    /// would be in memory several times.
+    using Spill = std::function<void()>;
+
     explicit XmlColumn(std::string_view name);
 
     void AppendNull(std::string& out) const { out += null_; }
@@ -25,10 +30,10 @@ class XmlColumn {
     /// The shortest text that reads back as the same double.
     void AppendReal(std::string& out, double number) const;
     /// Text that XML cannot carry (control characters, bytes that are no UTF-8) goes as base64.
-    void AppendText(std::string& out, std::string_view text) const;
-    void AppendBytes(std::string& out, std::string_view bytes) const;
+    void AppendText(std::string& out, std::string_view text, const Spill& spill = {}) const;
+    void AppendBytes(std::string& out, std::string_view bytes, const Spill& spill = {}) const;
     /// The column of a row, after its storage class.
-    void AppendColumn(std::string& out, sqlite3_stmt* row, int column) const;
+    void AppendColumn(std::string& out, sqlite3_stmt* row, int column, const Spill& spill) const;
 
   private:
     std::string open_;

@@ -10,6 +10,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 #include <pwd.h>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -56,6 +59,19 @@ std::string HostName() {
 std::string UserName() {
     const passwd* user = getpwuid(geteuid());
     return user == nullptr ? "user " + std::to_string(geteuid()) : user->pw_name;
+}
+
+void ReturnLargeBlocks() {
+#ifdef __GLIBC__
+    constexpr int largeBytes = 1024 * 1024;
+    mallopt(M_MMAP_THRESHOLD, largeBytes); // which otherwise grows with the blocks that are given back
+#endif
+}
+
+void ReturnUnusedMemory() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
 }
 
 void KeepNewFilesPrivate() {
