@@ -9,6 +9,12 @@ namespace {
 /// failure shows in the passes behind it.
 constexpr double Weak = 0.06;
 constexpr double WeakOften = 0.1;
+/// Of the calls on whose answer it hangs whether a file counts as made, as sent or as taken.
+constexpr double DecisiveWeak = 0.4;
+const std::set<std::string, std::less<>> Decisive{
+    "Database.ExecuteNonQuery",        "Engine.DoExport",  "FileTools.CopyFile",
+    "PathTools.CreateTemporaryFolder", "ZipEntry.Extract",
+};
 /// What is small still finds room on a full disk.
 constexpr double FullOften = 0.7;
 
@@ -104,7 +110,7 @@ bool FaultGate::IsRefused(const std::string& call) {
     }
     const auto [weak, isNew] = weak_.try_emplace(call, false);
     if (isNew) {
-        weak->second = random_.Chance(Weak);
+        weak->second = random_.Chance(Decisive.contains(call) ? DecisiveWeak : Weak);
     }
     if (!random_.Chance(weak->second ? WeakOften : rate)) {
         return false;

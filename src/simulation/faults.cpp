@@ -17,7 +17,7 @@ constexpr std::array<Kind, FaultCount> Kinds{{
     {"lock-database", 0.05},  {"share-fails", 0.02},     {"stop-agent", 0.03},      {"edit-in-pass", 0.004},
     {"lose-file", 0.03},      {"delay-file", 0.3},       {"double-file", 0.05},     {"truncate-file", 0.03},
     {"empty-file", 0.1},      {"bring-back-file", 0.05}, {"refuse-deletion", 0.05}, {"shuffle-listing", 0.5},
-    {"jump-clock", 0.04},     {"drift-clock", 0.3},      {"sleep", 0.05},           {"reset", 0.02},
+    {"jump-clock", 0.04},     {"drift-clock", 0.3},      {"sleep", 0.05},           {"reset", 0.05},
     {"restore-backup", 0.01},
 }};
 

@@ -91,6 +91,7 @@ class Judge {
     void DemandFullData(const std::string& name, std::int64_t lastAudit);
     void NoteDropped(const std::string& name);
     void NoteIncomplete(const std::string& name);
+    void NoteAstray(const std::string& name);
     void DemandNoted(const std::string& name);
     bool IsNewer(const std::string& id, std::int64_t audit) const;
     bool Lacks(const DroppedFile& file, const std::string& table, const std::string& id) const;

@@ -124,7 +124,8 @@ void Judge::DemandRetired(const std::string& name, const DroppedFile& file) {
     const std::int64_t asked = descriptor.state == SyncFileInitialSyncRequest ? SyncStateInitialSyncRequired
                                : descriptor.state == SyncFileReady            ? SyncStateReady
                                                                               : SyncStateResetPending;
-    if (asks && states.contains(asked)) {
+    // One that does not say from whom it is was told as incomplete when it was dropped.
+    if (asks && (states.contains(asked) || descriptor.from.empty())) {
         return;
     }
     if (!asks || !watch_.HasFailedUpdate()) {

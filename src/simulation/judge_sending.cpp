@@ -160,10 +160,31 @@ void Judge::NoteDropped(const std::string& name) {
                     "drops " + name + ", state " + std::to_string(file.descriptor.state) + ", sequence " +
                         std::to_string(file.descriptor.sequence) + (file.descriptor.isReset ? ", full data" : ""));
     const bool isNobodys = file.descriptor.from.empty();
+    const bool goesAstray = file.descriptor.state == SyncFileReady && name.starts_with("MAIN~");
     files_.Add(name, std::move(file));
     if (isNobodys) {
         NoteIncomplete(name);
     }
+    if (goesAstray) {
+        NoteAstray(name);
+    }
+}
+
+/// The workstation could not read whose data it took, and from now on all that it sends is for nobody.
+void Judge::NoteAstray(const std::string& name) {
+    const std::size_t workstation = files_.Find(name)->workstation;
+    const bool wasNamed = std::none_of(files_.All().begin(), files_.All().end(), [&](const auto& entry) {
+        const DroppedFile& file = entry.second;
+        return file.workstation == workstation && file.descriptor.state == SyncFileInitialSync &&
+               file.descriptor.from.empty();
+    });
+    if (wasNamed && gate_->WasQuiet()) {
+        Accuse("it acknowledges its first data to nobody, and nothing has gone wrong");
+    }
+    KnownLoss astray = Loss(loss::NoAcknowledge, workstation, name);
+    astray.breaksStep = true;
+    astray.wholeNumbering = true;
+    Note(std::move(astray));
 }
 
 /// Its descriptor says less than it should.

@@ -7,11 +7,11 @@
 namespace qndr::testing {
 namespace {
 
-TEST(Canary, IsCaughtWithinTwelveDaysThatAreWellWithoutIt) {
-    for (std::uint64_t number = 0; number < DaysInAGroup; ++number) {
-        const auto result = LiveADay(0, number);
+TEST(Canary, IsCaughtWithinTwelveRunsThatAreWellWithoutIt) {
+    for (std::uint64_t number = 0; number < RunsInAGroup; ++number) {
+        const auto result = LiveRun(CanaryGroup, number);
         if (!result.violation.empty()) {
-            std::cout << "caught by day " << number << ": " << result.violation << '\n';
+            std::cout << "caught by run " << number << ": " << result.violation << '\n';
             return;
         }
     }

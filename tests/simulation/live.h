@@ -30,24 +30,29 @@ class PresentFolder {
     std::filesystem::path before_ = std::filesystem::current_path();
 };
 
-/// A day of main and that many workstations, and the time until all is quiet.
-inline simulation::SimulationResult Live(std::uint64_t seed, const Faults& faults, int workstations) {
+/// Days of main and that many workstations, and the time until all is quiet.
+inline simulation::SimulationResult Live(std::uint64_t seed, const Faults& faults, int workstations,
+                                         int days = 1) {
     const test::TemporaryFolder folder(test::QuickPlace());
     const PresentFolder present(folder.Path());
-    return simulation::Simulation(
-               {.seed = seed, .workstations = workstations, .days = 1, .faults = faults, .folder = folder.Path()})
+    return simulation::Simulation({.seed = seed,
+                                   .workstations = workstations,
+                                   .days = days,
+                                   .faults = faults,
+                                   .folder = folder.Path()})
         .Run();
 }
 
 /// How to see it again, what it was and what led to it; empty when nothing was.
-inline std::string Describe(std::uint64_t seed, int workstations, const simulation::SimulationResult& result) {
+inline std::string Describe(std::uint64_t seed, int workstations, int days,
+                            const simulation::SimulationResult& result) {
     if (result.violation.empty()) {
         return "";
     }
     constexpr std::size_t shown = 40;
-    std::string text = "qndr5sim --days 1 --seed " + std::to_string(seed) + " --workstations " +
-                       std::to_string(workstations) + " --faults " + result.faultsInPlan + '\n' +
-                       result.violation + '\n';
+    std::string text = "qndr5sim --days " + std::to_string(days) + " --seed " + std::to_string(seed) +
+                       " --workstations " + std::to_string(workstations) + " --faults " + result.faultsInPlan +
+                       '\n' + result.violation + '\n';
     const std::size_t count = result.lastEvents.size();
     for (std::size_t event = count > shown ? count - shown : 0; event < count; ++event) {
         text += result.lastEvents[event] + '\n';
@@ -55,17 +60,22 @@ inline std::string Describe(std::uint64_t seed, int workstations, const simulati
     return text;
 }
 
-/// Days with some of all faults, in groups.
-inline constexpr std::uint64_t DaysInAGroup = 12;
-inline std::uint64_t SeedOfDay(std::uint64_t group, std::uint64_t number) {
+/// Runs with some of all faults, in groups.
+inline constexpr std::uint64_t RunsInAGroup = 12;
+/// The runs in which the canaries must be caught, and which are well without them.
+inline constexpr std::uint64_t CanaryGroup = 10;
+inline std::uint64_t SeedOfRun(std::uint64_t group, std::uint64_t number) {
     return Seed(100'000 + 100 * group + number);
+}
+inline int DaysOf(std::uint64_t group) {
+    return group == CanaryGroup ? 4 : 1;
 }
 inline int WorkstationsOf(std::uint64_t seed) {
     return 1 + static_cast<int>(seed % 2);
 }
-inline simulation::SimulationResult LiveADay(std::uint64_t group, std::uint64_t number) {
-    const std::uint64_t seed = SeedOfDay(group, number);
-    return Live(seed, {}, WorkstationsOf(seed));
+inline simulation::SimulationResult LiveRun(std::uint64_t group, std::uint64_t number) {
+    const std::uint64_t seed = SeedOfRun(group, number);
+    return Live(seed, {}, WorkstationsOf(seed), DaysOf(group));
 }
 
 } // namespace qndr::testing
