@@ -50,9 +50,7 @@ class WatchedDatabase : public services::DatabaseWrapper {
 
     std::int32_t ExecuteNonQuery(const services::Statement& statement) override {
         const std::int32_t result = DatabaseWrapper::ExecuteNonQuery(statement);
-        if (result < 0) {
-            watch_.SeeFailedUpdate();
-        }
+        watch_.SeeUpdate(result);
         return result;
     }
 
@@ -86,6 +84,12 @@ void ImportWatch::BeginPass() {
     file_.clear();
     outcomes_.clear();
     hasFailedUpdate_ = false;
+    hasUpdatedNothing_ = false;
+}
+
+void ImportWatch::SeeUpdate(std::int32_t rows) {
+    hasFailedUpdate_ = hasFailedUpdate_ || rows < 0;
+    hasUpdatedNothing_ = hasUpdatedNothing_ || rows == 0;
 }
 
 ImportWatch::Outcome ImportWatch::OutcomeOf(const std::string& file) const {

@@ -2,6 +2,7 @@
 
 #include "services/object_factory.h"
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -27,17 +28,21 @@ class ImportWatch {
     Outcome OutcomeOf(const std::string& file) const;
     /// Whether a statement that writes failed in this pass, for whatever reason.
     bool HasFailedUpdate() const { return hasFailedUpdate_; }
+    /// Whether one found no row to write to.
+    bool HasUpdatedNothing() const { return hasUpdatedNothing_; }
 
     void SeeNoArchive();
     void SeeOpened(const std::string& path, bool succeeded);
     void SeeDataAskedFor(bool found) { outcomes_[file_] = found ? Outcome::Unfinished : Outcome::NoData; }
     void SeeImported(bool succeeded) { outcomes_[file_] = succeeded ? Outcome::Imported : Outcome::Refused; }
-    void SeeFailedUpdate() { hasFailedUpdate_ = true; }
+    /// How many rows were written; negative when the statement failed.
+    void SeeUpdate(std::int32_t rows);
 
   private:
     std::string file_;
     std::map<std::string, Outcome> outcomes_;
     bool hasFailedUpdate_ = false;
+    bool hasUpdatedNothing_ = false;
 };
 
 /// Creates what the factory behind it creates, with the watch looking on.

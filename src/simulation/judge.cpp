@@ -162,7 +162,10 @@ void Judge::Compare(std::size_t workstation, const End& before, const End& now) 
     }
     // A reset's data comes into an emptied log.
     const bool logMayBeEmpty = now.state == SyncStateInitialSyncRequested || before.state == SyncStateResetPending;
-    if (now.lastAudit < before.lastAudit && (AtMain() || !logMayBeEmpty)) {
+    // A first exchange's number that cannot be read is 0, and then everything travels once more.
+    const bool couldNotBeRead = AtMain() && now.state == SyncStateInitialSyncSent && now.lastAudit == 0 &&
+                                HasRefused({"Database.ExecuteScaler"});
+    if (now.lastAudit < before.lastAudit && (AtMain() ? !couldNotBeRead : !logMayBeEmpty)) {
         Accuse("LastAuditID of " + computers_[workstation]->Name() + " went back from " +
                std::to_string(before.lastAudit) + " to " + std::to_string(now.lastAudit));
     }
@@ -210,6 +213,9 @@ void Judge::CompareStates(std::size_t workstation, const End& before, const End&
             (file->descriptor.state != SyncFileInitialSync || file->epoch != pairing.laptopEpoch)) {
             KnownLoss old = Loss(loss::OldNumbering, workstation, watch_.File());
             old.breaksStep = true;
+            // The data that main sends for this numbering comes to a workstation that is ready, which passes it
+            // over.
+            old.number = FileNumber{0, pairing.laptopEpoch, 0};
             Note(std::move(old));
         }
         losses_.NoteMended(workstation, pairing.laptopEpoch);

@@ -97,6 +97,7 @@ class Judge {
     bool Lacks(const DroppedFile& file, const std::string& table, const std::string& id) const;
     std::set<std::string> ValuesOf(const std::string& table, const std::string& id) const;
     void NoteMissing(const std::string& name, const std::string& table, const std::string& id);
+    void NotePassedOver(std::size_t workstation, std::int64_t from, std::int64_t to);
 
     // judge_receiving.cpp: files that come in, and what becomes of them
     void DemandTaken(std::size_t workstation, const End& before, const End& now);

@@ -57,6 +57,11 @@ void Judge::DemandNumber(const std::string& name, const DroppedFile& file, const
     if (wrong != nullptr) {
         KnownLoss instead = Loss(wrong, file.workstation, name);
         instead.number = number;
+        if (file.epoch < number.epoch) {
+            // Both ends may have begun a numbering since, of which the other end does not know.
+            instead.number->epoch = file.epoch;
+            instead.laterNumberings = true;
+        }
         instead.breaksStep = true;
         Note(std::move(instead));
     }
@@ -128,7 +133,9 @@ void Judge::DemandRetired(const std::string& name, const DroppedFile& file) {
     if (asks && (states.contains(asked) || descriptor.from.empty())) {
         return;
     }
-    if (!asks || !watch_.HasFailedUpdate()) {
+    // Whose it is could not be read, so that the update found nobody.
+    const bool foundNobody = watch_.HasUpdatedNothing() && CouldNotBeRead();
+    if (!asks || (!watch_.HasFailedUpdate() && !foundNobody)) {
         Accuse(name + " is gone, and nothing has come of it");
     }
     KnownLoss refused = Loss(loss::RefusedUpdate, file.workstation, name);

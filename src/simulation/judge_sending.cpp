@@ -32,6 +32,7 @@ void Judge::DemandFile(std::size_t workstation, const End& before, const End& no
     }
     if (sentInitial) {
         initialSyncs_.insert(workstation);
+        NotePassedOver(workstation, before.lastAudit, now.lastAudit);
     }
     for (const std::string& name : folders_.Names(computer_)) {
         if (present_.contains(name) || !name.ends_with(".zip") || WorkstationOf(computer_, name) != workstation) {
@@ -60,6 +61,20 @@ void Judge::DemandFile(std::size_t workstation, const End& before, const End& no
     incomplete.number = FileNumber{computer_, EpochOf(workstation), before.nextOut};
     incomplete.breaksStep = true;
     Note(std::move(incomplete));
+}
+
+/// A workstation that was ready and is sent its first data again, because an old request came, gets nothing of
+/// what that data leaves out.
+void Judge::NotePassedOver(std::size_t workstation, std::int64_t from, std::int64_t to) {
+    suite::SqliteStatement changes = computers_[computer_]->Company().Prepare(
+        "SELECT TableName, AuditUniqueID FROM AuditLog WHERE ID > ? AND ID <= ?");
+    changes.Bind(1, from);
+    changes.Bind(2, to);
+    while (changes.Step()) {
+        if (!suite::IsWhollyExported(*suite::FindAuditedTable(changes.Text(0)))) {
+            losses_.AddToNumbering(workstation, std::string(changes.Text(1)));
+        }
+    }
 }
 
 /// Every change of the range is in the file with the values that the row has, unless it was changed once more
@@ -226,7 +241,8 @@ void Judge::DemandNoted(const std::string& name) {
     }
     KnownLoss twice = Loss(loss::SentTwice, file->workstation, name);
     twice.breaksStep = true;
-    if (descriptor.state == 0 && descriptor.sequence != SyncResetSequence) {
+    const bool isChange = descriptor.state == 0 && descriptor.sequence != SyncResetSequence;
+    if (isChange || descriptor.state == SyncFileInitialSync) {
         twice.number = file->Number();
     }
     Note(std::move(twice));

@@ -11,6 +11,17 @@ auto Identity(const KnownLoss& loss) {
     return std::tie(loss.workstation, loss.epoch, loss.number, loss.file);
 }
 
+bool HasNumber(const KnownLoss& loss, const FileNumber& number) {
+    return number.sender == loss.number->sender && number.sequence == loss.number->sequence &&
+           (number.epoch == loss.number->epoch || (loss.laterNumberings && number.epoch > loss.number->epoch));
+}
+
+bool Concerns(const KnownLoss& loss, const std::string& name, const DroppedFile& file) {
+    return file.workstation == loss.workstation &&
+           (name == loss.file || (loss.number && HasNumber(loss, file.Number())) ||
+            (loss.wholeNumbering && file.epoch >= loss.epoch));
+}
+
 } // namespace
 
 void KnownLosses::Note(KnownLoss loss, const std::string& computer) {
@@ -27,6 +38,14 @@ void KnownLosses::Note(KnownLoss loss, const std::string& computer) {
     losses_.push_back(std::move(loss));
 }
 
+void KnownLosses::AddToNumbering(std::size_t workstation, const std::string& id) {
+    for (KnownLoss& loss : losses_) {
+        if (loss.workstation == workstation && loss.wholeNumbering && IsOpen(loss)) {
+            loss.rows.insert(id);
+        }
+    }
+}
+
 /// A loss of the numbering in which the full data came is not mended by that data.
 bool KnownLosses::IsOpen(const KnownLoss& loss) const {
     const auto sound = sound_.find(loss.workstation);
@@ -35,10 +54,13 @@ bool KnownLosses::IsOpen(const KnownLoss& loss) const {
 
 bool KnownLosses::Carried(const KnownLoss& loss, const std::string& text) const {
     return std::any_of(files_.All().begin(), files_.All().end(), [&](const auto& entry) {
-        const auto& [name, file] = entry;
-        const bool concerns = name == loss.file || (loss.number && file.Number() == *loss.number) ||
-                              (loss.wholeNumbering && file.epoch >= loss.epoch);
-        return concerns && file.workstation == loss.workstation && file.Carries(text);
+        return Concerns(loss, entry.first, entry.second) && entry.second.Carries(text);
+    });
+}
+
+bool KnownLosses::CarriedToMain(const KnownLoss& loss, const std::string& id) const {
+    return std::any_of(files_.All().begin(), files_.All().end(), [&](const auto& entry) {
+        return Concerns(loss, entry.first, entry.second) && entry.second.sender != 0 && entry.second.Carries(id);
     });
 }
 
@@ -60,9 +82,10 @@ const char* KnownLosses::ExplainRow(std::size_t workstation, const std::string& 
     return nullptr;
 }
 
-const char* KnownLosses::ExplainValue(const std::string& value) const {
+const char* KnownLosses::ExplainValue(const std::string& value, const std::string& id) const {
     for (const KnownLoss& loss : losses_) {
-        if (loss.values.contains(value) || (loss.losesValues && Carried(loss, value))) {
+        const bool losesOwn = loss.losesValues && (Carried(loss, value) || CarriedToMain(loss, id));
+        if (loss.values.contains(value) || losesOwn) {
             return loss.name;
         }
     }

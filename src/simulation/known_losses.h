@@ -37,6 +37,7 @@ struct KnownLoss {
     /// A number of this sender's under which more than one file went out, or a file that was none of the
     /// numbering: what any file of that number carries may be missing.
     std::optional<FileNumber> number;
+    bool laterNumberings = false; ///< the files of that sequence in later numberings too
     std::string file;             ///< that it is about; empty when there is none
     bool losesValues = true;      ///< and not only the step: what the files carry is kept nowhere else
     bool wholeNumbering = false;  ///< whatever any file of the numbering carries may be missing
@@ -52,6 +53,8 @@ class KnownLosses {
 
     /// Takes it up; once, if it comes again.
     void Note(KnownLoss loss, const std::string& computer);
+    /// The row is another that the open losses of whole numberings of that workstation have cost it.
+    void AddToNumbering(std::size_t workstation, const std::string& id);
     /// The workstation has full data of that numbering: what was lost before differs no more.
     void NoteMended(std::size_t workstation, int epoch) { sound_[workstation] = epoch; }
 
@@ -59,14 +62,17 @@ class KnownLosses {
     const char* ExplainStep(std::size_t workstation) const;
     /// Why the row differs between main and the workstation.
     const char* ExplainRow(std::size_t workstation, const std::string& id) const;
-    /// Why the value stands nowhere any more. What was lost before a reset is lost behind it too.
-    const char* ExplainValue(const std::string& value) const;
+    /// Why the value of that row stands nowhere any more. What was lost before a reset is lost behind it too. A
+    /// workstation passes a value over in favour of its own version that it has sent, so that one is lost as well
+    /// when that version is.
+    const char* ExplainValue(const std::string& value, const std::string& id) const;
     /// Whether main may have taken a version of the row twice.
     bool ExplainsTwice(const std::string& id) const;
 
   private:
     bool IsOpen(const KnownLoss& loss) const;
     bool Carried(const KnownLoss& loss, const std::string& text) const;
+    bool CarriedToMain(const KnownLoss& loss, const std::string& id) const;
 
     const DroppedFiles& files_;
     Chronicle& chronicle_;

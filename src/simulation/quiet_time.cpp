@@ -150,10 +150,10 @@ void Simulation::DemandNothingTwice() const {
 
 /// A value is lost only with a file that carried it, or with a database that held it.
 void Simulation::DemandValues() {
-    for (const auto& [value, where] : users_->LostValues()) {
-        const char* const why = judge_->Losses().ExplainValue(value);
+    for (const auto& [value, place] : users_->LostValues()) {
+        const char* const why = judge_->Losses().ExplainValue(value, place.row);
         if (why == nullptr) {
-            throw Violation{"'" + value + "' (" + where + ") is lost, and no loss explains it"};
+            throw Violation{"'" + value + "' (" + place.words + ") is lost, and no loss explains it"};
         }
         chronicle_.Note("all", "'" + value + "' is lost: " + why);
         ++result_.lostValues[why];

@@ -85,7 +85,7 @@ void Users::Put(std::size_t computer, const std::string& table, const std::strin
     computers_[computer]->Company().Execute("INSERT INTO " + table + " (UniqueID, " + columns + ") VALUES ('" +
                                             id + "', " + entered + ") ON CONFLICT (UniqueID) DO UPDATE SET " +
                                             column + " = excluded." + column);
-    values_[value] = computers_[computer]->Name() + ", " + table + " " + id + " " + column;
+    values_[value] = {id, computers_[computer]->Name() + ", " + table + " " + id + " " + column};
     chronicle_.Note(computers_[computer]->Name(),
                     "enters '" + value + "' into " + table + " " + id + " " + column);
 }
@@ -123,8 +123,8 @@ std::set<std::string> Users::KeptValues(std::size_t computer) const {
     return values;
 }
 
-std::map<std::string, std::string> Users::LostValues() const {
-    std::map<std::string, std::string> lost = values_;
+std::map<std::string, Users::Place> Users::LostValues() const {
+    std::map<std::string, Place> lost = values_;
     for (const std::string& value : ValuesInRows(0)) {
         lost.erase(value);
     }

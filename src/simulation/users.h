@@ -36,13 +36,19 @@ class Users {
     /// From now on there are orders: main's are in no initial sync, so they come when all workstations are ready.
     void BeginOrders() { ordersHaveBegun_ = true; }
 
+    /// Where a value was entered.
+    struct Place {
+        std::string row; ///< its identity
+        std::string words;
+    };
+
     /// What stands in the computer's rows.
     std::set<std::string> ValuesInRows(std::size_t computer) const;
     /// What lost there against another version and is kept.
     std::set<std::string> KeptValues(std::size_t computer) const;
     /// The values that stand in no row of main's and are kept nowhere, each with where it was entered. A row of a
     /// workstation alone is no place for them: main's next change of it would overwrite them unseen.
-    std::map<std::string, std::string> LostValues() const;
+    std::map<std::string, Place> LostValues() const;
     std::int64_t Edits() const { return edits_; }
 
   private:
@@ -61,8 +67,8 @@ class Users {
     std::vector<SimulatedComputer*> computers_;
     SeededRandom random_;
     Chronicle& chronicle_;
-    std::vector<Row> rows_;                     ///< that somebody has made somewhere
-    std::map<std::string, std::string> values_; ///< that must not get lost, with where each was entered
+    std::vector<Row> rows_;               ///< that somebody has made somewhere
+    std::map<std::string, Place> values_; ///< that must not get lost
     bool ordersHaveBegun_ = false;
     std::int64_t edits_ = 0;
     std::int64_t entered_ = 0;
