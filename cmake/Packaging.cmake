@@ -4,7 +4,10 @@
 include(GNUInstallDirs)
 
 set(PACKAGING_DIR ${CMAKE_SOURCE_DIR}/packaging)
-set(PACKAGED_PROGRAMS qndr5ctl qndr5rwsyncd qndr5rwsync)
+set(PACKAGED_PROGRAMS qndr5ctl qndr5rwsyncd)
+if(QNDR_WINDOW)
+  list(APPEND PACKAGED_PROGRAMS qndr5rwsync)
+endif()
 
 # The newest entry of the packages' changelog is the version that is built.
 file(STRINGS ${PACKAGING_DIR}/changelog NEWEST_ENTRY LIMIT_COUNT 1)

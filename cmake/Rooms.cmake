@@ -34,6 +34,12 @@ function(qndr_room name)
   target_link_libraries(qndr_${name} PUBLIC qndr_flags ${ROOM_USES} ${ROOM_LIBRARIES})
 endfunction()
 
+# qndr_unoptimized(target): for what takes no time when it runs. Optimized and sanitized, it takes twice as long to
+# compile as that is worth.
+function(qndr_unoptimized target)
+  target_compile_options(${target} PRIVATE $<$<AND:$<CONFIG:Debug>,$<NOT:$<CXX_COMPILER_ID:MSVC>>>:-O0>)
+endfunction()
+
 # qndr_test(name SOURCES file... USES room... [LIBRARIES target...] [SHARDS n]): one test program for the tests of one
 # room. They run in one process, or shared out among n: started for each test, the sanitizers took most of the time.
 function(qndr_test name)
@@ -42,8 +48,10 @@ function(qndr_test name)
   list(TRANSFORM TEST_USES PREPEND qndr_)
   target_link_libraries(test_${name} PRIVATE qndr_flags ${TEST_USES} ${TEST_LIBRARIES} GTest::gtest GTest::gtest_main)
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-  # What the tests themselves do takes no time; optimized, they take twice as long to compile as they are worth.
-  target_compile_options(test_${name} PRIVATE $<$<AND:$<CONFIG:Debug>,$<NOT:$<CXX_COMPILER_ID:MSVC>>>:-O0>)
+  qndr_unoptimized(test_${name})
+  if(NOT "Qt6::Test" IN_LIST TEST_LIBRARIES) # which has everything compiled position independent
+    target_precompile_headers(test_${name} REUSE_FROM qndr_test_header)
+  endif()
   if(NOT TEST_SHARDS)
     add_test(NAME ${name} COMMAND test_${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES TIMEOUT 300)

@@ -133,29 +133,27 @@ void Show(const ControlContext& context, const ShowArguments& arguments) {
 
 } // namespace
 
-void AddCompanyCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "company", "Make companies, look at them, compare them");
+void AddCompanyCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group = program.AddGroup("company", "Make companies, look at them, compare them");
 
     const auto create = AddCommand<CreateArguments>(group, context, "create", "Make an empty company", Create);
-    create.app.add_option("FILE", create.arguments.file, "The .psd file to be written")->required();
-    create.app.add_option("--type", create.arguments.type, "What the company is")
-        ->required()
-        ->check(CLI::IsMember({"main", "roaming"}));
-    create.app.add_option("--name", create.arguments.name, "The company's name")->required();
-    create.app.add_option("--database", create.arguments.database,
-                          "The connection string \"Provider=SQLite;Data Source=PATH\"; a database beside FILE "
-                          "when it is not given");
-    CLI::Option* sample = create.app.add_option("--sample", create.arguments.sampleRows,
-                                                "Fill a main company with this many rows of sample data");
-    sample->check(CLI::Range(std::int64_t{1}, std::int64_t{100'000'000}));
-    create.app.add_option("--seed", create.arguments.seed, "The same seed gives the same sample data")
-        ->capture_default_str()
-        ->needs(sample);
+    create.app.Add("FILE", create.arguments.file, "The .psd file to be written").Required();
+    create.app.Add("--type", create.arguments.type, "What the company is").Required().OneOf({"main", "roaming"});
+    create.app.Add("--name", create.arguments.name, "The company's name").Required();
+    create.app.Add("--database", create.arguments.database,
+                   "The connection string \"Provider=SQLite;Data Source=PATH\"; a database beside FILE "
+                   "when it is not given");
+    const Option sample = create.app.Add("--sample", create.arguments.sampleRows,
+                                         "Fill a main company with this many rows of sample data");
+    sample.Between(1, 100'000'000);
+    create.app.Add("--seed", create.arguments.seed, "The same seed gives the same sample data")
+        .ShowDefault()
+        .Needs(sample);
 
     const auto show =
         AddCommand<ShowArguments>(group, context, "show", "How far a company's exchange has come", Show);
-    show.app.add_option("FILE", show.arguments.file, "The company's .psd file")->required();
-    AddJsonFlag(show.app, show.arguments.json);
+    show.app.Add("FILE", show.arguments.file, "The company's .psd file").Required();
+    show.app.AddJsonFlag(show.arguments.json);
 
     AddCompareCommand(group, context);
 }

@@ -115,16 +115,16 @@ void Compare(const ControlContext& context, const CompareArguments& arguments) {
 
 } // namespace
 
-void AddCompareCommand(CLI::App& companyGroup, const ControlContext& context) {
+void AddCompareCommand(const CommandLine& companyGroup, const ControlContext& context) {
     const auto compare =
         AddCommand<CompareArguments>(companyGroup, context, "compare",
                                      "Compare the rows of two companies; exit status 1 when they differ", Compare);
-    compare.app.add_option("A", compare.arguments.left, "A .psd file")->required();
-    compare.app.add_option("B", compare.arguments.right, "Another .psd file")->required();
-    compare.app.add_flag("--all", compare.arguments.all,
-                         "Count as missing also what main alone has and full data does not carry");
-    compare.app.add_flag("--rows", compare.arguments.rows, "Name each row that is not the same, and its columns");
-    AddJsonFlag(compare.app, compare.arguments.json);
+    compare.app.Add("A", compare.arguments.left, "A .psd file").Required();
+    compare.app.Add("B", compare.arguments.right, "Another .psd file").Required();
+    compare.app.AddFlag("--all", compare.arguments.all,
+                        "Count as missing also what main alone has and full data does not carry");
+    compare.app.AddFlag("--rows", compare.arguments.rows, "Name each row that is not the same, and its columns");
+    compare.app.AddJsonFlag(compare.arguments.json);
 }
 
 } // namespace qndr::control

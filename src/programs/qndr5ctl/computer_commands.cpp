@@ -127,30 +127,29 @@ void Role(const ControlContext& context, const RoleArguments& arguments) {
     context.out << (role == Unset ? "main (not set)" : role != 0 ? "roaming" : "main") << '\n';
 }
 
-void AddProfileOption(CLI::App& command, std::string& profile) {
-    command.add_option("--profile", profile, "The profile; every other one falls back on Default")
-        ->capture_default_str();
+void AddProfileOption(const CommandLine& command, std::string& profile) {
+    command.Add("--profile", profile, "The profile; every other one falls back on Default").ShowDefault();
 }
 
 } // namespace
 
-void AddComputerCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "location", "The folders that this computer works with");
+void AddComputerCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group = program.AddGroup("location", "The folders that this computer works with");
 
     const auto set = AddCommand<LocationSetArguments>(group, context, "set", "Name a folder", SetLocation);
-    set.app.add_option("NAME", set.arguments.name, "Sync or Companies")->required();
-    set.app.add_option("FOLDER", set.arguments.folder, "The folder, which is made when it is missing")->required();
+    set.app.Add("NAME", set.arguments.name, "Sync or Companies").Required();
+    set.app.Add("FOLDER", set.arguments.folder, "The folder, which is made when it is missing").Required();
     AddProfileOption(set.app, set.arguments.profile);
 
     const auto list =
         AddCommand<LocationListArguments>(group, context, "list", "The folders in force", ListLocations);
     AddProfileOption(list.app, list.arguments.profile);
-    AddJsonFlag(list.app, list.arguments.json);
+    list.app.AddJsonFlag(list.arguments.json);
 
     const auto role =
         AddCommand<RoleArguments>(program, context, "role", "What this computer is to the agent", Role);
-    role.app.add_option("ROLE", role.arguments.role, "main or roaming; shows the role when it is not given")
-        ->check(CLI::IsMember({"main", "roaming"}));
+    role.app.Add("ROLE", role.arguments.role, "main or roaming; shows the role when it is not given")
+        .OneOf({"main", "roaming"});
     AddProfileOption(role.app, role.arguments.profile);
 }
 

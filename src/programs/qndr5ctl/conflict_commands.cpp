@@ -298,43 +298,41 @@ void ShowProblem(const ControlContext& context, const OneArguments& arguments) {
     }
 }
 
-CLI::App& AddOneArguments(const Command<OneArguments>& command, const std::string& idDescription) {
-    command.app.add_option("FILE", command.arguments.file, "The company's .psd file")->required();
-    command.app.add_option("ID", command.arguments.id, idDescription)->required();
+CommandLine AddOneArguments(const Command<OneArguments>& command, const std::string& idDescription) {
+    command.app.Add("FILE", command.arguments.file, "The company's .psd file").Required();
+    command.app.Add("ID", command.arguments.id, idDescription).Required();
     return command.app;
 }
 
-void AddRestoreCommand(CLI::App& group, const ControlContext& context, const std::string& idDescription) {
+void AddRestoreCommand(const CommandLine& group, const ControlContext& context, const std::string& idDescription) {
     const auto restore = AddCommand<RestoreArguments>(group, context, "restore",
                                                       "Make the losing version the row's present one; this is a "
                                                       "new change, which is audited and travels with the "
                                                       "next exchange",
                                                       Restore);
-    restore.app.add_option("FILE", restore.arguments.file, "The company's .psd file")->required();
-    CLI::Option_group& which = *restore.app.add_option_group("What to restore");
-    which.add_option("ID", restore.arguments.id, idDescription);
-    which.add_flag(
-        "--all-given-up", restore.arguments.allGivenUp,
-        "All open conflicts that come from a reset, orders first; rows that were changed here since are "
-        "left out");
-    which.require_option(1);
+    restore.app.Add("FILE", restore.arguments.file, "The company's .psd file").Required();
+    const CommandLine which = restore.app.AddChoice("What to restore");
+    which.Add("ID", restore.arguments.id, idDescription);
+    which.AddFlag("--all-given-up", restore.arguments.allGivenUp,
+                  "All open conflicts that come from a reset, orders first; rows that were changed here since are "
+                  "left out");
 }
 
 } // namespace
 
-void AddConflictCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group =
-        AddGroup(program, "conflicts", "Versions of rows that lost against another company's or in a reset");
+void AddConflictCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group =
+        program.AddGroup("conflicts", "Versions of rows that lost against another company's or in a reset");
     const auto list = AddCommand<ListArguments>(group, context, "list", "The open conflicts", ListConflicts);
-    list.app.add_option("FILE", list.arguments.file, "The company's .psd file")->required();
-    list.app.add_flag("--all", list.arguments.all, "Also those that were restored or dismissed");
-    AddJsonFlag(list.app, list.arguments.json);
+    list.app.Add("FILE", list.arguments.file, "The company's .psd file").Required();
+    list.app.AddFlag("--all", list.arguments.all, "Also those that were restored or dismissed");
+    list.app.AddJsonFlag(list.arguments.json);
 
     const std::string id = "The conflict's number in the list";
     const auto show = AddCommand<OneArguments>(
         group, context, "show", "The losing values beside the present ones; a * marks those that differ",
         ShowConflict);
-    AddJsonFlag(AddOneArguments(show, id), show.arguments.json);
+    AddOneArguments(show, id).AddJsonFlag(show.arguments.json);
 
     AddRestoreCommand(group, context, id);
     AddOneArguments(AddCommand<OneArguments>(group, context, "dismiss",
@@ -343,15 +341,15 @@ void AddConflictCommands(CLI::App& program, const ControlContext& context) {
                     id);
 }
 
-void AddProblemCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "problems", "Records that an import could not take and put aside");
+void AddProblemCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group = program.AddGroup("problems", "Records that an import could not take and put aside");
     const auto list = AddCommand<ListArguments>(group, context, "list", "All of them and why", ListProblems);
-    list.app.add_option("FILE", list.arguments.file, "The company's .psd file")->required();
-    AddJsonFlag(list.app, list.arguments.json);
+    list.app.Add("FILE", list.arguments.file, "The company's .psd file").Required();
+    list.app.AddJsonFlag(list.arguments.json);
 
     const auto show =
         AddCommand<OneArguments>(group, context, "show", "The reason and the record, as it arrived", ShowProblem);
-    AddJsonFlag(AddOneArguments(show, "The problem's number in the list"), show.arguments.json);
+    AddOneArguments(show, "The problem's number in the list").AddJsonFlag(show.arguments.json);
 }
 
 } // namespace qndr::control

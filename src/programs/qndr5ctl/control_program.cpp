@@ -18,9 +18,7 @@ void WriteErrorLine(std::ostream& errors, std::string message) {
     errors << "qndr5ctl: " << message << '\n';
 }
 
-void AddCommands(CLI::App& program, const ControlContext& context) {
-    program.require_subcommand(1);
-    program.allow_windows_style_options(false);
+void AddCommands(const CommandLine& program, const ControlContext& context) {
     AddCompanyCommands(program, context);
     AddWorkstationCommands(program, context);
     AddSyncCommands(program, context);
@@ -42,27 +40,17 @@ void AddCommands(CLI::App& program, const ControlContext& context) {
 
 int RunControlProgram(const std::vector<std::string>& arguments, const ControlContext& context,
                       std::ostream& errors) {
-    CLI::App program("Sets up companies and workstations and looks inside the exchange", "qndr5ctl");
-    program.set_version_flag("--version", "qndr5ctl " + context.services.program.Version());
-    AddCommands(program, context);
+    ProgramArguments program("qndr5ctl", "Sets up companies and workstations and looks inside the exchange",
+                             context.services.program.Version());
+    AddCommands(program.Commands(), context);
     try {
-        // CLI11 takes the words from the back.
-        program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        program.Run(arguments, context.out);
         if (!context.out.flush()) {
             throw services::Failure("the output cannot be written");
         }
         return 0;
-    } catch (const CLI::CallForHelp&) {
-        context.out << program.help() << std::flush;
-        return 0;
-    } catch (const CLI::CallForVersion& version) {
-        context.out << version.what() << '\n' << std::flush;
-        return 0;
-    } catch (const CLI::ParseError& error) {
-        // A word that means nothing explains more than what is missing because of it.
-        const std::vector<std::string> unknown = program.remaining(true);
-        WriteErrorLine(errors, (unknown.empty() ? error.what() : "'" + unknown.front() + "' is not understood") +
-                                   " (--help shows how it is used)");
+    } catch (const UsageError& error) {
+        WriteErrorLine(errors, error.message + " (--help shows how it is used)");
         return Usage;
     } catch (const std::exception& failure) {
         context.out.flush();

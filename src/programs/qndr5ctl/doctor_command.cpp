@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <map>
 
 namespace qndr::control {
 
@@ -13,12 +12,10 @@ namespace {
 
 struct DoctorArguments {
     WhatToObserve what;
-    Severity level = Severity::Warning;
+    std::string level = "warning";
+    bool probe = false;
     bool json = false;
 };
-
-const std::map<std::string, Severity> Levels{
-    {"error", Severity::Error}, {"warning", Severity::Warning}, {"note", Severity::Note}};
 
 std::string SeverityWord(Severity severity) {
     return severity == Severity::Error ? "error" : severity == Severity::Warning ? "warning" : "note";
@@ -54,6 +51,10 @@ Facts FactsOf(const Finding& finding) {
     }
     facts.Add("", "commands", std::move(commands));
     return facts;
+}
+
+Severity SeverityOf(const std::string& word) {
+    return word == "error" ? Severity::Error : word == "note" ? Severity::Note : Severity::Warning;
 }
 
 std::size_t CountFrom(const std::vector<Finding>& findings, Severity level) {
@@ -97,7 +98,7 @@ void Doctor(const ControlContext& context, const DoctorArguments& arguments) {
     } else {
         Print(context, seen, findings);
     }
-    const std::size_t count = CountFrom(findings, arguments.level);
+    const std::size_t count = CountFrom(findings, SeverityOf(arguments.level));
     if (count > 0) {
         throw services::Failure(count == 1 ? "there is 1 trouble"
                                            : "there are " + std::to_string(count) + " troubles");
@@ -106,7 +107,7 @@ void Doctor(const ControlContext& context, const DoctorArguments& arguments) {
 
 } // namespace
 
-void AddDoctorCommand(CLI::App& program, const ControlContext& context) {
+void AddDoctorCommand(const CommandLine& program, const ControlContext& context) {
     const auto doctor = AddCommand<DoctorArguments>(
         program, context, "doctor",
         "Name what is wrong with the exchange and what to do about it. Exit status 1 when something is. Changes "
@@ -114,26 +115,24 @@ void AddDoctorCommand(CLI::App& program, const ControlContext& context) {
         "and compares the clocks",
         Doctor);
     doctor.app
-        .add_option(
-            "--companies", doctor.arguments.what.companiesFolders,
-            "A folder of company files, once for each folder; this computer's Companies location when none "
-            "is given. More can be proved where main and its workstations are both at hand")
-        ->allow_extra_args(false);
-    doctor.app.add_option("--sync", doctor.arguments.what.syncFolder,
-                          "The Sync folder; this computer's Sync location when it is not given");
+        .Add("--companies", doctor.arguments.what.companiesFolders,
+             "A folder of company files, once for each folder; this computer's Companies location when none "
+             "is given. More can be proved where main and its workstations are both at hand")
+        .OneValueATime();
+    doctor.app.Add("--sync", doctor.arguments.what.syncFolder,
+                   "The Sync folder; this computer's Sync location when it is not given");
     doctor.app
-        .add_option("--days", doctor.arguments.what.days,
-                    "A workstation that is silent, and a file that lies, for longer than this are told")
-        ->capture_default_str()
-        ->check(CLI::Range(std::int64_t{1}, std::int64_t{3650}));
+        .Add("--days", doctor.arguments.what.days,
+             "A workstation that is silent, and a file that lies, for longer than this are told")
+        .ShowDefault()
+        .Between(1, 3650);
     doctor.app
-        .add_option("--level", doctor.arguments.level,
-                    "From what on the exit status is 1: error, warning or note; warning when it is not given. All "
-                    "findings are told")
-        ->transform(CLI::CheckedTransformer(Levels).description(""));
+        .Add("--level", doctor.arguments.level,
+             "From what on the exit status is 1; warning when it is not given. All findings are told")
+        .OneOf({"error", "warning", "note"});
     // What it asked for is always done now; scripts may still give it.
-    doctor.app.add_flag("--probe")->group("");
-    AddJsonFlag(doctor.app, doctor.arguments.json);
+    doctor.app.AddFlag("--probe", doctor.arguments.probe, "").Hidden();
+    doctor.app.AddJsonFlag(doctor.arguments.json);
 }
 
 } // namespace qndr::control

@@ -114,25 +114,24 @@ void TakeOutAll(const ControlContext& context, const TakeOutArguments& arguments
 
 } // namespace
 
-void AddFileCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "file", "Look into sync files and order backups, and move them");
+void AddFileCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group = program.AddGroup("file", "Look into sync files and order backups, and move them");
     const auto show =
         AddCommand<ShowArguments>(group, context, "show", "Descriptor, entries and record counts", Show);
-    show.app.add_option("ARCHIVE", show.arguments.archive, "A sync file or an order backup")->required();
-    AddJsonFlag(show.app, show.arguments.json);
+    show.app.Add("ARCHIVE", show.arguments.archive, "A sync file or an order backup").Required();
+    show.app.AddJsonFlag(show.arguments.json);
 
     const auto import = AddCommand<ImportArguments>(
         group, context, "import",
         "Take a file of changes into a company by hand, one that came late or was retired; no version is lost",
         Import);
-    import.app.add_option("ARCHIVE", import.arguments.archive, "The sync file, where it lies")->required();
-    import.app.add_option("FILE", import.arguments.company, "The .psd file of the company that it is for")
-        ->required();
+    import.app.Add("ARCHIVE", import.arguments.archive, "The sync file, where it lies").Required();
+    import.app.Add("FILE", import.arguments.company, "The .psd file of the company that it is for").Required();
 
     const auto takeOut = AddCommand<TakeOutArguments>(
         group, context, "take-out", "Move files out of the Sync folder, to a place where nothing is deleted",
         TakeOutAll);
-    takeOut.app.add_option("ARCHIVE", takeOut.arguments.files, "The files")->required();
+    takeOut.app.Add("ARCHIVE", takeOut.arguments.files, "The files").Required();
 }
 
 } // namespace qndr::control

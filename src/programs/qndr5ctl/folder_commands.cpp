@@ -136,18 +136,18 @@ void Folder(const ControlContext& context, const FolderArguments& arguments) {
 
 } // namespace
 
-void AddFolderCommand(CLI::App& program, const ControlContext& context) {
+void AddFolderCommand(const CommandLine& program, const ControlContext& context) {
     const auto folder = AddCommand<FolderArguments>(
         program, context, "folder", "What lies in the Sync folder, and who will take it or why nobody will",
         Folder);
-    folder.app.add_option("FOLDER", folder.arguments.folder,
-                          "A Sync folder; this computer's Sync location when it is not given");
+    folder.app.Add("FOLDER", folder.arguments.folder,
+                   "A Sync folder; this computer's Sync location when it is not given");
     folder.app
-        .add_option("--company", folder.arguments.companies,
-                    "A company's .psd file, once for each company; those of this computer's Companies location "
-                    "when none is given. Only what these companies know can be told")
-        ->allow_extra_args(false);
-    AddJsonFlag(folder.app, folder.arguments.json);
+        .Add("--company", folder.arguments.companies,
+             "A company's .psd file, once for each company; those of this computer's Companies location "
+             "when none is given. Only what these companies know can be told")
+        .OneValueATime();
+    folder.app.AddJsonFlag(folder.arguments.json);
 }
 
 } // namespace qndr::control

@@ -79,18 +79,16 @@ void Log(const ControlContext& context, const LogArguments& arguments) {
 
 } // namespace
 
-void AddLogCommands(CLI::App& program, const ControlContext& context) {
+void AddLogCommands(const CommandLine& program, const ControlContext& context) {
     const auto events =
         AddCommand<EventsArguments>(program, context, "events", "The events that a company recorded", Events);
-    events.app.add_option("FILE", events.arguments.file, "The company's .psd file")->required();
-    AddJsonFlag(events.app, events.arguments.json);
+    events.app.Add("FILE", events.arguments.file, "The company's .psd file").Required();
+    events.app.AddJsonFlag(events.arguments.json);
 
     const auto log = AddCommand<LogArguments>(program, context, "log", "The sync log of this computer", Log);
-    log.app.add_option("--lines", log.arguments.lines, "How many of the last lines")
-        ->capture_default_str()
-        ->check(CLI::Range(std::size_t{1}, std::size_t{1'000'000}));
-    CLI::Option* follow = log.app.add_flag("--follow", log.arguments.follow, "Go on with each new line");
-    log.app.add_flag("--json", log.arguments.json, "Write JSON for machines")->excludes(follow);
+    log.app.Add("--lines", log.arguments.lines, "How many of the last lines").ShowDefault().Between(1, 1'000'000);
+    const Option follow = log.app.AddFlag("--follow", log.arguments.follow, "Go on with each new line");
+    log.app.AddFlag("--json", log.arguments.json, "Write JSON for machines").Excludes(follow);
 }
 
 } // namespace qndr::control

@@ -63,28 +63,26 @@ void Set(const ControlContext& context, const OptionArguments& arguments) {
 }
 
 void AddOptionArguments(const Command<OptionArguments>& command) {
-    command.app.add_option("FILE", command.arguments.file, "The company's .psd file")->required();
-    command.app.add_option("SECTION", command.arguments.section, "For instance \"Roaming Workstations\"")
-        ->required();
-    command.app.add_option("KEY", command.arguments.key, "For instance EnableSync or SyncComputerName")
-        ->required();
-    command.app.add_option("--profile", command.arguments.profile, "The profile that the option belongs to")
-        ->capture_default_str();
+    command.app.Add("FILE", command.arguments.file, "The company's .psd file").Required();
+    command.app.Add("SECTION", command.arguments.section, "For instance \"Roaming Workstations\"").Required();
+    command.app.Add("KEY", command.arguments.key, "For instance EnableSync or SyncComputerName").Required();
+    command.app.Add("--profile", command.arguments.profile, "The profile that the option belongs to")
+        .ShowDefault();
 }
 
 } // namespace
 
-void AddOptionCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "option", "The options of a company, which lie in its database");
+void AddOptionCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group = program.AddGroup("option", "The options of a company, which lie in its database");
 
     const auto get = AddCommand<OptionArguments>(
         group, context, "get", "Show an option, the default profile's where the profile has none", Get);
     AddOptionArguments(get);
-    AddJsonFlag(get.app, get.arguments.json);
+    get.app.AddJsonFlag(get.arguments.json);
 
     const auto set = AddCommand<OptionArguments>(group, context, "set", "Write an option", Set);
     AddOptionArguments(set);
-    set.app.add_option("VALUE", set.arguments.value, "The new value")->required();
+    set.app.Add("VALUE", set.arguments.value, "The new value").Required();
 }
 
 } // namespace qndr::control

@@ -201,21 +201,20 @@ void Restore(const ControlContext& context, const RestoreArguments& arguments) {
 
 } // namespace
 
-void AddOrderCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "order", "The backups of orders that this computer sent");
+void AddOrderCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group = program.AddGroup("order", "The backups of orders that this computer sent");
 
     const auto list = AddCommand<ListArguments>(group, context, "list", "The backups, newest first", List);
-    CLI::Option* file = list.app.add_option("FILE", list.arguments.company,
-                                            "A company's .psd file; all of the Companies location when neither it "
-                                            "nor --folder is given");
-    list.app.add_option("--folder", list.arguments.folder, "A folder with backups, such as a copy")
-        ->excludes(file);
-    AddJsonFlag(list.app, list.arguments.json);
+    const Option file = list.app.Add("FILE", list.arguments.company,
+                                     "A company's .psd file; all of the Companies location when neither it "
+                                     "nor --folder is given");
+    list.app.Add("--folder", list.arguments.folder, "A folder with backups, such as a copy").Excludes(file);
+    list.app.AddJsonFlag(list.arguments.json);
 
     const auto show =
         AddCommand<ShowArguments>(group, context, "show", "The order in a backup and its items", Show);
-    show.app.add_option("ARCHIVE", show.arguments.archive, "An order backup")->required();
-    AddJsonFlag(show.app, show.arguments.json);
+    show.app.Add("ARCHIVE", show.arguments.archive, "An order backup").Required();
+    show.app.AddJsonFlag(show.arguments.json);
 
     const auto restore = AddCommand<RestoreArguments>(
         group, context, "restore",
@@ -223,9 +222,8 @@ void AddOrderCommands(CLI::App& program, const ControlContext& context) {
         "that "
         "travel to the others; items of the order that the backup does not hold are deleted",
         Restore);
-    restore.app.add_option("ARCHIVE", restore.arguments.archive, "An order backup")->required();
-    restore.app.add_option("FILE", restore.arguments.company, "The .psd file of the company to write to")
-        ->required();
+    restore.app.Add("ARCHIVE", restore.arguments.archive, "An order backup").Required();
+    restore.app.Add("FILE", restore.arguments.company, "The .psd file of the company to write to").Required();
 }
 
 } // namespace qndr::control

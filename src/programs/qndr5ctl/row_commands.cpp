@@ -191,45 +191,41 @@ void Show(const ControlContext& context, const ShowArguments& arguments) {
 }
 
 template <typename Arguments> void AddTableArguments(const Command<Arguments>& command) {
-    command.app.add_option("FILE", command.arguments.file, "The company's .psd file")->required();
-    command.app.add_option("TABLE", command.arguments.table, "For instance Customers")->required();
+    command.app.Add("FILE", command.arguments.file, "The company's .psd file").Required();
+    command.app.Add("TABLE", command.arguments.table, "For instance Customers").Required();
 }
 
-CLI::Option* AddUniqueID(CLI::App& app, std::string& uniqueID) {
-    return app.add_option("UNIQUEID", uniqueID, "The row's UniqueID");
+Option AddUniqueID(const CommandLine& app, std::string& uniqueID) {
+    return app.Add("UNIQUEID", uniqueID, "The row's UniqueID");
 }
 
 void AddValues(const Command<RowArguments>& command) {
     command.app
-        .add_option(
-            "COLUMN=VALUE", command.arguments.values,
-            "A value after the column's type: a number with a point for decimals, yes or no, a date in UTC "
-            "(2026-11-22 19:08:52), another row's UniqueID, @FILE for bytes. Nothing behind the \"=\" is "
-            "the empty text in a column of text and NULL in all others")
-        ->required();
+        .Add("COLUMN=VALUE", command.arguments.values,
+             "A value after the column's type: a number with a point for decimals, yes or no, a date in UTC "
+             "(2026-11-22 19:08:52), another row's UniqueID, @FILE for bytes. Nothing behind the \"=\" is "
+             "the empty text in a column of text and NULL in all others")
+        .Required();
 }
 
 } // namespace
 
-void AddRowCommands(CLI::App& program, const ControlContext& context) {
+void AddRowCommands(const CommandLine& program, const ControlContext& context) {
     const auto show = AddCommand<ShowArguments>(program, context, "show", "Rows of a company's table", Show);
     AddTableArguments(show);
-    CLI::Option* uniqueID = AddUniqueID(show.app, show.arguments.uniqueID);
+    const Option uniqueID = AddUniqueID(show.app, show.arguments.uniqueID);
     show.app
-        .add_option(
-            "--where", show.arguments.conditions,
-            "COLUMN=VALUE: only the rows that hold this value, without regard to letter case; may be given "
-            "several times")
-        ->excludes(uniqueID);
-    show.app.add_option("--limit", show.arguments.limit, "At most so many rows")
-        ->capture_default_str()
-        ->check(CLI::Range(std::int64_t{1}, std::int64_t{1'000'000}));
-    AddJsonFlag(show.app, show.arguments.json);
+        .Add("--where", show.arguments.conditions,
+             "COLUMN=VALUE: only the rows that hold this value, without regard to letter case; may be given "
+             "several times")
+        .Excludes(uniqueID);
+    show.app.Add("--limit", show.arguments.limit, "At most so many rows").ShowDefault().Between(1, 1'000'000);
+    show.app.AddJsonFlag(show.arguments.json);
 
     const auto edit = AddCommand<RowArguments>(
         program, context, "edit", "Change a row; the change is audited and travels with the next exchange", Edit);
     AddTableArguments(edit);
-    AddUniqueID(edit.app, edit.arguments.uniqueID)->required();
+    AddUniqueID(edit.app, edit.arguments.uniqueID).Required();
     AddValues(edit);
 
     const auto add = AddCommand<RowArguments>(
@@ -241,7 +237,7 @@ void AddRowCommands(CLI::App& program, const ControlContext& context) {
     const auto remove = AddCommand<RowArguments>(program, context, "delete",
                                                  "Delete a row; rows that refer to it stay as they are", Delete);
     AddTableArguments(remove);
-    AddUniqueID(remove.app, remove.arguments.uniqueID)->required();
+    AddUniqueID(remove.app, remove.arguments.uniqueID).Required();
 }
 
 } // namespace qndr::control

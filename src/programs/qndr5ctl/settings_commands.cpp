@@ -140,23 +140,22 @@ void Stop(const ControlContext& context, const NoArguments&) {
 
 } // namespace
 
-void AddSettingsCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "settings", "The agent's settings on this computer");
+void AddSettingsCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group = program.AddGroup("settings", "The agent's settings on this computer");
 
     const auto list = AddCommand<ListArguments>(group, context, "list", "All settings of the agent", List);
-    AddJsonFlag(list.app, list.arguments.json);
+    list.app.AddJsonFlag(list.arguments.json);
 
     const auto get = AddCommand<GetArguments>(group, context, "get", "Show a setting, or its default", Get);
-    get.app.add_option("NAME", get.arguments.name, "The setting's name")->required();
-    get.app.add_option("--key", get.arguments.key, "The key of a value that is not the agent's own");
-    AddJsonFlag(get.app, get.arguments.json);
+    get.app.Add("NAME", get.arguments.name, "The setting's name").Required();
+    get.app.Add("--key", get.arguments.key, "The key of a value that is not the agent's own");
+    get.app.AddJsonFlag(get.arguments.json);
 
     const auto set = AddCommand<SetArguments>(group, context, "set", "Write a setting", Set);
-    set.app.add_option("NAME", set.arguments.name, "The setting's name")->required();
-    set.app.add_option("VALUE", set.arguments.value, "The new value; a date like \"2026-11-22 19:08:52\"")
-        ->required();
-    set.app.add_option("--key", set.arguments.key,
-                       "The key of a value that is not the agent's own; a whole number is then stored as one");
+    set.app.Add("NAME", set.arguments.name, "The setting's name").Required();
+    set.app.Add("VALUE", set.arguments.value, "The new value; a date like \"2026-11-22 19:08:52\"").Required();
+    set.app.Add("--key", set.arguments.key,
+                "The key of a value that is not the agent's own; a whole number is then stored as one");
 
     AddCommand<NoArguments>(program, context, "stop", "Ask the agent to exit (writes StopSync)", Stop);
 }

@@ -126,36 +126,34 @@ std::string CheckDate(const std::string& text) {
 
 } // namespace
 
-void AddSyncCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "sync", "Let a workstation ask its main company for its data");
+void AddSyncCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group = program.AddGroup("sync", "Let a workstation ask its main company for its data");
 
     const auto initial =
         AddCommand<InitialArguments>(group, context, "request-initial",
                                      "Ask for an initial sync at the workstation's next pass", RequestInitial);
-    initial.app.add_option("ROAMING", initial.arguments.roaming, "The workstation company's .psd file")
-        ->required();
-    initial.app.add_option("--main", initial.arguments.main,
-                           "The main company's .psd file; needed for a workstation that has run before, whose two "
-                           "counters there go to 0");
-    initial.app.add_option("--sync", initial.arguments.syncFolder,
-                           "The Sync folder, out of which old files of the workstation are taken; this computer's "
-                           "Sync location when it is not given");
+    initial.app.Add("ROAMING", initial.arguments.roaming, "The workstation company's .psd file").Required();
+    initial.app.Add("--main", initial.arguments.main,
+                    "The main company's .psd file; needed for a workstation that has run before, whose two "
+                    "counters there go to 0");
+    initial.app.Add("--sync", initial.arguments.syncFolder,
+                    "The Sync folder, out of which old files of the workstation are taken; this computer's "
+                    "Sync location when it is not given");
 
     const auto reset = AddCommand<ResetArguments>(group, context, "request-reset",
                                                   "Ask for a reset at the workstation's next pass", RequestReset);
-    reset.app.add_option("ROAMING", reset.arguments.roaming, "The workstation company's .psd file")->required();
+    reset.app.Add("ROAMING", reset.arguments.roaming, "The workstation company's .psd file").Required();
     reset.app
-        .add_option(
-            "--date", reset.arguments.date,
-            "The date that goes with this and later requests, in UTC; 14 days before the request when none "
-            "was ever given")
-        ->check(CheckDate);
-    reset.app.add_flag("--yes", reset.arguments.yes,
-                       "Do it although changes are given up that main is not known to have; they are kept");
+        .Add("--date", reset.arguments.date,
+             "The date that goes with this and later requests, in UTC; 14 days before the request when none "
+             "was ever given")
+        .Check(CheckDate);
+    reset.app.AddFlag("--yes", reset.arguments.yes,
+                      "Do it although changes are given up that main is not known to have; they are kept");
 
     const auto cancel = AddCommand<CancelArguments>(
         group, context, "cancel-reset", "Take a request for a reset back that has not left yet", Cancel);
-    cancel.app.add_option("ROAMING", cancel.arguments.roaming, "The workstation company's .psd file")->required();
+    cancel.app.Add("ROAMING", cancel.arguments.roaming, "The workstation company's .psd file").Required();
 }
 
 } // namespace qndr::control

@@ -64,11 +64,11 @@ void Tables(const ControlContext& context, const TablesArguments& arguments) {
 
 } // namespace
 
-void AddTableCommand(CLI::App& program, const ControlContext& context) {
+void AddTableCommand(const CommandLine& program, const ControlContext& context) {
     const auto tables = AddCommand<TablesArguments>(
         program, context, "tables", "The tables whose changes are exchanged, or the columns of one", Tables);
-    tables.app.add_option("TABLE", tables.arguments.table, "For instance Customers");
-    AddJsonFlag(tables.app, tables.arguments.json);
+    tables.app.Add("TABLE", tables.arguments.table, "For instance Customers");
+    tables.app.AddJsonFlag(tables.arguments.json);
 }
 
 } // namespace qndr::control

@@ -70,22 +70,22 @@ void List(const ControlContext& context, const ListArguments& arguments) {
 
 } // namespace
 
-void AddWorkstationCommands(CLI::App& program, const ControlContext& context) {
-    CLI::App& group = AddGroup(program, "workstation", "The workstations that a main company knows");
+void AddWorkstationCommands(const CommandLine& program, const ControlContext& context) {
+    const CommandLine group = program.AddGroup("workstation", "The workstations that a main company knows");
 
     const auto add = AddCommand<AddArguments>(group, context, "add",
                                               "Register a workstation and let it ask for its initial sync", Add);
-    add.app.add_option("MAIN", add.arguments.main, "The main company's .psd file")->required();
-    add.app.add_option("ROAMING", add.arguments.roaming, "The workstation company's .psd file")->required();
+    add.app.Add("MAIN", add.arguments.main, "The main company's .psd file").Required();
+    add.app.Add("ROAMING", add.arguments.roaming, "The workstation company's .psd file").Required();
     add.app
-        .add_option("--reference-code", add.arguments.referenceCode,
-                    "The workstation's number; the lowest free one when it is not given")
-        ->check(CLI::Range(1, 255));
+        .Add("--reference-code", add.arguments.referenceCode,
+             "The workstation's number; the lowest free one when it is not given")
+        .Between(1, 255);
 
     const auto list =
         AddCommand<ListArguments>(group, context, "list", "All workstations and how far each is", List);
-    list.app.add_option("MAIN", list.arguments.main, "The main company's .psd file")->required();
-    AddJsonFlag(list.app, list.arguments.json);
+    list.app.Add("MAIN", list.arguments.main, "The main company's .psd file").Required();
+    list.app.AddJsonFlag(list.arguments.json);
 }
 
 } // namespace qndr::control
