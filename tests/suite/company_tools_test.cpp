@@ -188,13 +188,9 @@ TEST_F(CompanyTools, CompareOfTheExchangedLooksAtWhatAFullExportCarries) {
     for (const TableComparison& table : CompareCompanies(*left, *right, Scope::Exchanged)) {
         const bool heldBack = table.table.ends_with("Activity") || table.table == "Attachments";
         EXPECT_EQ(table.Alike(), heldBack) << table.table;
-        EXPECT_FALSE(table.table.starts_with("Order") && table.table.ends_with("Items")) << table.table;
     }
     left->Execute("UPDATE CustomerActivity SET ActivityDate = '20261023 19:08:53' WHERE UniqueID = 'old'");
-    left->Execute("INSERT INTO Attachments (UniqueID, AttachmentType) VALUES ('1', 1)");
-    const std::string differences = Differences(*left, *right, Scope::Exchanged);
-    EXPECT_NE(differences.find("CustomerActivity 0/1/0"), std::string::npos) << differences;
-    EXPECT_NE(differences.find("Attachments 0/1/0"), std::string::npos) << differences;
+    EXPECT_NE(Differences(*left, *right, Scope::Exchanged).find("CustomerActivity 0/1/0"), std::string::npos);
 }
 
 TEST_F(CompanyTools, AWorkstationIsAddedOnceWithACodeOfItsOwn) {

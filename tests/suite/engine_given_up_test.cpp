@@ -74,7 +74,6 @@ TEST_F(EngineGivenUpTest, KeepsOnceWhatMainIsNotKnownToHaveAndSettlesWhatItHas) 
                 "UPDATE PhoneLabels SET Name = 'mine' WHERE UniqueID = 'P1';"
                 "UPDATE PhoneLabels SET Name = 'same' WHERE UniqueID = 'P2'");
     RequestGoesOut();
-    EXPECT_EQ(Kept(), "");
     laptop_.Run("INSERT INTO Orders (UniqueID, OrderNumber) VALUES ('O4', 4)");
     // The first try breaks off before the log is cleared, the second behind it.
     ASSERT_TRUE(Clear(false));

@@ -21,41 +21,12 @@ class Loop : public testing::Test {
   protected:
     std::int64_t Seconds() const { return time.Now().SecondsSince(kStart); }
     void Note(const std::string& text) { events.push_back(std::to_string(Seconds()) + " " + text); }
-    /// The pause of the agent's routines.
-    void Wait(std::int32_t seconds, const std::string& name = "qndr5rwsyncTimer") {
-        const auto timer = time.Create(name);
-        timer->Set(-10'000'000 * seconds, -1);
-        bool due = false;
-        while (!due) {
-            due = timer->WaitForMessages();
-            time.ProcessMessages();
-        }
-    }
 
     VirtualTime time{kStart};
     std::vector<std::string> events;
 };
 
 using Events = std::vector<std::string>;
-
-TEST_F(Loop, TicksArriveInsideAPassAndNoneIsLost) {
-    bool syncing = false;
-    time.Loop().AddTick("tmr_Sync", 60'000, [&] {
-        if (syncing) {
-            Note("refresh");
-            return;
-        }
-        syncing = true;
-        Note("pass begins");
-        Wait(70);
-        Note("pass ends");
-        syncing = false;
-    });
-    time.Loop().AddTick("tmr_Exit", 25'000, [&] { Note("exit?"); });
-    time.Advance(120'000);
-    EXPECT_EQ(events, (Events{"25 exit?", "50 exit?", "60 pass begins", "75 exit?", "100 exit?", "120 refresh",
-                              "125 exit?", "130 pass ends"}));
-}
 
 TEST_F(Loop, TimersOfOneNameAreOne) {
     const auto outer = time.Create("Timer");
