@@ -118,11 +118,14 @@ TEST(DiskFiles, ACopyIsWholeOrNotThere) {
     mkfifo((folder / "pipe").c_str(), 0600);
     for (const auto& [from, to] : {std::pair("source", "Sync/"),
                                    {"source", "Sync/folder"},
+                                   {"source", "pipe"},
                                    {"source", "absent/a.zip"},
                                    {"absent", "Sync/c.zip"},
                                    {"Sync", "Sync/c.zip"},
                                    {"pipe", "Sync/c.zip"}}) {
-        EXPECT_FALSE(files.CopyFile(folder / from, folder / to, true)) << from << " to " << to;
+        for (const bool overwrite : {false, true}) {
+            EXPECT_FALSE(files.CopyFile(folder / from, folder / to, overwrite)) << from << " to " << to;
+        }
     }
     folder.Write("source", content);
     {

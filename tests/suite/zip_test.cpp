@@ -295,24 +295,6 @@ TEST_F(ArchiveOnAShare, AReadErrorIsWaitedOutAndNeverMakesItABrokenOne) {
     }
 }
 
-TEST_F(ArchiveOnAShare, TheSystemsOwnTroubleLeavesTheFile) {
-    {
-        // The sanitizers need a pipe at the first use of a type, which there is none of below.
-        LibZipArchive used;
-        EXPECT_TRUE(used.OpenZip(archive) != 0 && used.GetEntryByName("data.xml") != nullptr);
-    }
-    LibZipArchive zip;
-    rlimit before{};
-    getrlimit(RLIMIT_NOFILE, &before);
-    const rlimit none{3, before.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &none);
-    const bool open = zip.OpenZip(archive) != 0;
-    const auto entry = zip.GetEntryByName("data.xml");
-    setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_TRUE(open && entry != nullptr && zip.OpenZip(folder / "out") == 0);
-    EXPECT_EQ(entry->Extract(folder / "out"), 1) << "it is looked for again";
-}
-
 TEST_F(ArchiveOnAShare, EachFileIsReadOnceUntilItChanges) {
     ArchiveShelf shelf(share, nullptr, nullptr, 0);
     const std::string strange = folder.Write("strange.zip", "this is no archive");
