@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace qndr::suite {
@@ -135,6 +136,29 @@ TEST(DiskFiles, ACopyIsWholeOrNotThere) {
     }
     EXPECT_EQ(folder.Read("Sync/a~b.zip"), "new");
     EXPECT_EQ(folder.Names("Sync"), (Names{"a~b.zip", "folder"}));
+}
+
+// The copying process is killed by the system in the middle of 50 MB.
+TEST(DiskFiles, AKilledCopyLeavesNoPartUnderItsName) {
+    const TemporaryFolder folder;
+    const std::string source = folder.Write("source", std::string(50'000'000, 'x'));
+    fs::create_directory(folder / "Sync");
+    const pid_t child = fork();
+    ASSERT_NE(child, -1);
+    if (child == 0) {
+        std::signal(SIGXFSZ, SIG_DFL);
+        const rlimit limit{20'000'000, 20'000'000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        DiskFileTools files(folder / "Temp");
+        files.CopyFile(source, folder / "Sync/a~b.zip", false);
+        _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ) << "the copy was not killed";
+    const Names left = folder.Names("Sync");
+    ASSERT_EQ(left.size(), 1U);
+    EXPECT_TRUE(left[0].starts_with("~$") && left[0].ends_with(".tmp")) << left[0];
 }
 
 TEST(DiskFiles, MovingKeepsTheSourceUnlessItSucceeds) {
