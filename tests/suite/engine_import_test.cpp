@@ -3,9 +3,6 @@
 #include "suite/engine_fixture.h"
 
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
-
-#include <sqlite3.h>
 
 #include <tuple>
 
@@ -33,74 +30,10 @@ class EngineImportTest : public testing::Test {
     std::string file_ = folder_.Path("data.xml");
 };
 
-/// Any value at all in a column.
-void BindAny(SqliteStatement& statement, int parameter) {
-    switch (*rc::gen::inRange(0, 5)) {
-    case 0:
-        statement.BindNull(parameter);
-        break;
-    case 1:
-        statement.Bind(parameter, *rc::gen::arbitrary<std::int64_t>());
-        break;
-    case 2:
-        sqlite3_bind_double(statement.Handle(), parameter, *rc::gen::arbitrary<double>());
-        break;
-    case 3:
-        statement.Bind(parameter, *rc::gen::container<std::string>(rc::gen::elementOf(std::string(
-                                      "aZ<>&\"'=/ \t\r\n\x01\x1F\x7F\xC3\xA9\xE2\x82\xAC\xFF\xED\xA0]-;.0"))));
-        break;
-    default:
-        statement.Bind(parameter, *rc::gen::arbitrary<std::string>());
-        break;
-    }
-}
-
-TEST_F(EngineImportTest, AnyRowArrivesAsItWasAndOnlyOnce) {
-    EXPECT_TRUE(rc::check("rows survive export and import", [&] {
-        const int rows = *rc::gen::inRange(0, 6);
-        for (int i = 0; i < rows; ++i) {
-            SqliteStatement insert =
-                main_.Connection().Prepare("INSERT INTO Customers (UniqueID, LastName, CustomerNumber, "
-                                           "CreditLimit, CreatedOn, Notes, Inactive) "
-                                           "VALUES (hex(randomblob(8)), ?1, ?2, ?3, ?4, ?5, ?6)");
-            for (int parameter = 1; parameter <= 6; ++parameter) {
-                BindAny(insert, parameter);
-            }
-            insert.Step();
-            SqliteStatement attach = main_.Connection().Prepare(
-                "INSERT INTO Attachments (UniqueID, Content) VALUES (hex(randomblob(8)), ?1)");
-            attach.BindBytes(1, *rc::gen::arbitrary<std::string>());
-            attach.Step();
-        }
-        for (const char* table : {"Customers", "Attachments"}) {
-            RC_ASSERT(main_.ExportTable(table, file_));
-            RC_ASSERT(laptop_.engine.ImportFile(file_));
-            RC_ASSERT(laptop_.Rows(table) == main_.Rows(table));
-            const int writes = sqlite3_total_changes(laptop_.Connection().Handle());
-            RC_ASSERT(laptop_.engine.ImportFile(file_));
-            // The mark of an import comes and goes, and that of a taken file stays.
-            RC_ASSERT(sqlite3_total_changes(laptop_.Connection().Handle()) == writes + 3);
-            const std::int64_t audited = main_.Number("SELECT MAX(ID) FROM AuditLog");
-            RC_ASSERT(main_.engine.ImportFile(file_));
-            RC_ASSERT(main_.Number("SELECT MAX(ID) FROM AuditLog") == audited);
-        }
-        RC_ASSERT(laptop_.Number("SELECT COUNT(*) FROM ImportProblems") == 0);
-    }));
-}
-
-TEST_F(EngineImportTest, ADamagedFileChangesNothing) {
-    main_.Run("INSERT INTO Customers (UniqueID, LastName, Notes) VALUES ('U1', 'Müller & Sons', 'a' || char(1)), "
-              "('U2', 'Smith', NULL); DELETE FROM Customers WHERE UniqueID = 'U2'");
-    ASSERT_TRUE(main_.ExportAudited(0, file_));
-    const std::string whole = ReadFile(file_);
-    const std::string before = laptop_.Everything();
-    for (std::size_t length = 0; length < whole.rfind('>'); length += 7) {
-        ASSERT_FALSE(Import(laptop_, whole.substr(0, length))) << length;
-        ASSERT_EQ(laptop_.Everything(), before) << length;
-    }
-    ASSERT_TRUE(Import(laptop_, whole));
-    EXPECT_EQ(laptop_.Rows("Customers"), main_.Rows("Customers"));
-}
+/// Tables that every company has and no import writes.
+const std::vector<std::string> OwnTables{
+    "Company",    "roamingworkstations", "AuditLog",       "CompanyOptions", "CompanyEvents",
+    "ImportMark", "ImportConflicts",     "ImportProblems", "SentRanges",     "cacheProductStyles"};
 
 TEST_F(EngineImportTest, RefusesWhatIsNoFileOfItsKind) {
     const std::string good = Label("<UniqueID>U1</UniqueID><Name>Home</Name>");
@@ -124,6 +57,8 @@ TEST_F(EngineImportTest, RefusesWhatIsNoFileOfItsKind) {
              Exchange(good + Label("<UniqueID>U2</UniqueID><Name><b>x</b></Name>")),
              Exchange(good) + Exchange(good),
              Exchange(good + Label("<Name>&bomb;</Name>")),
+             Exchange(good).substr(0, Exchange(good).rfind('>')),
+             Exchange(good).substr(0, Exchange(good).find("Home")),
          }) {
         EXPECT_FALSE(Import(laptop_, text)) << text;
         EXPECT_FALSE(laptop_.trouble.Stands()) << text;
@@ -132,8 +67,7 @@ TEST_F(EngineImportTest, RefusesWhatIsNoFileOfItsKind) {
     laptop_.engine.SetIgnoreUnknownTables(false);
     EXPECT_FALSE(Import(laptop_, Exchange(good + "<Table Name=\"Nowhere\"/>")));
     EXPECT_EQ(laptop_.Everything(), before);
-    for (const char* own : {"cacheProductStyles", "company", "RoamingWorkstations", "AuditLog", "CompanyOptions",
-                            "CompanyEvents", "ImportMark", "ImportConflicts", "ImportProblems", "SentRanges"}) {
+    for (const std::string& own : OwnTables) {
         EXPECT_TRUE(Import(laptop_, Exchange(good + "<Table Name=\"" + own + "\"/>")))
             << "no import writes it, but it is known: " << own;
     }
@@ -143,11 +77,10 @@ TEST_F(EngineImportTest, RefusesWhatIsNoFileOfItsKind) {
 TEST_F(EngineImportTest, PassesOverWhatItMustNotTake) {
     const std::string before = laptop_.Value("SELECT group_concat(UniqueID || SyncState) FROM Company");
     std::string tables = "<Table Name=\"Nowhere\"><Record><UniqueID>X</UniqueID></Record></Table>";
-    for (const char* own : {"Company", "roamingworkstations", "AuditLog", "CompanyOptions", "CompanyEvents",
-                            "ImportMark", "ImportConflicts", "ImportProblems", "sqlite_sequence"}) {
-        tables += "<Table Name=\"" + std::string(own) +
-                  "\"><Record><UniqueID>X</UniqueID><SyncState>5</SyncState>" + "</Record></Table><Table Name=\"" +
-                  own + "\" Deleted=\"1\"><Record><UniqueID>" + LaptopID + "</UniqueID></Record></Table>";
+    for (const std::string& own : OwnTables) {
+        tables += "<Table Name=\"" + own + "\"><Record><UniqueID>X</UniqueID><SyncState>5</SyncState>" +
+                  "</Record></Table><Table Name=\"" + own + "\" Deleted=\"1\"><Record><UniqueID>" + LaptopID +
+                  "</UniqueID></Record></Table>";
     }
     tables += "<Table Name=\"ORDERS\"><Record><ID>55</ID><UniqueID>U1</UniqueID><SyncState>1</SyncState>"
               "<Imported>0</Imported><Colour>red</Colour><OrderNumber>7</OrderNumber></Record></Table>";
@@ -314,24 +247,6 @@ TEST_F(EngineImportTest, WhatThisComputerCannotStoreChangesNothingAndStopsAllEls
               "- The database can be used again.; - A file could not be imported: this is no exchange file");
 }
 
-TEST_F(EngineImportTest, MainAuditsAnImportAndAWorkstationDoesNot) {
-    const std::string text = Exchange("<Table Name=\"PhoneLabels\"><Record Origin=\"" + LaptopID +
-                                          "\" OriginID=\"9\"><UniqueID>U1</UniqueID><Name>a</Name></Record>"
-                                          "<Record><UniqueID>U2</UniqueID></Record></Table>",
-                                      LaptopID);
-    ASSERT_TRUE(Import(main_, text));
-    ASSERT_TRUE(Import(main_, text));
-    EXPECT_EQ(main_.Value("SELECT group_concat(AuditUniqueID || AuditType || ifnull(Origin, '-') || "
-                          "ifnull(OriginID, '-')) FROM AuditLog"),
-              "U11" + LaptopID + "9,U21--");
-    ASSERT_TRUE(Import(laptop_, Exchange(Label("<UniqueID>U1</UniqueID>"))));
-    EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM AuditLog"), 0);
-    laptop_.Run("UPDATE PhoneLabels SET Name = 'own'");
-    EXPECT_EQ(laptop_.Number("SELECT COUNT(*) FROM AuditLog"), 1) << "the import has left the audit switched off";
-    EXPECT_EQ(main_.Number("SELECT COUNT(*) FROM ImportMark") + laptop_.Number("SELECT COUNT(*) FROM ImportMark"),
-              0);
-}
-
 // Main could not store the number of the file, so it comes again.
 TEST_F(EngineImportTest, AFileThatComesAgainTakesNothingBackOnMain) {
     laptop_.Run("UPDATE Company SET MainUniqueID = '" + MainID +
@@ -342,29 +257,6 @@ TEST_F(EngineImportTest, AFileThatComesAgainTakesNothingBackOnMain) {
     ASSERT_TRUE(main_.engine.ImportFile(file_));
     EXPECT_EQ(main_.Value("SELECT Name FROM PhoneLabels"), "later");
     EXPECT_EQ(main_.Number("SELECT COUNT(*) FROM ImportConflicts"), 0);
-}
-
-TEST_F(EngineImportTest, QueuedNumbersArriveOnMain) {
-    laptop_.Run(
-        "INSERT INTO OrderNumberSync (State, OrderUniqueID, ReferenceNumber, OrderNumber) VALUES(2, 'O1', 30, "
-        "400); INSERT INTO PurchaseOrderNumberSync (State, PurchaseOrderUniqueID, ReferenceNumber, PONumber) "
-        "VALUES(1, 'P1', 31, 500)");
-    ASSERT_TRUE(laptop_.ExportAudited(0, file_));
-    ASSERT_TRUE(main_.engine.ImportFile(file_));
-    for (const char* queue : {"OrderNumberSync", "PurchaseOrderNumberSync"}) {
-        EXPECT_NE(main_.Rows(queue), "") << queue;
-        EXPECT_EQ(main_.Rows(queue), laptop_.Rows(queue));
-    }
-}
-
-TEST_F(EngineImportTest, RecordsThatCrossTheReadersBuffersArriveWhole) {
-    main_.Run(
-        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) INSERT INTO Reports "
-        "(UniqueID, Name, Layout) SELECT printf('%05d', i), 'Report ' || i, printf('%.*c&é', i % 700, 'x') FROM n;"
-        "UPDATE Reports SET Layout = printf('%.*c', 700000, 'y') WHERE UniqueID IN ('00100', '02999')");
-    ASSERT_TRUE(main_.ExportTable("Reports", file_));
-    ASSERT_TRUE(laptop_.engine.ImportFile(file_));
-    EXPECT_TRUE(laptop_.Rows("Reports") == main_.Rows("Reports"));
 }
 
 TEST_F(EngineImportTest, ALongRecordThatIsPassedOverTakesNothingWithIt) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-
 namespace qndr::suite {
 namespace {
 
@@ -18,13 +16,11 @@ std::string CameFrom(const std::string& origin) {
 
 struct OriginCase {
     std::string name;
-    int type = 2;           ///< of the company that imports
-    std::string local;      ///< what happened here before
-    std::int64_t known = 0; ///< the audit rows up to here were known to the sender; all on main are sent
-    std::string origin;     ///< of the arriving record; empty for a full export
-    std::int64_t originID = 0;
-    bool deletion = false;
-    std::string arriving = "theirs";
+    int type = 2;              ///< of the company that imports
+    std::string local;         ///< what happened here before
+    std::int64_t known = 0;    ///< the audit rows up to here were known to the sender; all on main are sent
+    std::string origin;        ///< the attributes of the arriving record; none in a full export
+    std::string arriving;      ///< its name; empty for a deletion
     std::string expected;      ///< the name that the row has at the end; "gone" for no row
     std::string conflict;      ///< "loser>winner values" of the one conflict
     std::int64_t onItsWay = 0; ///< on a workstation: more audit rows that are sent
@@ -34,53 +30,49 @@ void PrintTo(const OriginCase& aCase, std::ostream* out) {
     *out << aCase.name;
 }
 
-const std::string Mine = R"({"UniqueID":"U1","Name":"mine","SortOrder":"1"})";
-const std::string Theirs = R"({"UniqueID":"U1","Name":"theirs","SortOrder":"1"})";
+std::string Of(const std::string& origin, int id = 5) {
+    return " Origin=\"" + origin + "\" OriginID=\"" + std::to_string(id) + "\"";
+}
 
-const std::array Cases = {
+const std::string Again = EditRow + "UPDATE PhoneLabels SET Name = 'new';";
+const std::string MadeAgain = DeleteRow + "INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('U1', 'new');";
+const std::string Own = Of(LaptopID, 1);
+const std::string OwnInOtherCase = Of("bbbbbbbb-0000-4000-8000-000000000002", 1);
+const std::string EditOfTheSender = EditRow + CameFrom("bbbbbbbb-0000-4000-8000-000000000002");
+const std::string Mine = ">" + LaptopID + R"( {"UniqueID":"U1","Name":"mine","SortOrder":"1"})";
+const std::string Theirs = ">" + LaptopID + R"( {"UniqueID":"U1","Name":"theirs","SortOrder":"1"})";
+const std::string Deleted = ">" + LaptopID + " deleted";
+const std::string TheirsAlone = ">" + LaptopID + R"( {"UniqueID":"U1","Name":"theirs","SortOrder":null})";
+
+const OriginCase Cases[] = {
     // A workstation
-    OriginCase{"UntouchedRow", 2, "", 0, MainID, 5, false, "theirs", "theirs", ""},
-    OriginCase{"FullExport", 2, "", 0, "", 0, false, "theirs", "theirs", ""},
-    OriginCase{"SentChange", 2, EditRow, 1, MainID, 5, false, "theirs", "theirs", ""},
-    OriginCase{"ChangeOnItsWay", 2, EditRow, 0, MainID, 5, false, "theirs", "mine", "", 1},
-    OriginCase{"DeletionOnItsWay", 2, DeleteRow, 0, OtherLaptopID, 5, false, "theirs", "gone", "", 1},
-    OriginCase{"UnsentChangeBehindOneOnItsWay", 2, EditRow + "UPDATE PhoneLabels SET Name = 'new';", 0, MainID, 5,
-               false, "theirs", "new", MainID + ">" + LaptopID + " " + Theirs, 1},
-    OriginCase{"UnsentChange", 2, EditRow, 0, MainID, 5, false, "theirs", "mine",
-               MainID + ">" + LaptopID + " " + Theirs},
-    OriginCase{"UnsentChangeAgainstOtherLaptop", 2, EditRow, 0, OtherLaptopID, 5, false, "theirs", "mine",
-               OtherLaptopID + ">" + LaptopID + " " + Theirs},
-    OriginCase{"UnsentChangeAgainstFullExport", 2, EditRow, 0, "", 0, false, "theirs", "mine",
-               MainID + ">" + LaptopID + " " + Theirs},
-    OriginCase{"UnsentChangeAlike", 2, EditRow, 0, MainID, 5, false, "mine", "mine", ""},
-    OriginCase{"UnsentChangeAgainstDeletion", 2, EditRow, 0, MainID, 5, true, "", "mine",
-               MainID + ">" + LaptopID + " deleted"},
-    OriginCase{"UnsentDeletion", 2, DeleteRow, 0, MainID, 5, false, "theirs", "gone",
-               MainID + ">" + LaptopID + R"( {"UniqueID":"U1","Name":"theirs","SortOrder":null})"},
-    OriginCase{"UnsentDeletionOnBothSides", 2, DeleteRow, 0, MainID, 5, true, "", "gone", ""},
-    OriginCase{"OwnVersionComesBack", 2, EditRow, 1, LaptopID, 1, false, "theirs", "theirs", ""},
-    OriginCase{"OwnVersionComesBackAfterANewerOne", 2, EditRow + EditRow + "UPDATE PhoneLabels SET Name = 'new';",
-               1, LaptopID, 1, false, "mine", "new", ""},
-    OriginCase{"OwnDeletionComesBackAfterTheRowWasMadeAgain", 2,
-               DeleteRow + "INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('U1', 'new');", 1,
-               "bbbbbbbb-0000-4000-"
-               "8000-000000000002",
-               1, true, "", "new", ""},
+    {"UntouchedRow", 2, "", 0, Of(MainID), "theirs", "theirs", ""},
+    {"FullExport", 2, "", 0, "", "theirs", "theirs", ""},
+    {"SentChange", 2, EditRow, 1, Of(MainID), "theirs", "theirs", ""},
+    {"ChangeOnItsWay", 2, EditRow, 0, Of(MainID), "theirs", "mine", "", 1},
+    {"DeletionOnItsWay", 2, DeleteRow, 0, Of(OtherLaptopID), "theirs", "gone", "", 1},
+    {"UnsentChangeBehindOneOnItsWay", 2, Again, 0, Of(MainID), "theirs", "new", MainID + Theirs, 1},
+    {"UnsentChange", 2, EditRow, 0, Of(MainID), "theirs", "mine", MainID + Theirs},
+    {"UnsentChangeAgainstOtherLaptop", 2, EditRow, 0, Of(OtherLaptopID), "theirs", "mine", OtherLaptopID + Theirs},
+    {"UnsentChangeAgainstFullExport", 2, EditRow, 0, "", "theirs", "mine", MainID + Theirs},
+    {"UnsentChangeAlike", 2, EditRow, 0, Of(MainID), "mine", "mine", ""},
+    {"UnsentChangeAgainstDeletion", 2, EditRow, 0, Of(MainID), "", "mine", MainID + Deleted},
+    {"UnsentDeletion", 2, DeleteRow, 0, Of(MainID), "theirs", "gone", MainID + TheirsAlone},
+    {"UnsentDeletionOnBothSides", 2, DeleteRow, 0, Of(MainID), "", "gone", ""},
+    {"OwnVersionComesBack", 2, EditRow, 1, Own, "theirs", "theirs", ""},
+    {"OwnVersionComesBackAfterANewerOne", 2, EditRow + Again, 1, Own, "mine", "new", ""},
+    {"OwnDeletionComesBackAfterTheRowWasMadeAgain", 2, MadeAgain, 1, OwnInOtherCase, "", "new", ""},
     // Main, from the laptop
-    OriginCase{"MainUntouchedRow", 1, "", 0, LaptopID, 5, false, "theirs", "theirs", ""},
-    OriginCase{"MainChangeThatTheLaptopKnew", 1, EditRow, 1, LaptopID, 5, false, "theirs", "theirs", ""},
-    OriginCase{"MainChangeUnknownToTheLaptop", 1, EditRow, 0, LaptopID, 5, false, "theirs", "theirs",
-               MainID + ">" + LaptopID + " " + Mine},
-    OriginCase{"MainChangeAlike", 1, EditRow, 0, LaptopID, 5, false, "mine", "mine", ""},
-    OriginCase{"MainHoldsAnotherLaptopsVersion", 1, EditRow + CameFrom(OtherLaptopID), 0, LaptopID, 5, false,
-               "theirs", "theirs", OtherLaptopID + ">" + LaptopID + " " + Mine},
-    OriginCase{"MainHoldsTheSendersVersion", 1, EditRow + CameFrom("bbbbbbbb-0000-4000-8000-000000000002"), 0,
-               LaptopID, 5, false, "theirs", "theirs", ""},
-    OriginCase{"MainDeletionUnknownToTheLaptop", 1, DeleteRow, 0, LaptopID, 5, false, "theirs", "theirs",
-               MainID + ">" + LaptopID + " deleted"},
-    OriginCase{"DeletionAgainstMainChange", 1, EditRow, 0, LaptopID, 5, true, "", "gone",
-               MainID + ">" + LaptopID + " " + Mine},
-    OriginCase{"DeletionOnBothSidesOfMain", 1, DeleteRow, 0, LaptopID, 5, true, "", "gone", ""},
+    {"MainUntouchedRow", 1, "", 0, Of(LaptopID), "theirs", "theirs", ""},
+    {"MainChangeThatTheLaptopKnew", 1, EditRow, 1, Of(LaptopID), "theirs", "theirs", ""},
+    {"MainChangeUnknownToTheLaptop", 1, EditRow, 0, Of(LaptopID), "theirs", "theirs", MainID + Mine},
+    {"MainChangeAlike", 1, EditRow, 0, Of(LaptopID), "mine", "mine", ""},
+    {"MainHoldsAnotherLaptopsVersion", 1, EditRow + CameFrom(OtherLaptopID), 0, Of(LaptopID), "theirs", "theirs",
+     OtherLaptopID + Mine},
+    {"MainHoldsTheSendersVersion", 1, EditOfTheSender, 0, Of(LaptopID), "theirs", "theirs", ""},
+    {"MainDeletionUnknownToTheLaptop", 1, DeleteRow, 0, Of(LaptopID), "theirs", "theirs", MainID + Deleted},
+    {"DeletionAgainstMainChange", 1, EditRow, 0, Of(LaptopID), "", "gone", MainID + Mine},
+    {"DeletionOnBothSidesOfMain", 1, DeleteRow, 0, Of(LaptopID), "", "gone", ""},
 };
 
 class EngineOriginTest : public testing::TestWithParam<OriginCase> {};
@@ -100,14 +92,12 @@ TEST_P(EngineOriginTest, TheRightVersionStaysAndTheLoserIsKept) {
                        : "UPDATE Company SET NextSequenceToMain = 1, LastAuditID = " + known +
                              "; UPDATE Company SET NextSequenceToMain = 2, LastAuditID = LastAuditID + " +
                              std::to_string(given.onItsWay));
-    const std::string origin = given.origin.empty() ? ""
-                                                    : " Origin=\"" + given.origin + "\" OriginID=\"" +
-                                                          std::to_string(given.originID) + "\"";
     const std::string file = folder.Path("data.xml");
+    const bool deletion = given.arriving.empty();
     WriteFile(file,
-              Exchange("<Table Name=\"PhoneLabels\"" + std::string(given.deletion ? " Deleted=\"1\"" : "") +
-                           "><Record" + origin + "><UniqueID>U1</UniqueID>" +
-                           (given.deletion ? "" : "<Name>" + given.arriving + "</Name>") + "</Record></Table>",
+              Exchange("<Table Name=\"PhoneLabels\"" + std::string(deletion ? " Deleted=\"1\"" : "") + "><Record" +
+                           given.origin + "><UniqueID>U1</UniqueID>" +
+                           (deletion ? "" : "<Name>" + given.arriving + "</Name>") + "</Record></Table>",
                        atMain ? LaptopID : MainID, OtherLaptopID + ":2 " + (atMain ? MainID : LaptopID) + ":1"));
     const std::int64_t audited = company.Number("SELECT MAX(ID) FROM AuditLog");
     const std::string before = company.Rows("PhoneLabels");

@@ -91,39 +91,27 @@ TEST_F(ZipArchive, GivesBackWhatWasPacked) {
         EXPECT_NE(Unpack(archive, name, folder / "out"), "") << name;
     }
     EXPECT_NE(Unpack(archive, "id.dat", folder / "out"), "") << "an existing file must not be replaced";
-    EXPECT_EQ(folder.Read("out/id.dat"), "[GENERAL]\r\n");
-    EXPECT_NE(Unpack(archive, "id.dat", folder / "absent"), "");
     EXPECT_EQ(folder.Names("out").size(), 3U);
 
     LibZipArchive zip;
     ASSERT_NE(zip.OpenZip(archive), 0);
     const auto entry = zip.GetEntryByName("id.dat");
     zip.CloseZip();
-    zip.CloseZip();
     EXPECT_NE(entry->Extract(folder / "out"), 1);
 }
 
 TEST_F(ZipArchive, TakesOnlyWhatTheWildcardNames) {
     folder.Write("in/a.XML", "a");
-    folder.Write("in/b.txt", "b");
     folder.Write("in/noextension", "c");
-    ASSERT_EQ(Pack(folder / "in", folder / "some.zip", "*.xml"), "");
-    EXPECT_EQ(Unpack(folder / "some.zip", "a.XML", folder / "out"), "");
-    EXPECT_NE(Unpack(folder / "some.zip", "b.txt", folder / "out"), "");
-    ASSERT_EQ(Pack(folder / "in", folder / "all.zip"), "");
-    EXPECT_EQ(Unpack(folder / "all.zip", "noextension", folder / "out"), "");
-
+    for (const auto& [wildcard, takesBoth] : {std::pair("*.xml", false), {"*.*", true}}) {
+        const std::string archive = folder / (takesBoth ? "all.zip" : "some.zip");
+        ASSERT_EQ(Pack(folder / "in", archive, wildcard), "");
+        fs::remove(folder / "out/a.XML");
+        EXPECT_EQ(Unpack(archive, "a.XML", folder / "out"), "");
+        EXPECT_EQ(Unpack(archive, "noextension", folder / "out").empty(), takesBoth);
+    }
     EXPECT_TRUE(MatchesWildcard("suz12.TMP", "s?z*.tmp") && MatchesWildcard("a.b.c", "*.c"));
     EXPECT_FALSE(MatchesWildcard("a.b.cd", "*.c") || MatchesWildcard("", "?") || MatchesWildcard("ab", "a"));
-}
-
-TEST_F(ZipArchive, IsValidWithoutFiles) {
-    fs::create_directory(folder / "in");
-    ASSERT_EQ(Pack(folder / "in", folder / "empty.zip"), "");
-    EXPECT_EQ(fs::file_size(folder / "empty.zip"), 22U);
-    LibZipArchive zip;
-    EXPECT_NE(zip.OpenZip(folder / "empty.zip"), 0);
-    EXPECT_EQ(zip.GetEntryByName("id.dat"), nullptr);
 }
 
 TEST_F(ZipArchive, LeavesNothingWhenItCannotBeWritten) {
@@ -141,65 +129,38 @@ TEST_F(ZipArchive, LeavesNothingWhenItCannotBeWritten) {
     {
         LibZipArchive abandoned;
         ASSERT_EQ(abandoned.NewZip(folder / "new.zip"), 1);
-        EXPECT_NE(abandoned.OpenZip(folder / "archive.zip"), 1);
         ASSERT_EQ(abandoned.AppendFiles(folder / "in/*.*", 1), 1);
         fs::remove(folder / "in/data.xml");
-        EXPECT_NE(abandoned.WriteZipAndClose(), 1);
         EXPECT_NE(abandoned.WriteZipAndClose(), 1);
     }
     EXPECT_EQ(folder.Names(), (Names{"archive.zip", "in", "out"}));
 
-    ASSERT_EQ(Pack(folder / "in", folder / "whole.zip"), "");
+    OneEntry("data.xml", Noise(200'000));
     const FullDisk full(50'000);
-    EXPECT_NE(Unpack(folder / "whole.zip", "data.xml", folder / "out"), "");
+    EXPECT_NE(Unpack(folder / "one.zip", "data.xml", folder / "out"), "");
     EXPECT_TRUE(folder.Names("out").empty());
 }
 
-TEST_F(ZipArchive, RefusesWhatIsCutShortOrChanged) {
-    const std::string good = OneEntry("data.xml", "<Exchange/>");
-    for (std::size_t length = 0; length < good.size(); length += 7) {
-        ExpectRefused(good.substr(0, length), "data.xml");
-    }
-    std::string changed = good;
-    changed[good.find("data.xml") + 10] ^= 1; // in the content, which the checksum guards
-    ExpectRefused(changed, "data.xml");
-}
-
-TEST_F(ZipArchive, RefusesNamesThatLeadElsewhere) {
-    std::string bytes = OneEntry("___id.dat", "x");
-    for (std::size_t at = 0; (at = bytes.find("___id.dat", at)) != std::string::npos; ++at) {
-        bytes.replace(at, 3, "../");
-    }
-    ExpectRefused(bytes, "../id.dat");
-    ExpectRefused(bytes, "id.dat");
-    EXPECT_FALSE(fs::exists(folder / "id.dat"));
-}
-
-TEST_F(ZipArchive, RefusesForgedSizesAndBombs) {
-    constexpr std::size_t kSizeInDirectory = 24;
+TEST_F(ZipArchive, RefusesWhatIsCutShortChangedOrForged) {
     const std::string good = OneEntry("data.xml", std::string(10'000, 'x'));
+    ExpectRefused(good.substr(0, good.size() / 2), "data.xml");
     const std::size_t directory = good.find("PK\1\2");
-    ASSERT_NE(directory, std::string::npos);
-    for (const char high : {'\0', '\1', '\x7F'}) {
-        std::string forged = good;
-        forged[directory + kSizeInDirectory + 2] = high;
-        forged[directory + kSizeInDirectory] = static_cast<char>(forged[directory + kSizeInDirectory] ^ 1);
-        ExpectRefused(forged, "data.xml");
+    constexpr std::size_t kSizeInDirectory = 24;
+    for (const auto& [place, value] : {std::pair(good.find("data.xml") + 10, '\xAA'), // guarded by the checksum
+                                       {directory + kSizeInDirectory, '\1'},
+                                       {directory + kSizeInDirectory + 2, '\1'},
+                                       {directory + kSizeInDirectory + 2, '\x7F'}}) {
+        std::string changed = good;
+        changed[place] = value;
+        ExpectRefused(changed, "data.xml");
     }
-    // 80 MiB of one character pack to about one part in 1,030 at best.
-    fs::remove_all(folder / "in");
-    fs::create_directory(folder / "in");
-    std::ofstream(folder / "in/data.xml").close();
-    fs::resize_file(folder / "in/data.xml", 80 * 1024 * 1024);
-    zip_t* bomb = zip_open((folder / "bomb.zip").c_str(), ZIP_CREATE, nullptr);
-    zip_source_t* source = zip_source_file(bomb, (folder / "in/data.xml").c_str(), 0, -1);
-    zip_file_add(bomb, "data.xml", source, 0);
-    zip_set_file_compression(bomb, 0, ZIP_CM_DEFLATE, 9);
-    ASSERT_EQ(zip_close(bomb), 0);
-    ASSERT_LT(fs::file_size(folder / "bomb.zip"), 83'000U);
-    const std::string words = Unpack(folder / "bomb.zip", "data.xml", folder / "out");
-    EXPECT_NE(words.find("1,000"), std::string::npos) << words;
-    EXPECT_TRUE(folder.Names("out").empty());
+    std::string elsewhere = OneEntry("___id.dat", "x");
+    for (std::size_t at = 0; (at = elsewhere.find("___id.dat", at)) != std::string::npos; ++at) {
+        elsewhere.replace(at, 3, "../");
+    }
+    ExpectRefused(elsewhere, "../id.dat");
+    ExpectRefused(elsewhere, "id.dat");
+    EXPECT_FALSE(fs::exists(folder / "id.dat"));
 }
 
 TEST_F(ZipArchive, TakesNoMoreThanItsBounds) {
@@ -207,6 +168,17 @@ TEST_F(ZipArchive, TakesNoMoreThanItsBounds) {
     EXPECT_EQ(Unpack(folder / "one.zip", "id.dat", folder / "out"), "");
     fs::remove(folder / "out/id.dat");
     ExpectRefused(OneEntry("id.dat", std::string(16 * 1024 + 1, 'x')), "id.dat");
+
+    // 80 MiB of one character pack to about one part in 1,030 at best.
+    folder.Write("in/data.xml", "");
+    fs::resize_file(folder / "in/data.xml", 80 * 1024 * 1024);
+    zip_t* bomb = zip_open((folder / "bomb.zip").c_str(), ZIP_CREATE, nullptr);
+    zip_file_add(bomb, "data.xml", zip_source_file(bomb, (folder / "in/data.xml").c_str(), 0, -1), 0);
+    zip_set_file_compression(bomb, 0, ZIP_CM_DEFLATE, 9);
+    ASSERT_EQ(zip_close(bomb), 0);
+    const std::string words = Unpack(folder / "bomb.zip", "data.xml", folder / "out");
+    EXPECT_NE(words.find("1,000"), std::string::npos) << words;
+    EXPECT_TRUE(folder.Names("out").empty());
 
     // An archive of 98 bytes that claims a hundred million entries, for which libzip would make room.
     const std::string claim("\0\xE1\xF5\5\0\0\0\0", 8);
@@ -323,60 +295,25 @@ TEST_F(ArchiveOnAShare, AReadErrorIsWaitedOutAndNeverMakesItABrokenOne) {
     }
 }
 
-TEST_F(ArchiveOnAShare, WithoutItsDescriptorNothingElseOfItIsGiven) {
-    ArchiveShelf shelf(share);
-    LibZipArchive zip(shelf);
-    ASSERT_NE(zip.OpenZip(archive), 0);
-    const auto data = zip.GetEntryByName("data.xml");
-    const auto descriptor = zip.GetEntryByName("id.dat");
-    EXPECT_NE(descriptor->Extract(folder / "absent"), 1);
-    EXPECT_NE(data->Extract(folder / "out"), 1);
-    EXPECT_EQ(descriptor->Extract(folder / "out"), 1);
-    EXPECT_EQ(data->Extract(folder / "out"), 1);
-}
-
-TEST_F(ArchiveOnAShare, TheSystemsOwnTroubleLeavesTheFile) {
-    {
-        // The sanitizers need a pipe at the first use of a type, which there is none of below.
-        LibZipArchive used;
-        EXPECT_TRUE(used.OpenZip(archive) != 0 && used.GetEntryByName("data.xml") != nullptr);
-    }
-    LibZipArchive zip;
-    rlimit before{};
-    getrlimit(RLIMIT_NOFILE, &before);
-    const rlimit none{3, before.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &none);
-    const bool open = zip.OpenZip(archive) != 0;
-    const auto entry = zip.GetEntryByName("data.xml");
-    setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_TRUE(open && entry != nullptr && zip.OpenZip(folder / "out") == 0);
-    EXPECT_EQ(entry->Extract(folder / "out"), 1) << "it is looked for again";
-}
-
 TEST_F(ArchiveOnAShare, EachFileIsReadOnceUntilItChanges) {
     ArchiveShelf shelf(share, nullptr, nullptr, 0);
-    const auto descriptor = [&](const std::string& path) {
+    const std::string strange = folder.Write("strange.zip", "this is no archive");
+    const auto extract = [&](const std::string& path) {
         fs::remove(folder / "out/id.dat");
+        share.calls = 0;
         LibZipArchive zip(shelf);
         const bool open = zip.OpenZip(path) != 0;
         const auto entry = open ? zip.GetEntryByName("id.dat") : nullptr;
-        return !open ? "none" : entry && entry->Extract(folder / "out") == 1 ? folder.Read("out/id.dat") : "";
+        return entry && entry->Extract(folder / "out") == 1 ? folder.Read("out/id.dat") : "none";
     };
-    folder.Write("in/data.xml", "");
-    fs::remove(folder / "in/id.dat");
-    const std::string strange = folder.Write("strange.zip", "this is no archive");
-    EXPECT_EQ(Pack(folder / "in", folder / "without.zip"), "");
-    for (const auto& [path, content] : {std::pair(archive, folder.Read("in/id.dat")),
-                                        {strange, std::string("none")},
-                                        {folder / "without.zip", std::string()}}) {
-        const std::string first = descriptor(path);
-        share.calls = 0;
-        EXPECT_EQ(descriptor(path), first);
+    for (const auto& [path, content] : {std::pair(archive, folder.Read("in/id.dat")), {strange, "none"}}) {
+        EXPECT_EQ(extract(path), content);
+        EXPECT_EQ(extract(path), content);
         EXPECT_EQ(share.calls, 1) << "of which file it is, and no more: " << path;
     }
     OneEntry("id.dat", "changed");
     fs::copy(folder / "one.zip", strange, fs::copy_options::overwrite_existing);
-    EXPECT_EQ(descriptor(strange), "changed");
+    EXPECT_EQ(extract(strange), "changed");
 }
 
 TEST_F(ArchiveOnAShare, NoFolderIsPackedWithAFileThatWasWrittenByHalf) {
