@@ -60,14 +60,12 @@ TEST_F(StartUpTest, DeveloperRunWorksThroughItsTwoCompanies) {
 TEST_F(StartUpTest, DeveloperSyncReleasesWhatItOpened) {
     const std::string path = Path(AddMain("a"));
     gate.Refuse("ObjectFactory.CreateEngine", 1);
-    RunDeveloperSync(first, path, 1);
-    EXPECT_EQ(first.Library, nullptr);
-    EXPECT_EQ(gate.Count("SharedCodeLibrary.PreTerminate"), 1);
-    EXPECT_EQ(gate.Count("SharedCodeLibrary.SetOperatingMode"), 1);
-
-    RunDeveloperSync(first, path + "x", 1);
-    EXPECT_EQ(first.Library, nullptr);
-    EXPECT_EQ(gate.Count("SharedCodeLibrary.PreTerminate"), 2);
+    int opened = 0;
+    for (const std::string& file : {path, path + "x"}) {
+        RunDeveloperSync(first, file, 1);
+        EXPECT_EQ(first.Library, nullptr);
+        EXPECT_EQ(gate.Count("SharedCodeLibrary.PreTerminate"), ++opened);
+    }
     EXPECT_EQ(gate.Count("SharedCodeLibrary.SetOperatingMode"), 1);
     EXPECT_EQ(TakeLog(), Lines{"Error: The .psd file 'Companies/a.psdx' cannot be loaded."});
 }

@@ -1,7 +1,6 @@
 #include "changes/apply_changes_from_main.h"
 #include "changes/apply_changes_from_roaming_workstations.h"
 #include "changes/changes_test.h"
-#include "syncfiles/query_rows.h"
 
 namespace qndr::testing {
 namespace {
@@ -39,27 +38,6 @@ TEST_P(ApplyChangesTest, OnlyTheExpectedSequenceIsTaken) {
     EXPECT_EQ(Numbers(), Pick("6,20261122 19:08:52", "6,4"));
 }
 
-TEST_P(ApplyChangesTest, FilesAreTakenInTheOrderOfTheListing) {
-    const auto dropInOrder = [&](int first, int second) {
-        WriteText(Path("Sync/" + ownId + "~b~x.zip"), "");
-        WriteText(Path("Sync/" + ownId + "~c~x.zip"), "");
-        const Lines listed = context.services.pathTools.FindFiles(Path("Sync"), "*.zip", false);
-        for (const int sequence : {first, second}) {
-            const std::string number = std::to_string(sequence);
-            Pack(listed.at(sequence == first ? 0 : 1),
-                 {{"id.dat", "[GENERAL]\r\nFrom=" + senderId + "\r\nSequence=" + number}, {"data.xml", number}});
-        }
-    };
-    dropInOrder(6, 5);
-    Apply();
-    EXPECT_EQ(engine->imports, Lines{"5"});
-    Apply();
-    EXPECT_EQ(engine->imports, (Lines{"5", "6"}));
-    dropInOrder(7, 8);
-    Apply();
-    EXPECT_EQ(engine->imports, (Lines{"5", "6", "7", "8"})) << "the expected number is read for each file";
-}
-
 TEST_P(ApplyChangesTest, UpdateOfTheNumbersThatDoesNotTouchOneRowLeavesTheFile) {
     Drop(5);
     gate.Before("Engine.ImportFile", [&] { Sql("DELETE FROM " + Pick("RoamingWorkstations", "Company")); });
@@ -82,16 +60,6 @@ TEST_P(ApplyChangesFromRoamingTest, FilesAreTakenUnderTheirOwnWorkstation) {
     EXPECT_EQ(Apply().size(), 9U) << "two workstations, and of one a file";
     EXPECT_EQ(Numbers(), "5, 0, 1,20261122 19:08:52 0,");
     EXPECT_EQ(FilesBelow("Sync").size(), 2U) << "those of the other states wait for their own steps";
-}
-
-TEST_P(ApplyChangesFromRoamingTest, StateComesFromTheRecord) {
-    Sql("UPDATE RoamingWorkstations SET SyncState = 5");
-    const QueryRows rows(context, "SELECT * FROM RoamingWorkstations");
-    Sql("UPDATE RoamingWorkstations SET SyncState = 4");
-    ApplyChangesFromRoamingWorkstation(context, rows.Row(0).get());
-    EXPECT_EQ(TakeLog().back(),
-              "Changes from this Roaming Workstation will not be processed because it has not done an initial "
-              "sync.");
 }
 
 class ApplyChangesFromMainTest : public ApplyChangesTest {};

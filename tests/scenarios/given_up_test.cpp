@@ -1,4 +1,3 @@
-#include "suite/engine/conflicts.h"
 #include "support/dealer.h"
 #include "support/scripted_gate.h"
 
@@ -50,39 +49,6 @@ TEST(GivenUp, NoFaultWhileTheDataIsTakenLosesAChangeOrKeepsItTwice) {
                          "FROM ImportConflicts WHERE State = 0 ORDER BY TableName)"),
             "CustomerTypes 1, Customers 1, Orders 1");
     }
-}
-
-TEST(GivenUp, WhatAResetGivesUpIsGotBack) {
-    const test::TemporaryFolder folder(test::QuickPlace());
-    Dealer dealer(folder.Path(), 1);
-    dealer.SetUp(200);
-    RunUntilReady(dealer);
-    const auto laptop = dealer.Laptop().Open();
-    laptop->Execute("INSERT INTO Orders (UniqueID, OrderNumber, State, ReferenceNumber) VALUES ('SENT', 1, 1, 1)");
-    dealer.Laptop().RunPass();
-    laptop->ExecuteScript(
-        "INSERT INTO Orders (UniqueID, OrderNumber, State, ReferenceNumber) VALUES ('UNSENT', 2, 1, 2);"
-        "UPDATE Customers SET Notes = 'mine' WHERE ID = 1; DELETE FROM PhoneLabels WHERE ID = 1");
-    suite::RequestReset(*laptop);
-    RunUntilReady(dealer);
-    EXPECT_EQ(laptop->Number("SELECT COUNT(*) FROM Orders"), 2);
-    EXPECT_EQ(laptop->Number("SELECT COUNT(*) FROM Customers WHERE Notes = 'mine'"), 0);
-    EXPECT_EQ(dealer.Main().Number("SELECT COUNT(*) FROM Orders WHERE UniqueID LIKE '%SENT'"), 0);
-    EXPECT_EQ(laptop->Value("SELECT group_concat(TableName || Reason, ' ') FROM (SELECT TableName, Reason FROM "
-                            "ImportConflicts ORDER BY TableName, Reason)"),
-              "Customers1 OrderNumberSync2 Orders1 Orders2 PhoneLabels1");
-
-    const suite::GivenUpConflicts found = suite::FindGivenUpConflicts(*laptop);
-    for (const std::int64_t id : found.restorable) {
-        suite::RestoreConflict(*laptop, id);
-    }
-    dealer.RunRound();
-    dealer.RunRound();
-    EXPECT_EQ(dealer.Main().Number("SELECT COUNT(*) FROM Orders WHERE UniqueID LIKE '%SENT'"), 2);
-    EXPECT_EQ(dealer.Main().Number("SELECT COUNT(*) FROM OrderNumberSync WHERE OrderUniqueID LIKE '%SENT'"), 2);
-    EXPECT_EQ(dealer.Main().Number("SELECT COUNT(*) FROM Customers WHERE Notes = 'mine'"), 1);
-    EXPECT_EQ(dealer.Differences(dealer.Laptop()), std::vector<std::string>{});
-    EXPECT_EQ(dealer.FilesInSyncFolder(), 0U);
 }
 
 } // namespace

@@ -142,7 +142,7 @@ TEST_F(RunningDealer, ThreeWeeksFillNoDisk) {
             computer->Put("Customers", computer->Name(), "Notes", "day " + number);
             computer->Put("Orders", computer->Name() + number, "OrderNumber", std::to_string(1000 + day));
         }
-        Run(8, 180);
+        Run(4, 360);
         for (const DealerComputer* computer : dealer.All()) {
             for (const std::string place : {"History", "Orders", "Deleted"}) {
                 std::size_t& peak = most[day / 7][computer->Name() + " " + place];
@@ -151,7 +151,7 @@ TEST_F(RunningDealer, ThreeWeeksFillNoDisk) {
             logged[day / 7][computer->Name()] = UseOf(computer->LogFolder()).bytes;
         }
     }
-    Run(18, 180); // the last day's orders arrive
+    Run(9, 360); // the last day's orders arrive
     for (const DealerComputer* computer : dealer.All()) {
         for (const std::string place : {"History", "Orders", "Deleted"}) {
             const std::string key = computer->Name() + " " + place;

@@ -1,9 +1,8 @@
 #include "shared/paths2.h"
 #include "suite/computer/posix/directory_calls.h"
+#include "suite/computer/virtual_time.h"
 #include "suite/files/disk_files.h"
 #include "suite/files/wildcards.h"
-#include "support/fakes.h"
-
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -36,19 +35,19 @@ struct Paths2PosixTest : ::testing::Test {
     std::string root = folder.Path();
     suite::PosixDirectoryCalls calls{root + "/tmp"};
     suite::DiskFileTools files{root + "/tmp"};
-    CountedMessages messages;
-    Paths2 paths{calls, files, messages};
+    suite::VirtualTime time{Date()};
+    Paths2 paths{calls, files, time};
 };
 
 TEST_F(Paths2PosixTest, FolderIsWhatTheFileSystemCallsADirectory) {
     fs::create_directories(At("a:b\\c"));
     AddFile("file");
-    EXPECT_TRUE(paths.FolderExists("/"));
-    EXPECT_TRUE(paths.FolderExists(At("a:b\\c/")));
-    EXPECT_FALSE(paths.FolderExists(""));
-    EXPECT_FALSE(paths.FolderExists(At("file")));
-    EXPECT_FALSE(paths.FolderExists(At("none")));
-    EXPECT_FALSE(paths.FolderExists(root + std::string("\0/x", 3)));
+    for (const std::string& path : {std::string("/"), At("a:b\\c/")}) {
+        EXPECT_TRUE(paths.FolderExists(path)) << path;
+    }
+    for (const std::string& path : {std::string(), At("file"), At("none"), root + std::string("\0/x", 3)}) {
+        EXPECT_FALSE(paths.FolderExists(path)) << path;
+    }
     EXPECT_EQ(paths.FixPath("/", false), "/");
     EXPECT_EQ(paths.FixPath(root, true), root + "/");
     EXPECT_EQ(paths.FindFiles("", "*.*", true), (Paths{""}));

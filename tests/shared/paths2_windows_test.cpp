@@ -1,4 +1,5 @@
-#include "shared/outside.h"
+#include "shared/paths2.h"
+#include "shared/simulated_directories.h"
 
 #include <gtest/gtest.h>
 
@@ -7,17 +8,27 @@ namespace {
 
 using Paths = std::vector<std::string>;
 
-struct Paths2WindowsTest : ::testing::Test, Outside {};
+/// A computer with a drive C:.
+struct Paths2WindowsTest : ::testing::Test, services::MessagePump {
+    Paths2WindowsTest() {
+        directories.AddFolder("C:\\Data");
+        directories.AddFolder("C:\\Temp");
+    }
+    void ProcessMessages() override { ++timesProcessed; }
+
+    SimulatedDirectories directories;
+    SimulatedFiles files{directories};
+    Paths2 paths{directories, files, *this};
+    int timesProcessed = 0;
+};
 
 TEST_F(Paths2WindowsTest, PathTextFollowsTheRules) {
-    EXPECT_EQ(paths.FixPath(" C:\\a ", true), "C:\\a\\");
-    EXPECT_EQ(paths.FixPath(" C:\\a\\ ", true), "C:\\a\\");
+    for (const char* path : {" C:\\a ", " C:\\a\\ "}) {
+        EXPECT_EQ(paths.FixPath(path, true) + paths.FixPath(path, false), "C:\\a\\C:\\a");
+    }
     EXPECT_EQ(paths.FixPath("  ", true), "");
-    EXPECT_EQ(paths.FixPath("C:\\a\\", false), "C:\\a");
     EXPECT_EQ(paths.QualifyPath("C:\\a "), "C:\\a \\");
-    EXPECT_EQ(paths.UnQualifyPath(" C:\\a\\\\ "), "C:\\a\\");
-    EXPECT_EQ(paths.UnQualifyPath("\\"), "");
-
+    EXPECT_EQ(paths.UnQualifyPath(" C:\\a\\\\ ") + paths.UnQualifyPath("\\"), "C:\\a\\");
     EXPECT_EQ(paths.FixForFileName("a\\b/c:d*e?f\"g>h<i|j k", "_", true), "a_b_c_d_e_f_g_h_i_j k");
     EXPECT_EQ(paths.FixForFileName("ä b*", "--", false), "ä--b--");
     EXPECT_FALSE(Paths2::CharacterIsAllowedForFileName("|"));
@@ -53,18 +64,12 @@ TEST_F(Paths2WindowsTest, RootsAndSharesAreJudgedByTheirFirstEntry) {
     directories.AddFolder("F:");
     directories.AddFolder("\\\\srv\\share\\folder");
     directories.AddFile("\\\\srv\\files\\a.txt");
-    EXPECT_TRUE(paths.FolderExists("C:\\"));
-    EXPECT_TRUE(paths.FolderExists("C:"));
-    EXPECT_FALSE(paths.FolderExists("E:\\")) << "its first entry is a file";
-    EXPECT_FALSE(paths.FolderExists("F:\\")) << "it is empty";
-    EXPECT_TRUE(paths.FolderExists("\\\\srv\\share"));
-    EXPECT_TRUE(paths.FolderExists("\\\\srv\\share\\folder\\")) << "its first entry is the dot";
-    EXPECT_FALSE(paths.FolderExists("\\\\srv\\files"));
-
-    EXPECT_TRUE(paths.FolderExists(" E:\\folder\\ "));
-    EXPECT_FALSE(paths.FolderExists("E:\\folder\\\\"));
-    EXPECT_FALSE(paths.FolderExists("E:\\file.txt"));
-    EXPECT_FALSE(paths.FolderExists("E:\\none"));
+    for (const char* folder : {"C:\\", "C:", "\\\\srv\\share", "\\\\srv\\share\\folder\\", " E:\\folder\\ "}) {
+        EXPECT_TRUE(paths.FolderExists(folder)) << folder;
+    }
+    for (const char* other : {"E:\\", "F:\\", "\\\\srv\\files", "E:\\folder\\\\", "E:\\file.txt", "E:\\none"}) {
+        EXPECT_FALSE(paths.FolderExists(other)) << other;
+    }
 }
 
 TEST_F(Paths2WindowsTest, DrivesStandForTheirSharesAlsoWhenOnlyRemembered) {
@@ -164,9 +169,9 @@ TEST_F(Paths2TreeTest, ProgressShowsEachFolderBeforeGoingIntoIt) {
     const Paths all = paths.FindFiles("C:\\t", "*.*", true);
     EXPECT_EQ(paths.FindFilesWithProgress("C:\\t", "*.*", true, &label, device), all);
     EXPECT_EQ(label.captions, (Paths{"42:C:\\t\\sub.txt", "42:C:\\t\\other"}));
-    EXPECT_EQ(messages.count, 2);
+    EXPECT_EQ(timesProcessed, 2);
     EXPECT_EQ(paths.FindFilesWithProgress("C:\\t", "*.*", true, nullptr, device), all);
-    EXPECT_EQ(messages.count, 2);
+    EXPECT_EQ(timesProcessed, 2);
 }
 
 TEST_F(Paths2TreeTest, SubfolderWithALeadingDotKeepsTheTree) {
@@ -234,9 +239,9 @@ TEST_F(Paths2WindowsTest, TemporaryFolderIsOneThatThisCallMade) {
 
 TEST_F(Paths2WindowsTest, WriteableFolderIsTriedOut) {
     EXPECT_TRUE(paths.IsFolderWriteable("C:\\Data"));
-    EXPECT_TRUE(files.files.empty()) << "the trial file is gone";
+    EXPECT_EQ(paths.FindFiles("C:\\Data", "*.*", true), (Paths{""})) << "the trial file is gone";
     EXPECT_FALSE(paths.IsFolderWriteable("C:\\none"));
-    files.writable = false;
+    files.isWriteable = false;
     EXPECT_FALSE(paths.IsFolderWriteable("C:\\Data"));
 }
 

@@ -2,8 +2,8 @@
 
 #include "services/directory_calls.h"
 #include "shared/text.h"
+#include "suite/files/disk_files.h"
 #include "suite/files/wildcards.h"
-#include "support/fakes.h"
 
 #include <algorithm>
 #include <map>
@@ -132,12 +132,23 @@ struct SimulatedDirectories : services::DirectoryCalls {
 };
 
 /// The files in those folders.
-struct SimulatedFiles : MemoryFiles {
-    explicit SimulatedFiles(SimulatedDirectories& where) : directories(where) {}
-    bool DeleteFile(const std::string& path) override {
-        return MemoryFiles::DeleteFile(path) || directories.Remove(path);
+struct SimulatedFiles : suite::DiskFileTools {
+    explicit SimulatedFiles(SimulatedDirectories& where) : DiskFileTools(std::string()), directories(where) {}
+    std::string GetFileName(const std::string& path) override { return SimulatedDirectories::Name(path); }
+    bool FileExists(const std::string& path) override { return !path.empty() && directories.Has(path); }
+    std::string CreateTemporaryFile(const std::string& folder, const std::string& prefix,
+                                    const std::string& extension) override {
+        const std::string path = folder + "\\" + prefix + extension;
+        if (!isWriteable || !directories.Has(folder)) {
+            return "";
+        }
+        directories.AddFile(path);
+        return path;
     }
+    bool DeleteFile(const std::string& path) override { return directories.Remove(path); }
+
     SimulatedDirectories& directories;
+    bool isWriteable = true;
 };
 
 } // namespace qndr::testing

@@ -1,135 +1,126 @@
-#include "shared/agent_context.h"
-#include "shared/outside.h"
 #include "shared/sync_log.h"
-#include "support/scripted_gate.h"
-
-#include <gtest/gtest.h>
+#include "support/agent_bench.h"
 
 namespace qndr::testing {
 namespace {
 
-const std::string kLog = "C:\\Data\\Velmoran\\Logs\\qndr5rwsync 1126.log";
-const std::string kTime = "2026-11-14 18:10:00      ";
+const std::string Time = "2026-11-22 14:08:52      ";
 
-struct SyncLogTest : ::testing::Test, Outside {
-    std::string& Setting(const std::string& name, const std::string& key = settings::RootKey) {
-        return registry.values[{key, name}];
+class SyncLogTest : public AgentBench {
+  protected:
+    SyncLogTest() { WriteLogEntry(services, "first", 0, ""); } // makes the folder
+
+    std::string Log(const std::string& name = "1126") { return ReadText(LogPath(name)); }
+    std::string LogPath(const std::string& name = "1126") {
+        return Path("CommonAppData/Velmoran/Logs/qndr5rwsync " + name + ".log");
     }
-    std::string& Switch() { return Setting(settings::DebugSyncAgent); }
-    std::string& StartDate() { return Setting(settings::DebugSyncAgentStartDate); }
+    /// Lines of one moment.
+    static std::string Lined(const Lines& lines, const std::string& moment = Time) {
+        std::string text;
+        for (const std::string& line : lines) {
+            text += moment + line + "\r\n";
+        }
+        return text;
+    }
+    void Set(const std::string& name, const std::string& value, const std::string& key = settings::RootKey) {
+        registry.SetString(services::CurrentUserHive, key, name, value);
+    }
+    std::string Get(const std::string& name) {
+        return registry.GetString(services::CurrentUserHive, settings::RootKey, name, "");
+    }
+
+    const services::AgentServices& services = outside.Services();
 };
 
 TEST_F(SyncLogTest, WritesWhenTheSwitchBelowTheKeyIsExactlyOne) {
     for (const char* off : {"0", "2", "-1", "no number"}) {
-        Switch() = off;
+        Set(settings::DebugSyncAgent, off);
         WriteLog(services, "lost");
     }
-    EXPECT_TRUE(files.files.empty());
-
-    Switch() = "1";
+    Set(settings::DebugSyncAgent, "1");
     WriteLog(services, "Starting Sync");
     WriteLog(services, "other", "lost");
-    Setting(settings::DebugSyncAgent, "other") = "1";
+    Set(settings::DebugSyncAgent, "1", "other");
     WriteLog(services, "other", "Stopping Sync");
-    EXPECT_EQ(files.files[kLog], kTime + "Starting Sync\r\n" + kTime + "Stopping Sync\r\n");
+    EXPECT_EQ(Log(), Lined({"first", "Starting Sync", "Stopping Sync"}));
 }
 
 TEST_F(SyncLogTest, EntriesAreWrittenWhateverTheSwitchSaysAndEachMonthInAFileOfItsOwn) {
-    WriteLogEntry(services, "one", 0, "");
+    SetNumber(settings::DebugSyncAgent, 0);
     WriteLogEntry(services, "two", 5, "  it broke ");
     WriteLogEntry(services, "three", 7, "");
-    clock.now = *ParseDate("2030-01-02 03:04:05");
+    time.SetNow(*ParseDate("2030-01-02 03:04:05"));
     WriteLogEntry(services, "four", 0, "why");
-    EXPECT_EQ(files.files[kLog], kTime + "one\r\n" + kTime + "two\r\n" + kTime + "it broke (5)\r\n" + kTime +
-                                     "three\r\n" + kTime + "(7)\r\n");
-    EXPECT_EQ(files.files["C:\\Data\\Velmoran\\Logs\\qndr5rwsync 0130.log"],
-              "2030-01-02 03:04:05      four\r\n2030-01-02 03:04:05      why (0)\r\n");
+    EXPECT_EQ(Log(), Lined({"first", "two", "it broke (5)", "three", "(7)"}));
+    EXPECT_EQ(Log("0130"), Lined({"four", "why (0)"}, "2030-01-02 03:04:05      "));
 }
 
 TEST_F(SyncLogTest, MessageIsOneLineThatNothingObeys) {
     WriteLogEntry(services, "a\r\nb\tc\x1B[2J\x7F \u0085\u009B\u2028\u2029 \x9B", 1, "why\n");
     WriteLogEntry(services, "größe 会社 \U0001F600 \xE9 \xE2\x80", 0, "");
-    EXPECT_EQ(files.files[kLog],
-              kTime + R"(a\x0D\x0Ab\x09c\x1B[2J\x7F \xC2\x85\xC2\x9B\xE2\x80\xA8\xE2\x80\xA9 \x9B)" + "\r\n" +
-                  kTime + "why\\x0A (1)\r\n" + kTime + "größe 会社 \U0001F600 \xE9 \xE2\\x80\r\n");
+    EXPECT_EQ(Log(), Lined({"first", R"(a\x0D\x0Ab\x09c\x1B[2J\x7F \xC2\x85\xC2\x9B\xE2\x80\xA8\xE2\x80\xA9 \x9B)",
+                            "why\\x0A (1)", "größe 会社 \U0001F600 \xE9 \xE2\\x80"}));
 }
 
 TEST_F(SyncLogTest, RotatesAFileThatHasGrownBeyondTheLimit) {
-    clock.now = *ParseDate("2026-03-04 05:06:07");
-    const std::string march = "C:\\Data\\Velmoran\\Logs\\qndr5rwsync 0326.log";
-    const std::string rotated = "C:\\Data\\Velmoran\\Logs\\qndr5rwsync 0326 (3-4-2026 0506).log";
+    time.SetNow(*ParseDate("2026-03-04 05:06:07"));
+    const std::string rotated = "0326 (3-4-2026 0506)";
     const std::string line = "2026-03-04 05:06:07      x\r\n";
     const std::string full(131072, '.');
-    files.files[march] = full;
+    WriteText(LogPath("0326"), full);
     WriteLogEntry(services, "x", 0, "");
-    EXPECT_EQ(files.files[march], full + line) << "at the limit";
-    EXPECT_FALSE(files.files.contains(rotated));
-
+    EXPECT_EQ(Log("0326"), full + line) << "at the limit";
     WriteLogEntry(services, "x", 0, "");
-    EXPECT_EQ(files.files[rotated], full + line);
-    EXPECT_EQ(files.files[march], line);
+    EXPECT_EQ(Log(rotated), full + line);
+    EXPECT_EQ(Log("0326"), line);
 
     // A second rotation in the same minute finds its name taken: nothing is overwritten and the line is kept.
-    files.files[march] = full + ".";
+    WriteText(LogPath("0326"), full + ".");
     WriteLogEntry(services, "x", 0, "");
-    EXPECT_EQ(files.files[rotated], full + line);
-    EXPECT_EQ(files.files[march], full + "." + line);
-}
-
-TEST_F(SyncLogTest, WithoutItsFolderTheMessageIsLost) {
-    directories.all.clear();
-    EXPECT_EQ(GetLogFilePath(services), "");
-    EXPECT_NO_THROW(WriteLogEntry(services, "x", 0, ""));
-    EXPECT_TRUE(files.files.empty());
+    EXPECT_EQ(Log(rotated), full + line);
+    EXPECT_EQ(Log("0326"), full + "." + line);
 }
 
 TEST_F(SyncLogTest, LogEndsAfterSevenDays) {
-    struct Case {
-        const char* start;
-        const char* expectedSwitch;
-        const char* expectedStart;
-    };
-    for (const Case& each :
-         {Case{"", "1", "2026-11-14 18:10:00"}, Case{"yesterday", "1", "2026-11-14 18:10:00"},
-          Case{"2026-11-07 18:10:00", "1", "2026-11-07 18:10:00"},
-          Case{"2026-11-07 18:09:59", "0", "2026-11-07 18:09:59"}, Case{"11/7/2026", "0", "11/7/2026"}}) {
-        Switch() = "1";
-        StartDate() = each.start;
+    const std::string now = "2026-11-22 14:08:52";
+    for (const auto& [start, expectedSwitch, expectedStart] :
+         {std::tuple<std::string, int, std::string>{"", 1, now},
+          {"yesterday", 1, now},
+          {"2026-11-15 14:08:52", 1, "2026-11-15 14:08:52"},
+          {"2026-11-15 14:08:51", 0, "2026-11-15 14:08:51"},
+          {"11/7/2026", 0, "11/7/2026"}}) {
+        SetNumber(settings::DebugSyncAgent, 1);
+        Set(settings::DebugSyncAgentStartDate, start);
         ReadDebugSetting(services);
-        EXPECT_EQ(Switch(), each.expectedSwitch) << each.start;
-        EXPECT_EQ(StartDate(), each.expectedStart) << each.start;
+        EXPECT_EQ(Get(settings::DebugSyncAgent), std::to_string(expectedSwitch)) << start;
+        EXPECT_EQ(Get(settings::DebugSyncAgentStartDate), expectedStart) << start;
     }
-    Switch() = "2";
-    StartDate() = "yesterday";
+    SetNumber(settings::DebugSyncAgent, 2);
+    Set(settings::DebugSyncAgentStartDate, "yesterday");
     ReadDebugSetting(services);
-    EXPECT_EQ(Switch() + StartDate(), "2yesterday");
+    EXPECT_EQ(Get(settings::DebugSyncAgentStartDate), "yesterday");
 }
 
 TEST_F(SyncLogTest, NoFailureOfTheOutsideLeavesTheLog) {
+    std::filesystem::current_path(folder.Path()); // where the log goes whose path cannot be split
     for (const char* call :
          {"RegistryTools.GetLong", "RegistryTools.SetLong", "Clock.Now", "FileTools.FileExists",
           "FileTools.GetFileSize", "FileTools.MoveFile", "PathTools.FixPath", "PathTools.SplitPath",
           "PathTools.FolderExists", "PathTools.CreateNestedFolder", "SpecialFolderTools.GetFolderPath",
           "ProgramFacts.ExecutableName", "TextAppender.Append"}) {
-        ScriptedGate gate;
-        gate.Before(call, [] { throw services::Failure("broken"); });
-        services::RegistryToolsWrapper registryTools(registry, &gate);
-        services::FileToolsWrapper fileTools(files, &gate);
-        services::PathToolsWrapper pathTools(paths, &gate);
-        services::SpecialFolderToolsWrapper specialFolders(facts, &gate);
-        services::ClockWrapper gatedClock(clock, &gate);
-        services::TextAppenderWrapper appender(files, &gate);
-        services::ProgramFactsWrapper program(facts, &gate);
-        const AgentContext context(services::AgentServices{
-            objects, switches, registryTools, fileTools, pathTools, iniFiles, textFiles, stringArrays, arrays,
-            facts, specialFolders, gatedClock, messages, timers, facts, appender, program, processes});
-        Switch() = "1";
-        StartDate() = "2026-11-01";
-        files.files[kLog] = std::string(131073, '.');
-        EXPECT_NO_THROW(WriteLog(context, "x")) << call;
-        EXPECT_NO_THROW(ReadDebugSetting(context)) << call;
-        EXPECT_GT(gate.Count(call), 0) << call;
+        SetNumber(settings::DebugSyncAgent, 1);
+        Set(settings::DebugSyncAgentStartDate, "2026-11-01");
+        WriteText(LogPath(), std::string(131073, '.'));
+        const auto before = gate.Count(call);
+        gate.Before(call, Break);
+        EXPECT_NO_THROW(WriteLog(services, "x")) << call;
+        EXPECT_NO_THROW(ReadDebugSetting(services)) << call;
+        EXPECT_GT(gate.Count(call), before) << call;
+        gate.Before(call, [] {});
     }
+    gate.Refuse("PathTools.FolderExists", 1);
+    EXPECT_EQ(GetLogFilePath(services), "");
+    std::filesystem::current_path(std::filesystem::temp_directory_path());
 }
 
 } // namespace

@@ -121,11 +121,10 @@ struct NotingEngine : services::Engine {
 };
 
 /// The services with another log and other timers, and with what else is given.
-inline services::AgentServices Replacing(const services::AgentServices& all, services::TextAppender& log,
-                                         services::WaitableTimers& timers,
-                                         services::Processes* processes = nullptr,
-                                         services::RegistryTools* registryTools = nullptr,
-                                         services::PathTools* pathTools = nullptr) {
+inline services::AgentServices
+Replacing(const services::AgentServices& all, services::TextAppender& log, services::WaitableTimers& timers,
+          services::Processes* processes = nullptr, services::RegistryTools* registryTools = nullptr,
+          services::PathTools* pathTools = nullptr, services::FileVersions* fileVersions = nullptr) {
     return {all.objects,
             all.commandLineTools,
             registryTools == nullptr ? all.registryTools : *registryTools,
@@ -140,7 +139,7 @@ inline services::AgentServices Replacing(const services::AgentServices& all, ser
             all.clock,
             all.messages,
             timers,
-            all.fileVersions,
+            fileVersions == nullptr ? all.fileVersions : *fileVersions,
             log,
             all.program,
             processes == nullptr ? all.processes : *processes};

@@ -6,20 +6,22 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace qndr::testing {
 
+/// Leaves the agent as a killed process does: from then on nothing that unwinds reaches the outside.
+struct ProcessDied {};
+
 /// Notes every call of the seam, lets chosen ones fail and does something else in front of others.
 class ScriptedGate : public services::CallGate {
   public:
-    /// What becomes of a call. To die is to end the process as a killed one does: nothing is unwound.
+    /// What becomes of a call.
     enum class Way { Admit, Refuse, Raise, Die };
 
     bool Admits(std::string_view call) override {
-        if (isOpen) {
-            return true;
+        if (isOpen || isDead_) {
+            return isOpen;
         }
         const std::string name(call);
         calls_.push_back(name);
@@ -62,16 +64,18 @@ class ScriptedGate : public services::CallGate {
     bool isOpen = false; ///< lets everything through and notes nothing
 
   private:
-    bool Fail() const {
+    bool Fail() {
         if (way_ == Way::Raise) {
             throw services::Failure("broken");
         }
         if (way_ == Way::Die) {
-            _exit(0);
+            isDead_ = true;
+            throw ProcessDied();
         }
         return way_ == Way::Admit;
     }
 
+    bool isDead_ = false;
     std::vector<std::string> calls_;
     std::size_t failing_ = 0;
     Way way_ = Way::Admit;

@@ -48,21 +48,6 @@ TEST_F(RoutingTest, NameNeverLeadsToAnotherFolder) {
     }
 }
 
-TEST_F(RoutingTest, NothingGoesWithoutASyncFolder) {
-    SetSyncFolder("");
-    EXPECT_FALSE(CopySyncFileToMain(context, source));
-    EXPECT_FALSE(CopyToRoaming());
-    std::string heartbeatFile = "before";
-    EXPECT_FALSE(CopyHeartbeatFileToMain(context, source, heartbeatFile));
-    EXPECT_EQ(heartbeatFile, "before");
-    const std::string why = "because the 'SYNC' folder could not be identified.";
-    EXPECT_EQ(TakeLog(),
-              (Lines{"Error: Unable to copy a sync file 'suz.zip' for the main system " + why,
-                     "Error: Unable to copy a sync file 'suz.zip' for the Roaming Workstation '{Lap}' " + why,
-                     "Error: Unable to copy a roaming workstation heartbeat file 'suz.zip' for the main system " +
-                         why}));
-}
-
 /// Notes how it is armed, is due at the third look.
 struct NotingTimers : services::WaitableTimers {
     struct Timer : services::WaitableTimer {
