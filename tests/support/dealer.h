@@ -104,20 +104,6 @@ class DealerComputer {
             "SELECT group_concat(TableName || ' ' || RowUniqueID || ' ' || ifnull(LosingValues, 'deleted'), "
             "char(10)) FROM ImportConflicts");
     }
-    /// Paths of the backup archives below the folder of the orders, with "/" between the levels.
-    std::vector<std::string> OrderBackups() const {
-        const std::string orders = KeptFolder("Orders") + "/";
-        std::vector<std::string> found;
-        if (std::filesystem::exists(orders)) {
-            for (const auto& entry : std::filesystem::recursive_directory_iterator(orders)) {
-                if (entry.is_regular_file()) {
-                    found.push_back(entry.path().string().substr(orders.size()));
-                }
-            }
-        }
-        std::sort(found.begin(), found.end());
-        return found;
-    }
     /// Gives the virtual moment to every file and folder that bears a later one, as whatever is made or changed
     /// does: the disk goes by the real clock. Only for a virtual time that lies far in the past; a pass takes what
     /// it made itself for young.

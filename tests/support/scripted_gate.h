@@ -43,10 +43,6 @@ class ScriptedGate : public services::CallGate {
     }
     /// Refuses the next `times` calls of this name.
     void Refuse(const std::string& call, int times = 1'000'000) { refused_[call] = times; }
-    /// Refuses only the call of this name that is the `nth` from now on. Takes the place of an action.
-    void RefuseOnly(const std::string& call, int nth) {
-        Before(call, [this, call, left = nth]() mutable { Refuse(call, --left == 0 ? 1 : 0); });
-    }
     /// Runs `action` in front of every call of this name.
     void Before(const std::string& call, std::function<void()> action) { actions_[call] = std::move(action); }
 

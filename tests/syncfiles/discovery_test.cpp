@@ -45,6 +45,14 @@ TEST_F(DiscoveryTest, EveryZipWithThreeTokensIsListed) {
     EXPECT_EQ(TakeLog(), Lines{"Error: No sync files could be found because no sync folder has been identified."});
 }
 
+TEST_F(DiscoveryTest, MessagesComeThroughAtEveryFifthElement) {
+    for (char name = 'a'; name <= 'k'; ++name) {
+        WriteText(Path("Sync/") + name + "~b~c.zip", "");
+    }
+    DeleteMarkedSyncFiles(context, Find());
+    EXPECT_EQ(gate.Count("MessagePump.ProcessMessages"), 6) << "three in each walk";
+}
+
 TEST_F(DiscoveryTest, EntryWithoutAddresseeIsOverwritten) {
     std::vector<FoundSyncFile> list(1);
     for (const char* token : {"", "a", "{}"}) {
