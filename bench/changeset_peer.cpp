@@ -1,4 +1,6 @@
 #include "changeset_peer.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
+#include "support/sqlite_handle.h"
 
 #include "services/failure.h"
 
@@ -38,20 +40,20 @@ int RefuseConflict(void*, int, sqlite3_changeset_iter*) {
     return SQLITE_CHANGESET_ABORT;
 }
 
-void Apply(const suite::SqliteConnection& copy, std::string& changeset) {
-    suite::SqliteTransaction transaction(copy, suite::SqliteTransaction::Kind::Write);
-    Demand(sqlite3changeset_apply(copy.Handle(), static_cast<int>(changeset.size()), changeset.data(), nullptr,
-                                  &RefuseConflict, nullptr) == SQLITE_OK,
+void Apply(const sql::Connection& copy, std::string& changeset) {
+    sql::Transaction transaction(copy, sql::Transaction::Kind::Write);
+    Demand(sqlite3changeset_apply(sql::HandleOf(copy), static_cast<int>(changeset.size()), changeset.data(),
+                                  nullptr, &RefuseConflict, nullptr) == SQLITE_OK,
            "the changeset does not fit");
     transaction.Commit();
 }
 
 } // namespace
 
-ChangeRecorder::ChangeRecorder(const suite::SqliteConnection& connection, const std::vector<std::string>& tables)
+ChangeRecorder::ChangeRecorder(const sql::Connection& connection, const std::vector<std::string>& tables)
     : session_(nullptr, &sqlite3session_delete) {
     sqlite3_session* session = nullptr;
-    Demand(sqlite3session_create(connection.Handle(), "main", &session) == SQLITE_OK, "no session");
+    Demand(sqlite3session_create(sql::HandleOf(connection), "main", &session) == SQLITE_OK, "no session");
     session_.reset(session);
     for (const std::string& table : tables) {
         Demand(sqlite3session_attach(session, table.c_str()) == SQLITE_OK, "the session does not take " + table);
@@ -73,7 +75,7 @@ ChangesetPeer::ChangesetPeer(const std::string& folder, const std::string& compa
         std::filesystem::create_directories(each);
     }
     std::filesystem::copy_file(company, database_);
-    const suite::SqliteConnection copy(database_, clock_, suite::SqliteConnection::Missing::Refuse);
+    const sql::SqliteConnection copy(database_, clock_, sql::Missing::Refuse);
     std::string drops;
     auto triggers = copy.Prepare("SELECT name FROM sqlite_schema WHERE type = 'trigger'");
     while (triggers.Step()) {
@@ -112,7 +114,7 @@ void ChangesetPeer::Carry(services::ObjectFactory& objects, services::FileTools&
     std::string changeset{std::istreambuf_iterator<char>(file), {}};
     times.unpack = lap.Take();
     {
-        const suite::SqliteConnection copy(database_, clock_, suite::SqliteConnection::Missing::Refuse);
+        const sql::SqliteConnection copy(database_, clock_, sql::Missing::Refuse);
         Apply(copy, changeset);
         times.apply = lap.Take();
     }

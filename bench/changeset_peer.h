@@ -3,7 +3,7 @@
 #include "services/file_tools.h"
 #include "services/object_factory.h"
 #include "services/platform.h"
-#include "suite/database/sqlite_connection.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <memory>
 #include <string>
@@ -26,7 +26,7 @@ struct PeerTimes {
 /// Records what a connection changes in some tables, from its construction on.
 class ChangeRecorder {
   public:
-    ChangeRecorder(const suite::SqliteConnection& connection, const std::vector<std::string>& tables);
+    ChangeRecorder(const sql::Connection& connection, const std::vector<std::string>& tables);
 
     /// What was changed, in the database's own form.
     std::string Changeset() const;

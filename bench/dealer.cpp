@@ -1,9 +1,10 @@
 #include "dealer.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include "agent/run_sync.h"
-#include "suite/company/company_creation.h"
-#include "suite/company/provisioning.h"
-#include "suite/company/sample_data.h"
+#include "suite/admin/company_creation.h"
+#include "suite/admin/provisioning.h"
+#include "suite/admin/sample_data.h"
 
 #include <filesystem>
 
@@ -47,9 +48,8 @@ void DealerComputer::RunPass(CallTimes* times, ActivityTarget* activity) {
     }
 }
 
-std::unique_ptr<suite::SqliteConnection> DealerComputer::Open() const {
-    return std::make_unique<suite::SqliteConnection>(DatabaseFile(), time_,
-                                                     suite::SqliteConnection::Missing::Refuse);
+std::unique_ptr<sql::Connection> DealerComputer::Open() const {
+    return std::make_unique<sql::SqliteConnection>(DatabaseFile(), time_, sql::Missing::Refuse);
 }
 
 RunningAgent::RunningAgent(DealerComputer& computer, services::CallGate* gate)

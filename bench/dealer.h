@@ -5,7 +5,7 @@
 #include "shared/activity.h"
 #include "shared/agent_context.h"
 #include "suite/computer/virtual_time.h"
-#include "suite/database/sqlite_connection.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <cstdint>
 #include <memory>
@@ -29,7 +29,7 @@ class DealerComputer {
     std::string Companies() const { return folder_ + "/" + name_ + "/Companies"; }
     std::string DatabaseFile() const { return Companies() + "/dealer.db"; }
     std::string SyncFolder() const { return folder_ + "/sync"; }
-    std::unique_ptr<suite::SqliteConnection> Open() const;
+    std::unique_ptr<sql::Connection> Open() const;
     TimeServices Time() { return {time_, time_, time_}; }
     const suite::Computer& Computer() const { return computer_; }
 

@@ -2,7 +2,7 @@
 // calls and peak memory as JSON.
 
 #include "dealer.h"
-#include "suite/company/company_compare.h"
+#include "suite/admin/company_compare.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -2,7 +2,7 @@
 // line of JSON for each number of workstations.
 
 #include "dealer.h"
-#include "suite/company/company_creation.h"
+#include "suite/admin/company_creation.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -17,13 +17,13 @@ using namespace qndr;
 constexpr int kWarmUps = 3;
 
 /// Workstations in running order that have been sent everything there is.
-void AddWorkstations(const suite::SqliteConnection& main, int count) {
+void AddWorkstations(const sql::Connection& main, int count) {
     auto insert =
         main.Prepare("INSERT INTO RoamingWorkstations (UniqueID, Name, ReferenceCode, SyncState, "
                      "LastAuditID, NextSequenceToRoaming, NextSequenceFromRoaming) "
                      "SELECT printf('10000000-0000-4000-8000-%012d', ?1), 'Laptop ' || ?1, ?1 % 255 + 1, "
                      "4, (SELECT COALESCE(MAX(ID), 0) FROM AuditLog), 1, 1");
-    suite::SqliteTransaction transaction(main, suite::SqliteTransaction::Kind::Write);
+    sql::Transaction transaction(main, sql::Transaction::Kind::Write);
     for (int number = 1; number <= count; ++number) {
         insert.Bind(1, std::int64_t{number});
         insert.Step();

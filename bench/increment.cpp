@@ -3,8 +3,9 @@
 
 #include "changeset_peer.h"
 #include "dealer.h"
-#include "suite/company/company_compare.h"
-#include "suite/company/company_schema.h"
+#include "suite/admin/company_compare.h"
+#include "suite/schema/company_schema.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <algorithm>
 #include <array>
@@ -32,13 +33,13 @@ constexpr std::array<EditedTable, 5> kTables{{
 }};
 
 struct Edit {
-    suite::SqliteStatement* statement;
+    sql::Statement* statement;
     std::int64_t id;
 };
 
 /// The statements that change, copy and delete one row.
 struct TableEditor {
-    TableEditor(const suite::SqliteConnection& company, const EditedTable& edited)
+    TableEditor(const sql::Connection& company, const EditedTable& edited)
         : update(
               company.Prepare("UPDATE " + std::string(edited.name) + " SET " + edited.change + " WHERE ID = ?1")),
           insert(company.Prepare(CopySql(edited.name))),
@@ -53,14 +54,14 @@ struct TableEditor {
                " WHERE ID = ?1";
     }
 
-    suite::SqliteStatement update;
-    suite::SqliteStatement insert;
-    suite::SqliteStatement remove;
+    sql::Statement update;
+    sql::Statement insert;
+    sql::Statement remove;
 };
 
 /// Changes `count` rows, none twice: 70 % updates, 20 % inserts, 10 % deletions, in mixed order.
-void ChangeRows(const suite::SqliteConnection& company, std::size_t count, std::mt19937& random) {
-    suite::SqliteTransaction transaction(company, suite::SqliteTransaction::Kind::Write);
+void ChangeRows(const sql::Connection& company, std::size_t count, std::mt19937& random) {
+    sql::Transaction transaction(company, sql::Transaction::Kind::Write);
     const std::int64_t before = company.Number("SELECT MAX(ID) FROM AuditLog");
     std::vector<std::unique_ptr<TableEditor>> editors;
     std::vector<Edit> edits;
@@ -174,7 +175,7 @@ class Direction {
 };
 
 /// A way that lost a row was no way.
-void DemandAlike(const suite::SqliteConnection& left, const suite::SqliteConnection& right, const char* who) {
+void DemandAlike(const sql::Connection& left, const sql::Connection& right, const char* who) {
     for (const auto& table : suite::CompareCompanies(left, right, suite::Scope::Exchanged)) {
         if (!table.Alike()) {
             throw std::runtime_error(std::string(who) + " differs in " + table.table);
@@ -200,8 +201,7 @@ void Measure(const std::string& folder, std::int64_t companyRows, int runs,
                 direction.Run(count, run % 2 != 0);
             }
         }
-        const suite::SqliteConnection peer(direction.PeerFile(), sender.Time().clock,
-                                           suite::SqliteConnection::Missing::Refuse);
+        const sql::SqliteConnection peer(direction.PeerFile(), sender.Time().clock, sql::Missing::Refuse);
         DemandAlike(*sender.Open(), peer, "the peer");
         DemandAlike(*sender.Open(), *receiver.Open(), "the receiver");
     }

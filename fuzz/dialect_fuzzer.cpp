@@ -1,8 +1,8 @@
 // The dialect step: nothing but a pair of quotes round a bare date part is put into a statement, and it stays one.
 #include "services/failure.h"
 #include "suite/company_fixture.h"
-#include "suite/database/dialect.h"
-#include "suite/database/sqlite_connection.h"
+#include "suite/sql/sql_text.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 #include "support.h"
 
 #include <cstring>
@@ -49,7 +49,7 @@ struct Prepared {
     bool followed = false; ///< something else does, and it is more than semicolons
 };
 
-Prepared PrepareAsItStands(const SqliteConnection& connection, const std::string& sql) {
+Prepared PrepareAsItStands(const sql::SqliteConnection& connection, const std::string& sql) {
     sqlite3_stmt* raw = nullptr;
     const char* tail = nullptr;
     const bool readable = sqlite3_prepare_v2(connection.Handle(), sql.c_str(), -1, &raw, &tail) == SQLITE_OK;
@@ -73,7 +73,7 @@ int Authorize(void*, int action, const char*, const char*, const char*, const ch
     return action == SQLITE_PRAGMA ? SQLITE_DENY : SQLITE_OK;
 }
 
-bool Takes(const SqliteConnection& connection, const std::string& sql) {
+bool Takes(const sql::Connection& connection, const std::string& sql) {
     try {
         connection.Prepare(sql);
         return true;
@@ -89,8 +89,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace qndr::suite;
     using qndr::fuzz::Require;
     static const StandingClock clock;
-    static const SqliteConnection connection(qndr::fuzz::Scratch() / "dialect.db", clock,
-                                             SqliteConnection::Missing::Create);
+    static const qndr::sql::SqliteConnection connection(qndr::fuzz::Scratch() / "dialect.db", clock,
+                                                        qndr::sql::Missing::Create);
     static const bool made = [] {
         connection.ExecuteScript("CREATE TABLE IF NOT EXISTS T (ID INTEGER PRIMARY KEY, Name TEXT, AddedOn TEXT)");
         sqlite3_set_authorizer(connection.Handle(), &Authorize, nullptr);
@@ -98,8 +98,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }();
     static_cast<void>(made);
     const std::string sql = qndr::fuzz::AsText(data, size);
-    const std::string result = ToSqliteDialect(sql);
-    Require(ToSqliteDialect(result) == result, "the step has nothing left to do in its own result");
+    const std::string result = qndr::sql::ToSqliteDialect(sql);
+    Require(qndr::sql::ToSqliteDialect(result) == result, "the step has nothing left to do in its own result");
     if (sql.find('\0') != std::string::npos) {
         Require(!Takes(connection, sql), "a statement with a null character is refused");
         return 0;

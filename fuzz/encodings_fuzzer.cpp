@@ -1,10 +1,11 @@
 // The forms in which values are stored and sent: XML text, base64, and the JSON of kept rows.
 #include "services/failure.h"
 #include "suite/company_fixture.h"
-#include "suite/engine/base64.h"
 #include "suite/engine/row_json.h"
-#include "suite/engine/xml_text.h"
+#include "suite/exchange/xml_text.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 #include "support.h"
+#include "text/base64.h"
 
 #include <expat.h>
 
@@ -49,40 +50,41 @@ void CheckXml(const std::string& value) {
     std::string xml;
     column.AppendText(xml, value);
     Element element = Parse(xml);
-    Require(!element.encoded || DecodeBase64(element.text, 0), "encoded text is base64");
+    Require(!element.encoded || text::DecodeBase64(element.text, 0), "encoded text is base64");
     Require(element.text == value, "text reads back from XML");
 
     xml.clear();
     column.AppendBytes(xml, value);
     element = Parse(xml);
-    Require(element.encoded && DecodeBase64(element.text, 0) && element.text == value, "bytes read back from XML");
+    Require(element.encoded && text::DecodeBase64(element.text, 0) && element.text == value,
+            "bytes read back from XML");
 }
 
 void CheckBase64(const std::string& value) {
     std::string text;
-    AppendBase64(text, value);
+    text::AppendBase64(text, value);
     Require(text.size() == (value.size() + 2) / 3 * 4, "base64 has four digits for three bytes");
-    Require(DecodeBase64(text, 0) && text == value, "bytes read back from base64");
+    Require(text::DecodeBase64(text, 0) && text == value, "bytes read back from base64");
 
     std::string decoded = "before" + value;
-    if (DecodeBase64(decoded, 6)) {
+    if (text::DecodeBase64(decoded, 6)) {
         Require(decoded.starts_with("before") && decoded.size() - 6 <= value.size(),
                 "decoding keeps what precedes");
         std::string again;
-        AppendBase64(again, std::string_view(decoded).substr(6));
-        Require(DecodeBase64(again, 0) && again == decoded.substr(6), "decoded text encodes and decodes alike");
+        text::AppendBase64(again, std::string_view(decoded).substr(6));
+        Require(text::DecodeBase64(again, 0) && again == decoded.substr(6),
+                "decoded text encodes and decodes alike");
     }
 }
 
-const SqliteConnection& Connection() {
+const sql::Connection& Connection() {
     static const StandingClock clock;
-    static const SqliteConnection connection(fuzz::Scratch() / "rows.db", clock,
-                                             SqliteConnection::Missing::Create);
+    static const sql::SqliteConnection connection(fuzz::Scratch() / "rows.db", clock, sql::Missing::Create);
     return connection;
 }
 
 void CheckRow(const std::string& value, std::int64_t number) {
-    static SqliteStatement row = Connection().Prepare(
+    static sql::Statement row = Connection().Prepare(
         "SELECT ?1 AS A, ?2 AS \"b \"\"\\c\", NULL AS N, ?3 AS I, CAST(?1 AS REAL) AS R, '' AS E");
     row.Bind(1, value);
     row.BindBytes(2, value);
@@ -96,7 +98,7 @@ void CheckRow(const std::string& value, std::int64_t number) {
             "bytes read back from JSON");
     Require(values[2].form == RowJsonValue::Form::Null, "NULL stays NULL");
     Require(values[3].content == std::to_string(number), "a number reads back from JSON");
-    const double real = sqlite3_column_double(row.Handle(), 4);
+    const double real = row.Real(4);
     Require(std::strtod(values[4].content.c_str(), nullptr) == real, "a real number reads back from JSON");
     Require(values[5].form == RowJsonValue::Form::Text && values[5].content.empty(), "an empty text stays one");
     row.Reset();

@@ -1,6 +1,6 @@
 // The reader of exchange files: its records hold together, and it does not matter where a file is cut into pieces.
 #include "services/failure.h"
-#include "suite/engine/import_reader.h"
+#include "suite/exchange/import_reader.h"
 #include "support.h"
 
 #include <algorithm>

@@ -1,9 +1,10 @@
 // Exchange files taken into real companies: a file is taken whole or not at all, taking it twice changes nothing
 // more, and what was taken travels on unchanged.
 #include "services/failure.h"
-#include "suite/engine/import_reader.h"
 #include "suite/engine_fixture.h"
+#include "suite/exchange/import_reader.h"
 #include "support.h"
+#include "support/sqlite_handle.h"
 
 #include <algorithm>
 #include <set>
@@ -19,7 +20,7 @@ class Company : public EngineCompany {
     using EngineCompany::EngineCompany;
 
     void Clear() {
-        sqlite3_db_config(Connection().Handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+        sqlite3_db_config(sql::HandleOf(Connection()), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
         std::string script = "BEGIN; UPDATE GivenUpMark SET AuditID = 0; DELETE FROM GivenUpChanges;"
                              "UPDATE Company SET SyncState = 0, LastAuditID = 0, NextSequenceToMain = 0;"
                              "DELETE FROM SentRanges; INSERT INTO SentRanges VALUES ('', 0, 0);"
@@ -28,7 +29,7 @@ class Company : public EngineCompany {
             script += "DELETE FROM \"" + table + "\";";
         }
         Run(script + "DELETE FROM sqlite_sequence; COMMIT;");
-        sqlite3_db_config(Connection().Handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 1, nullptr);
+        sqlite3_db_config(sql::HandleOf(Connection()), SQLITE_DBCONFIG_ENABLE_TRIGGER, 1, nullptr);
     }
     std::vector<std::string> ExchangedTables() {
         std::vector<std::string> tables = UsedTables();
@@ -44,7 +45,7 @@ class Company : public EngineCompany {
                 const std::string quoted = "\"" + std::string(column.name) + "\"";
                 values += column.local ? "" : " || '|' || typeof(" + quoted + ") || hex(" + quoted + ")";
             }
-            SqliteStatement row = Connection().Prepare("SELECT " + values + " FROM \"" + name + "\" ORDER BY 1");
+            sql::Statement row = Connection().Prepare("SELECT " + values + " FROM \"" + name + "\" ORDER BY 1");
             while (row.Step()) {
                 all.append(name).append(" ").append(row.Text(0)).append("\n");
             }
@@ -58,7 +59,7 @@ class Company : public EngineCompany {
             "(SELECT COUNT(*) FROM ImportConflicts)");
     }
     void CheckWhole() {
-        Require(sqlite3_get_autocommit(Connection().Handle()) != 0, "no transaction stays open");
+        Require(sqlite3_get_autocommit(sql::HandleOf(Connection())) != 0, "no transaction stays open");
         Require(Number("SELECT COUNT(*) FROM ImportMark") == 0, "no mark of an import stays");
         Require(Value("PRAGMA main.integrity_check") == "ok", "the database is whole");
     }
@@ -67,7 +68,7 @@ class Company : public EngineCompany {
     /// Every table numbers its rows, and the database remembers the numbers of those that ever had one.
     std::vector<std::string> UsedTables() {
         std::vector<std::string> tables;
-        SqliteStatement names = Connection().Prepare("SELECT name FROM sqlite_sequence ORDER BY name");
+        sql::Statement names = Connection().Prepare("SELECT name FROM sqlite_sequence ORDER BY name");
         while (names.Step()) {
             tables.emplace_back(names.Text(0));
         }

@@ -1,9 +1,10 @@
 // INI files, company files and connection strings. The first line of the input is a value, a connection string and
 // a path at once; the rest is a file.
 #include "services/failure.h"
-#include "suite/company/connection_string.h"
-#include "suite/company/psd_file.h"
 #include "suite/files/ini_files.h"
+#include "suite/objects/psd_file.h"
+#include "suite/sql/connection_string.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 #include "support.h"
 
 namespace qndr::suite {
@@ -57,16 +58,17 @@ void CheckCompanyFile(const std::string& text) {
 void CheckConnectionString(const std::string& text) {
     std::string file;
     try {
-        file = SqliteFileOf(text);
+        file = sql::SqliteFileOf(text);
     } catch (const services::Failure&) {
-        Require(ResolveConnectionString(text, "/companies") == text, "another make's string stays");
+        Require(sql::ResolveConnectionString(text, "/companies") == text, "another make's string stays");
         return;
     }
     Require(!file.empty(), "a database file has a name");
-    Require(SqliteFileOf(SqliteConnectionString(file)) == file, "a file reads back from its connection string");
-    const std::string resolved = ResolveConnectionString(text, "/companies");
-    Require(SqliteFileOf(resolved).starts_with('/'), "a resolved file is named from the root");
-    Require(ResolveConnectionString(resolved, "/elsewhere") == resolved, "a resolved string stays");
+    Require(sql::SqliteFileOf(sql::SqliteConnectionString(file)) == file,
+            "a file reads back from its connection string");
+    const std::string resolved = sql::ResolveConnectionString(text, "/companies");
+    Require(sql::SqliteFileOf(resolved).starts_with('/'), "a resolved file is named from the root");
+    Require(sql::ResolveConnectionString(resolved, "/elsewhere") == resolved, "a resolved string stays");
 }
 
 } // namespace
@@ -78,8 +80,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string line = qndr::fuzz::TakeLine(input);
     CheckConnectionString(line);
     if (!line.empty()) {
-        CheckConnectionString(SqliteConnectionString(line));
-        Require(SqliteFileOf(SqliteConnectionString(line)) == line, "every path has a connection string");
+        CheckConnectionString(qndr::sql::SqliteConnectionString(line));
+        Require(qndr::sql::SqliteFileOf(qndr::sql::SqliteConnectionString(line)) == line,
+                "every path has a connection string");
     }
     CheckCompanyFile(input);
     CheckIni(line, input);

@@ -5,8 +5,8 @@
 #include "shared/formatting.h"
 #include "shared/text.h"
 #include "suite/company_fixture.h"
-#include "suite/database/date_functions.h"
-#include "suite/database/sqlite_connection.h"
+#include "suite/sql/sql_date.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 #include "support.h"
 #include "syncfiles/discovery.h"
 
@@ -30,8 +30,8 @@ template <typename Conversion> auto Converted(Conversion convert) -> std::option
 
 void CheckDate(const Date& date) {
     Require(ParseDate(FormatGeneralDate(date)) == date, "a date reads back from the general date format");
-    Require(ParseDate(suite::FormatDatabaseDate(date)) == date, "a date reads back from the database's format");
-    Require(FormatSQLDate(date, false) == suite::FormatDatabaseDate(date), "both SQL forms are one");
+    Require(ParseDate(sql::FormatDatabaseDate(date)) == date, "a date reads back from the database's format");
+    Require(FormatSQLDate(date, false) == sql::FormatDatabaseDate(date), "both SQL forms are one");
     Require(ParseFileStamp(FormatFileStamp(date), NoDate) == date, "a date reads back from a file's stamp");
     Require(Date(date.Days()) == date, "a date is exact to the second as a number");
     Require(Date::FromCivil(date.Civil()) == date, "a date is its parts");
@@ -91,11 +91,10 @@ void CheckTemplate(const std::string& text, const std::string& first, const std:
 
 void CheckDateAdd(const std::string& part, const std::string& number, const std::string& date) {
     static const suite::StandingClock clock;
-    static const suite::SqliteConnection connection(Scratch() / "dates.db", clock,
-                                                    suite::SqliteConnection::Missing::Create);
-    static suite::SqliteStatement add = connection.Prepare("SELECT DATEADD(?1, CAST(?2 AS INTEGER), ?3)");
-    static suite::SqliteStatement back = connection.Prepare("SELECT DATEADD(?1, -CAST(?2 AS INTEGER), ?3)");
-    const auto run = [&](suite::SqliteStatement& statement, const std::string& from) {
+    static const sql::SqliteConnection connection(Scratch() / "dates.db", clock, sql::Missing::Create);
+    static sql::Statement add = connection.Prepare("SELECT DATEADD(?1, CAST(?2 AS INTEGER), ?3)");
+    static sql::Statement back = connection.Prepare("SELECT DATEADD(?1, -CAST(?2 AS INTEGER), ?3)");
+    const auto run = [&](sql::Statement& statement, const std::string& from) {
         statement.Reset();
         statement.Bind(1, part);
         statement.Bind(2, number);
@@ -113,7 +112,7 @@ void CheckDateAdd(const std::string& part, const std::string& number, const std:
     const bool months =
         lower.starts_with('y') || lower.starts_with('q') || lower == "mm" || lower == "m" || lower == "month";
     if (!months || lower == "y") {
-        Require(run(back, *sum) == suite::FormatDatabaseDate(*from), "what was added can be taken away");
+        Require(run(back, *sum) == sql::FormatDatabaseDate(*from), "what was added can be taken away");
     }
 }
 

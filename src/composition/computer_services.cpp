@@ -6,7 +6,6 @@
 #include "shared/paths2.h"
 #include "suite/computer/operating_system.h"
 #include "suite/computer/posix/directory_calls.h"
-#include "suite/computer/registry_store.h"
 #include "suite/computer/system_clock.h"
 #include "suite/computer/system_facts.h"
 #include "suite/files/arrays.h"
@@ -14,7 +13,8 @@
 #include "suite/files/disk_files.h"
 #include "suite/files/ini_files.h"
 #include "suite/files/text_files.h"
-#include "suite/suite_objects.h"
+#include "suite/objects/suite_objects.h"
+#include "suite/settings/registry_store.h"
 
 namespace qndr {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "services/platform.h"
 #include "services/registry_tools.h"
-#include "suite/database/lock_wait.h"
+#include "suite/sql/lock_wait.h"
 
 #include <functional>
 #include <string>
@@ -12,7 +12,7 @@ namespace qndr {
 /// Waits for a database on the agent's one thread, so that its window stays alive: messages keep flowing, and in a
 /// virtual time waiting costs nothing. An import stops waiting when the agent is asked to stop, and tells what it
 /// waits for; a statement does neither, for it is soon over, and what was sent must be noted as sent.
-class LockPauses : public suite::LockWait {
+class LockPauses : public sql::LockWait {
   public:
     /// All of them must outlive the object.
     LockPauses(services::MessagePump& messages, services::WaitableTimers& timers,

@@ -28,12 +28,11 @@ Judge::Judge(std::vector<SimulatedComputer*> computers, const SyncFolders& folde
 }
 
 Judge::Ends Judge::Read(std::size_t computer) const {
-    const suite::SqliteConnection& company = computers_[computer]->Company();
+    const sql::Connection& company = computers_[computer]->Company();
     Ends ends;
     if (computers_[computer]->IsMain()) {
-        suite::SqliteStatement rows =
-            company.Prepare("SELECT UniqueID, SyncState, LastAuditID, NextSequenceToRoaming, "
-                            "NextSequenceFromRoaming FROM RoamingWorkstations");
+        sql::Statement rows = company.Prepare("SELECT UniqueID, SyncState, LastAuditID, NextSequenceToRoaming, "
+                                              "NextSequenceFromRoaming FROM RoamingWorkstations");
         while (rows.Step()) {
             const std::string id(rows.Text(0));
             for (std::size_t other = 1; other < computers_.size(); ++other) {
@@ -43,7 +42,7 @@ Judge::Ends Judge::Read(std::size_t computer) const {
             }
         }
     } else {
-        suite::SqliteStatement row = company.Prepare(
+        sql::Statement row = company.Prepare(
             "SELECT SyncState, LastAuditID, NextSequenceToMain, NextSequenceFromMain FROM Company");
         row.Step();
         ends[computer] = {row.Integer(0), row.Integer(1), row.Integer(2), row.Integer(3)};
@@ -126,7 +125,7 @@ void Judge::EndPass(const std::vector<std::string>& abandoned) {
         }
     }
     if (editedInPass_) {
-        suite::SqliteStatement edited = computers_[computer_]->Company().Prepare(
+        sql::Statement edited = computers_[computer_]->Company().Prepare(
             "SELECT DISTINCT AuditUniqueID FROM AuditLog WHERE ID > ? AND Origin IS NULL");
         edited.Bind(1, firstAuditId_);
         while (edited.Step()) {

@@ -1,6 +1,6 @@
 #include "simulation/judge.h"
 #include "simulation/users.h"
-#include "suite/company/company_schema.h"
+#include "suite/schema/company_schema.h"
 #include "syncfiles/descriptor.h"
 #include "syncfiles/sync_state.h"
 
@@ -66,7 +66,7 @@ void Judge::DemandFile(std::size_t workstation, const End& before, const End& no
 /// A workstation that was ready and is sent its first data again, because an old request came, gets nothing of
 /// what that data leaves out.
 void Judge::NotePassedOver(std::size_t workstation, std::int64_t from, std::int64_t to) {
-    suite::SqliteStatement changes = computers_[computer_]->Company().Prepare(
+    sql::Statement changes = computers_[computer_]->Company().Prepare(
         "SELECT TableName, AuditUniqueID FROM AuditLog WHERE ID > ? AND ID <= ?");
     changes.Bind(1, from);
     changes.Bind(2, to);
@@ -82,8 +82,8 @@ void Judge::NotePassedOver(std::size_t workstation, std::int64_t from, std::int6
 /// version.
 void Judge::DemandChanges(const std::string& name, std::int64_t from, std::int64_t to) {
     const DroppedFile& file = *files_.Find(name);
-    const suite::SqliteConnection& company = computers_[computer_]->Company();
-    suite::SqliteStatement changes = company.Prepare(
+    const sql::Connection& company = computers_[computer_]->Company();
+    sql::Statement changes = company.Prepare(
         "SELECT TableName, AuditUniqueID, MAX(AuditType), MAX(RecordID) FROM AuditLog WHERE ID > ? AND ID <= ? "
         "GROUP BY TableName, AuditUniqueID");
     changes.Bind(1, from);
@@ -111,7 +111,7 @@ void Judge::DemandFullData(const std::string& name, std::int64_t lastAudit) {
         }
     }
     for (const std::string& table : tables) {
-        suite::SqliteStatement rows = computers_[computer_]->Company().Prepare("SELECT UniqueID FROM " + table);
+        sql::Statement rows = computers_[computer_]->Company().Prepare("SELECT UniqueID FROM " + table);
         while (rows.Step()) {
             const std::string id(rows.Text(0));
             if (!IsNewer(id, lastAudit) && Lacks(file, table, id)) {

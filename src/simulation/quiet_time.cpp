@@ -1,7 +1,7 @@
 #include "simulation/agreement.h"
 #include "simulation/simulation.h"
 
-#include "suite/company/provisioning.h"
+#include "suite/admin/provisioning.h"
 
 namespace qndr::simulation {
 namespace {
@@ -95,7 +95,7 @@ void Simulation::Mend(std::size_t place) {
         folders_->Purge(file);
     }
     const auto [laptop, row] = judge_->States(place);
-    const suite::SqliteConnection& company = stations_[place].computer->Company();
+    const sql::Connection& company = stations_[place].computer->Company();
     if ((laptop == 4 || laptop == 6) && row >= 4) {
         chronicle_.Note(name, "is mended by a reset");
         suite::RequestReset(company);
@@ -137,7 +137,7 @@ bool Simulation::Agrees(std::size_t place) {
 /// was restored and counts them anew, an old file came behind a reset, or the row was changed while it was
 /// exported and travelled in two files.
 void Simulation::DemandNothingTwice() const {
-    suite::SqliteStatement twice = stations_[0].computer->Company().Prepare(
+    sql::Statement twice = stations_[0].computer->Company().Prepare(
         "SELECT AuditUniqueID FROM AuditLog WHERE Origin IS NOT NULL GROUP BY TableName, AuditUniqueID, Origin, "
         "OriginID HAVING COUNT(*) > 1");
     while (twice.Step()) {

@@ -2,9 +2,9 @@
 
 #include "composition/computer_services.h"
 #include "shared/settings.h"
-#include "suite/company/company_creation.h"
-#include "suite/company/provisioning.h"
-#include "suite/computer/registry_store.h"
+#include "suite/admin/company_creation.h"
+#include "suite/admin/provisioning.h"
+#include "suite/settings/registry_store.h"
 
 #include <chrono>
 #include <cmath>
@@ -61,8 +61,7 @@ void SimulatedComputer::SetUp(int type, const std::string& syncFolder, std::int3
 }
 
 void SimulatedComputer::OpenCompany() {
-    company_ =
-        std::make_unique<suite::SqliteConnection>(DatabaseFile(), time_, suite::SqliteConnection::Missing::Refuse);
+    company_ = sql::Open(DatabaseFile(), time_, sql::Missing::Refuse);
 }
 
 void SimulatedComputer::MoveTo(std::int64_t minute) {

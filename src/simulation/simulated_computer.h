@@ -3,7 +3,7 @@
 #include "simulation/seeded_random.h"
 #include "suite/computer/computer.h"
 #include "suite/computer/virtual_time.h"
-#include "suite/database/sqlite_connection.h"
+#include "suite/sql/connection.h"
 
 #include <cstdint>
 #include <memory>
@@ -35,7 +35,7 @@ class SimulatedComputer {
     std::int64_t ClockError() const { return clockError_; }
 
     /// The application's connection to the company, which it keeps open.
-    const suite::SqliteConnection& Company() const { return *company_; }
+    const sql::Connection& Company() const { return *company_; }
     std::int64_t Number(const std::string& statement) const { return company_->Number(statement, -1); }
     std::string Value(const std::string& statement) const { return company_->Value(statement).value_or(""); }
 
@@ -63,7 +63,7 @@ class SimulatedComputer {
     suite::VirtualTime time_;
     std::int64_t minute_ = 0;
     std::int64_t clockError_ = 0;
-    std::unique_ptr<suite::SqliteConnection> company_;
+    std::unique_ptr<sql::Connection> company_;
     bool hasBackup_ = false;
 };
 

@@ -3,8 +3,8 @@
 #include "services/failure.h"
 #include "shared/failure_rule.h"
 #include "shared/settings.h"
-#include "suite/company/company_creation.h"
-#include "suite/company/provisioning.h"
+#include "suite/admin/company_creation.h"
+#include "suite/admin/provisioning.h"
 
 #include <algorithm>
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "suite/company/company_creation.h"
-#include "suite/company/provisioning.h"
+#include "suite/admin/company_creation.h"
+#include "suite/admin/provisioning.h"
 #include "suite/computer/system_facts.h"
 #include "suite/files/ini_files.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 #include "support/agent_bench.h"
 
 #include <string>
@@ -27,7 +28,7 @@ class AgentTest : public AgentBench {
         return path;
     }
     void SetType(const std::string& path, int type) {
-        suite::SqliteConnection(DatabaseOf(path), time, suite::SqliteConnection::Missing::Refuse)
+        sql::SqliteConnection(DatabaseOf(path), time, sql::Missing::Refuse)
             .Execute("UPDATE Company SET CompanyType = " + std::to_string(type));
     }
     /// Makes a main company that this computer syncs.
@@ -49,7 +50,7 @@ class AgentTest : public AgentBench {
         return paths;
     }
     void SetOption(const std::string& path, const std::string& key, const std::string& value) {
-        suite::SetCompanyOption({DatabaseOf(path), time, suite::SqliteConnection::Missing::Refuse},
+        suite::SetCompanyOption(sql::SqliteConnection(DatabaseOf(path), time, sql::Missing::Refuse),
                                 "Roaming Workstations", key, value);
     }
     /// The database beside a .psd file.

@@ -3,7 +3,7 @@
 #include "heartbeat/heartbeat.h"
 #include "shared/formatting.h"
 #include "shared/sync_log.h"
-#include "suite/company/company_schema.h"
+#include "suite/schema/company_schema.h"
 #include "syncfiles/discovery.h"
 #include "syncfiles/import.h"
 #include "syncfiles/packaging.h"

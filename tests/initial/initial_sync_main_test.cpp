@@ -1,6 +1,6 @@
 #include "initial/export_tables.h"
 #include "initial/initial_sync_main.h"
-#include "suite/company/company_schema.h"
+#include "suite/schema/company_schema.h"
 #include "support/agent_bench.h"
 
 namespace qndr::testing {

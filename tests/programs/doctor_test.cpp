@@ -1,5 +1,5 @@
 #include "programs/qndr5ctl_fixture.h"
-#include "suite/company/company_schema.h"
+#include "suite/schema/company_schema.h"
 #include "support/dealer.h"
 #include "support/scripted_gate.h"
 

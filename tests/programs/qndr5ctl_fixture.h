@@ -3,8 +3,8 @@
 #include "composition/computer_services.h"
 #include "programs/qndr5ctl/control_program.h"
 #include "suite/computer/virtual_time.h"
-#include "suite/database/sqlite_connection.h"
 #include "suite/files/zip_archive.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -107,8 +107,7 @@ class Qndr5ctl : public testing::Test {
 
     /// A statement on the database beside a company file.
     void OnDatabase(const std::string& name, const std::string& statement) {
-        suite::SqliteConnection(File(name + ".db"), time_, suite::SqliteConnection::Missing::Create)
-            .Execute(statement);
+        sql::SqliteConnection(File(name + ".db"), time_, sql::Missing::Create).Execute(statement);
     }
     void Pack(const std::string& folder, const std::string& archive) const {
         PackFolder(File(folder), File(archive));

@@ -1,4 +1,5 @@
 #include "programs/qndr5ctl_fixture.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 namespace qndr::control {
 namespace {
@@ -7,14 +8,14 @@ namespace {
 class Qndr5ctlRows : public Qndr5ctl {
   protected:
     std::string AuditRows() {
-        const suite::SqliteConnection database(File("Main.db"), time_, suite::SqliteConnection::Missing::Refuse);
+        const sql::SqliteConnection database(File("Main.db"), time_, sql::Missing::Refuse);
         return database
             .Value("SELECT group_concat(TableName || AuditType || ifnull(Origin, ''), ' ') FROM AuditLog")
             .value_or("");
     }
     /// A value as the database holds it.
     std::string Stored(const std::string& expression, const std::string& table) {
-        const suite::SqliteConnection database(File("Main.db"), time_, suite::SqliteConnection::Missing::Refuse);
+        const sql::SqliteConnection database(File("Main.db"), time_, sql::Missing::Refuse);
         return database.Value("SELECT quote(" + expression + ") FROM " + table).value_or("");
     }
     std::string Added(std::vector<std::string> arguments) {

@@ -10,7 +10,7 @@ void MakePair(Dealer& dealer) {
     dealer.RunRound();
 }
 
-bool CountersAgree(const suite::SqliteConnection& main, const suite::SqliteConnection& laptop) {
+bool CountersAgree(const sql::Connection& main, const sql::Connection& laptop) {
     const std::string rows = " FROM RoamingWorkstations";
     const std::string company = " FROM Company";
     return laptop.Number("SELECT NextSequenceToMain" + company) ==
@@ -19,8 +19,8 @@ bool CountersAgree(const suite::SqliteConnection& main, const suite::SqliteConne
                main.Number("SELECT NextSequenceToRoaming" + rows);
 }
 /// Whether a version was taken in twice, or one that is nobody's rival was put aside.
-bool TookSomethingTwice(const suite::SqliteConnection& main, const suite::SqliteConnection& laptop) {
-    const auto putAside = [](const suite::SqliteConnection& company) {
+bool TookSomethingTwice(const sql::Connection& main, const sql::Connection& laptop) {
+    const auto putAside = [](const sql::Connection& company) {
         return company.Number("SELECT (SELECT COUNT(*) FROM ImportConflicts) + COUNT(*) FROM ImportProblems");
     };
     return main.Number("SELECT COUNT(*) FROM (SELECT 1 FROM AuditLog WHERE Origin IS NOT NULL GROUP BY TableName, "

@@ -1,6 +1,8 @@
-#include "suite/company/company_events.h"
+
 #include "suite/full_disk.h"
+#include "suite/schema/company_events.h"
 #include "support/dealer.h"
+#include <sqlite3.h>
 
 #include <functional>
 #include <map>

@@ -2,8 +2,8 @@
 #include "suite/computer/posix/directory_calls.h"
 #include "suite/computer/virtual_time.h"
 #include "suite/files/disk_files.h"
-#include "suite/files/wildcards.h"
 #include "support/temporary_folder.h"
+#include "text/wildcards.h"
 
 #include <gtest/gtest.h>
 
@@ -143,7 +143,7 @@ TEST(Wildcards, AreTheShells) {
           Case{"ö.psd", "?.psd", true}, Case{"öö.psd", "?.psd", false}, Case{"\xFF.psd", "?.psd", true},
           Case{"aXbXc", "a*X?", true}, Case{"abcd", "a*c", false}, Case{"a[1].txt", "a[1].txt", true},
           Case{"a", "*.*;", true}, Case{"x~y~z.zip", "*~*~*.zip", true}}) {
-        EXPECT_EQ(suite::MatchesAnyWildcard(each.name, each.patterns), each.matches)
+        EXPECT_EQ(text::MatchesAnyWildcard(each.name, each.patterns), each.matches)
             << each.name << " and " << each.patterns;
     }
 }

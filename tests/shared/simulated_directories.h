@@ -3,7 +3,7 @@
 #include "services/directory_calls.h"
 #include "shared/text.h"
 #include "suite/files/disk_files.h"
-#include "suite/files/wildcards.h"
+#include "text/wildcards.h"
 
 #include <algorithm>
 #include <map>
@@ -57,7 +57,7 @@ struct SimulatedDirectories : services::DirectoryCalls {
                                 {"..", services::DirectoryAttribute, 0}};
         }
         for (const auto& [path, entry] : all) {
-            if (Parent(path) == place->first && suite::MatchesWildcard(entry.name, pattern)) {
+            if (Parent(path) == place->first && text::MatchesWildcard(entry.name, pattern)) {
                 listing->entries.push_back(entry);
             }
         }
@@ -96,7 +96,7 @@ struct SimulatedDirectories : services::DirectoryCalls {
         return found == connections.end() ? services::NetworkConnection{1200, ""} : found->second;
     }
     bool MatchesPattern(const std::string& name, const std::string& pattern) override {
-        return suite::MatchesAnyWildcard(name, pattern);
+        return text::MatchesAnyWildcard(name, pattern);
     }
     std::string CompactPath(const services::DeviceContext&, const std::string& path, int width) override {
         return std::to_string(width) + ":" + path;

@@ -1,7 +1,7 @@
 #include "services/failure.h"
-#include "suite/company/company_schema.h"
 #include "suite/company_fixture.h"
-#include "suite/database/sqlite_connection.h"
+#include "suite/schema/company_schema.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ class CompanySchema : public testing::Test {
 
     TestFolder folder;
     StandingClock clock;
-    SqliteConnection database{folder.Path("company.db"), clock, SqliteConnection::Missing::Create};
+    sql::SqliteConnection database{folder.Path("company.db"), clock, sql::Missing::Create};
 };
 
 TEST_F(CompanySchema, EveryColumnOfEveryTableIsAuditedUnlessItIsLocal) {

@@ -1,16 +1,17 @@
 #include "services/failure.h"
-#include "suite/company/company_creation.h"
-#include "suite/company/company_library.h"
-#include "suite/company/company_manager.h"
-#include "suite/company/company_schema.h"
-#include "suite/company/connection_string.h"
-#include "suite/company/file_manager.h"
-#include "suite/company/provisioning.h"
+#include "suite/admin/company_creation.h"
+#include "suite/admin/provisioning.h"
 #include "suite/company_fixture.h"
 #include "suite/computer/operating_system.h"
-#include "suite/computer/registry_store.h"
 #include "suite/computer/system_facts.h"
 #include "suite/files/ini_files.h"
+#include "suite/objects/company_library.h"
+#include "suite/objects/company_manager.h"
+#include "suite/objects/file_manager.h"
+#include "suite/schema/company_schema.h"
+#include "suite/settings/registry_store.h"
+#include "suite/sql/connection_string.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <gtest/gtest.h>
 
@@ -83,7 +84,7 @@ TEST_F(CompanyServicesTest, OpensACompanyAndNothingElse) {
 TEST_F(CompanyServicesTest, TakesADatabaseForACompanyByItsOneRow) {
     const std::string psd = WritePsd(" data source = sub/../any.db ; PROVIDER = sqlite;");
     std::filesystem::create_directory(folder_.Path("sub"));
-    const SqliteConnection any(folder_.Path("any.db"), clock_, SqliteConnection::Missing::Create);
+    const sql::SqliteConnection any(folder_.Path("any.db"), clock_, sql::Missing::Create);
     for (const auto& [change, opens] : std::vector<std::pair<std::string, bool>>{
              {"CREATE TABLE SchemaVersion AS SELECT " + std::to_string(CompanySchemaVersion) + " AS Version",
               false},
@@ -106,7 +107,7 @@ TEST_F(CompanyServicesTest, OneAgentAtATimeWorksOnACompany) {
     const std::string linked = WritePsd("Provider=SQLite;Data Source=link.db");
     std::filesystem::create_symlink(database, folder_.Path("link.db"));
     const auto events = [&] {
-        return SqliteConnection(database, clock_, SqliteConnection::Missing::Refuse)
+        return sql::SqliteConnection(database, clock_, sql::Missing::Refuse)
             .Value("SELECT group_concat(EventNumber || EventText, '|') FROM CompanyEvents")
             .value_or("");
     };
@@ -143,13 +144,13 @@ TEST_F(CompanyServicesTest, OneAgentAtATimeWorksOnACompany) {
 }
 
 TEST(ConnectionString, NamesAnSqliteFileOrIsRefused) {
-    EXPECT_EQ(SqliteFileOf("Data Source=/a b/c=d.db;Version=3;;provider=SQLITE"), "/a b/c=d.db");
-    EXPECT_EQ(SqliteFileOf("Provider=SQLite;Data Source='/a;''b''.db' ; "), "/a;'b'.db");
-    EXPECT_EQ(ResolveConnectionString("Provider=SQLite;Data Source=b.db", "/a"),
+    EXPECT_EQ(sql::SqliteFileOf("Data Source=/a b/c=d.db;Version=3;;provider=SQLITE"), "/a b/c=d.db");
+    EXPECT_EQ(sql::SqliteFileOf("Provider=SQLite;Data Source='/a;''b''.db' ; "), "/a;'b'.db");
+    EXPECT_EQ(sql::ResolveConnectionString("Provider=SQLite;Data Source=b.db", "/a"),
               "Provider=SQLite;Data Source=/a/b.db");
     for (const char* other : {"", "Provider=SQLite", "Provider=SQLite;Data Source=", "Data Source=/a.db",
                               "Provider=MSDASQL;Data Source=/a.db", "no connection string", "Provider=\"SQLite"}) {
-        EXPECT_THROW(SqliteFileOf(other), Failure) << other;
+        EXPECT_THROW(sql::SqliteFileOf(other), Failure) << other;
     }
 }
 

@@ -1,12 +1,13 @@
 #include "services/failure.h"
-#include "suite/company/company_compare.h"
-#include "suite/company/company_creation.h"
-#include "suite/company/company_schema.h"
-#include "suite/company/provisioning.h"
-#include "suite/company/psd_file.h"
-#include "suite/company/sample_data.h"
+#include "suite/admin/company_compare.h"
+#include "suite/admin/company_creation.h"
+#include "suite/admin/provisioning.h"
+#include "suite/admin/sample_data.h"
 #include "suite/company_fixture.h"
 #include "suite/files/ini_files.h"
+#include "suite/objects/psd_file.h"
+#include "suite/schema/company_schema.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <gtest/gtest.h>
 
@@ -50,15 +51,15 @@ class CompanyTools : public testing::Test {
                 .connectionString = {}};
     }
     void Create(const NewCompany& company) { CreateCompany(company, ini, ids, clock); }
-    std::unique_ptr<SqliteConnection> Open(const std::string& file) const {
-        return std::make_unique<SqliteConnection>(folder.Path(file), clock, SqliteConnection::Missing::Refuse);
+    std::unique_ptr<sql::Connection> Open(const std::string& file) const {
+        return std::make_unique<sql::SqliteConnection>(folder.Path(file), clock, sql::Missing::Refuse);
     }
-    std::unique_ptr<SqliteConnection> Made(const std::string& name, int type = MainCompanyType) {
+    std::unique_ptr<sql::Connection> Made(const std::string& name, int type = MainCompanyType) {
         Create(Wanted(name, type));
         return Open(name + ".db");
     }
     /// The tables that differ, each with its counts.
-    static std::string Differences(const SqliteConnection& left, const SqliteConnection& right, Scope scope) {
+    static std::string Differences(const sql::Connection& left, const sql::Connection& right, Scope scope) {
         std::string text;
         for (const TableComparison& table : CompareCompanies(left, right, scope)) {
             if (!table.Alike()) {

@@ -1,10 +1,11 @@
 #include "services/failure.h"
-#include "suite/company/company_manager.h"
-#include "suite/company/company_schema.h"
-#include "suite/company/company_versions.h"
 #include "suite/company_fixture.h"
 #include "suite/files/ini_files.h"
 #include "suite/full_disk.h"
+#include "suite/objects/company_manager.h"
+#include "suite/schema/company_schema.h"
+#include "suite/schema/company_versions.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <gtest/gtest.h>
 
@@ -22,8 +23,8 @@ class CompanyVersionsTest : public ::testing::Test {
     }
 
     /// A workstation's company as that version made it, with a row, a conflict and changes that were sent.
-    SqliteConnection& Make(std::int64_t version) {
-        connection.emplace(File(), clock, SqliteConnection::Missing::Create);
+    sql::Connection& Make(std::int64_t version) {
+        connection.emplace(File(), clock, sql::Missing::Create);
         connection->ExecuteScript("BEGIN;" + Fixture("exchange_" + std::to_string(version)) + Fixture("audited") +
                                   R"(
             INSERT INTO Company (ID, UniqueID, CompanyType, SyncState, DatabaseVersion) VALUES (1, 'L', 2, 4, '5');
@@ -36,9 +37,9 @@ class CompanyVersionsTest : public ::testing::Test {
     }
 
     /// What the database is made of: the columns of each table, and the words of all else.
-    static std::map<std::string, std::string> Structure(const SqliteConnection& company) {
+    static std::map<std::string, std::string> Structure(const sql::Connection& company) {
         std::map<std::string, std::string> structure;
-        SqliteStatement all = company.Prepare(
+        sql::Statement all = company.Prepare(
             "SELECT type || ' ' || name, CASE type WHEN 'table' THEN (SELECT group_concat(name || type || "
             "\"notnull\" "
             "|| ifnull(dflt_value, '') || pk, char(10)) FROM pragma_table_info(s.name)) ELSE sql END "
@@ -53,17 +54,17 @@ class CompanyVersionsTest : public ::testing::Test {
 
     TestFolder folder{test::QuickPlace()};
     StandingClock clock;
-    std::optional<SqliteConnection> connection;
+    std::optional<sql::SqliteConnection> connection;
 };
 
 TEST_F(CompanyVersionsTest, EachEarlierVersionBecomesWhatANewCompanyIs) {
-    SqliteConnection fresh(folder.Path("fresh.db"), clock, SqliteConnection::Missing::Create);
+    sql::SqliteConnection fresh(folder.Path("fresh.db"), clock, sql::Missing::Create);
     fresh.ExecuteScript("BEGIN;" + CompanySchemaScript() + "COMMIT;");
     const auto expected = Structure(fresh);
     EXPECT_EQ(ReadSchemaVersion(fresh), CompanySchemaVersion);
     for (std::int64_t version = 1; version < 6; ++version) {
         SCOPED_TRACE(version);
-        SqliteConnection& company = Make(version);
+        sql::Connection& company = Make(version);
         EXPECT_EQ(ReadSchemaVersion(company), version);
         BringUpToDate(company, clock);
         BringUpToDate(company, clock);
@@ -78,8 +79,7 @@ TEST_F(CompanyVersionsTest, EachEarlierVersionBecomesWhatANewCompanyIs) {
         company.Execute("UPDATE Customers SET LastName = 'Mori'");
         EXPECT_EQ(company.Number("SELECT COUNT(*) FROM AuditLog"), 2);
         {
-            const SqliteConnection copy(CopyOfOlderSchema(File(), version), clock,
-                                        SqliteConnection::Missing::Refuse);
+            const sql::SqliteConnection copy(CopyOfOlderSchema(File(), version), clock, sql::Missing::Refuse);
             EXPECT_EQ(ReadSchemaVersion(copy), version);
             EXPECT_EQ(copy.Value("SELECT LastName FROM Customers"), "Hara");
         }
@@ -92,7 +92,7 @@ TEST_F(CompanyVersionsTest, EachEarlierVersionBecomesWhatANewCompanyIs) {
 }
 
 TEST_F(CompanyVersionsTest, WhatCannotBeMadeOfTheCompanyLeavesItAsItWas) {
-    SqliteConnection& company = Make(2);
+    sql::Connection& company = Make(2);
     const auto before = Structure(company);
     {
         const test::FullDisk full(200'000);

@@ -1,7 +1,8 @@
 #include "services/failure.h"
 #include "suite/company_fixture.h"
-#include "suite/database/record_table.h"
-#include "suite/database/sqlite_database.h"
+#include "suite/objects/company_database.h"
+#include "suite/objects/record_table.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <gtest/gtest.h>
 
@@ -12,14 +13,14 @@
 namespace qndr::suite {
 namespace {
 
-using Missing = SqliteConnection::Missing;
 using services::Failure;
 using services::Statement;
+using sql::Missing;
 
 class DatabaseTest : public testing::Test {
   protected:
     DatabaseTest() {
-        SqliteConnection(path_, clock_, Missing::Create)
+        sql::SqliteConnection(path_, clock_, Missing::Create)
             .ExecuteScript("CREATE TABLE Item (ID INTEGER PRIMARY KEY, UniqueID TEXT, Note TEXT);"
                            "CREATE TABLE Trace (ID INTEGER PRIMARY KEY, AddedOn TEXT);"
                            "CREATE TRIGGER tr AFTER UPDATE ON Item BEGIN INSERT INTO Trace (AddedOn) VALUES "
@@ -36,12 +37,12 @@ class DatabaseTest : public testing::Test {
     StandingClock clock_;
     std::string path_ = folder_.Path("Größe 会社.db");
     ComputerTrouble trouble_;
-    SqliteDatabase database_{clock_, trouble_, nullptr};
+    CompanyDatabase database_{clock_, trouble_, nullptr};
 };
 
 std::string Refusal(const std::string& path, const StandingClock& clock, Missing missing) {
     try {
-        SqliteConnection connection(path, clock, missing);
+        sql::SqliteConnection connection(path, clock, missing);
         return "";
     } catch (const Failure& failure) {
         return failure.what();
@@ -69,20 +70,21 @@ TEST_F(DatabaseTest, OpensNothingThatIsNoDatabaseAndMakesNoneUnasked) {
         EXPECT_NE(Refusal(path, clock_, Missing::Create), "") << path;
     }
 
-    const SqliteConnection connection(path_, clock_, Missing::Refuse);
+    const sql::SqliteConnection connection(path_, clock_, Missing::Refuse);
     EXPECT_EQ(connection.Number("PRAGMA synchronous"), 2);
 }
 
 TEST_F(DatabaseTest, SwitchesOnlyACompanyAndWhatItMakesToWriteAheadLogging) {
     const auto modeAfterOpening = [&] {
-        return SqliteConnection(path_, clock_, Missing::Refuse).Value("PRAGMA journal_mode");
+        return sql::SqliteConnection(path_, clock_, Missing::Refuse).Value("PRAGMA journal_mode");
     };
     EXPECT_EQ(modeAfterOpening(), "wal");
     database_.Close();
-    SqliteConnection(path_, clock_, Missing::Refuse)
+    sql::SqliteConnection(path_, clock_, Missing::Refuse)
         .ExecuteScript("PRAGMA journal_mode = DELETE; CREATE TABLE Company (UniqueID TEXT)");
     EXPECT_EQ(modeAfterOpening(), "delete") << "another program's database";
-    SqliteConnection(path_, clock_, Missing::Refuse).ExecuteScript("ALTER TABLE Company ADD CompanyType INTEGER");
+    sql::SqliteConnection(path_, clock_, Missing::Refuse)
+        .ExecuteScript("ALTER TABLE Company ADD CompanyType INTEGER");
     EXPECT_EQ(modeAfterOpening(), "wal");
 }
 
@@ -245,7 +247,7 @@ TEST_F(DatabaseTest, AddsToDatesAsTheCalendarGoes) {
 }
 
 TEST_F(DatabaseTest, TakesTheMomentOfEachRunFromTheClock) {
-    SqliteStatement now = database_.Connection().Prepare("SELECT GETUTCDATE()");
+    sql::Statement now = database_.Connection().Prepare("SELECT GETUTCDATE()");
     for (const auto& [state, moment] : {std::pair(1, "20261122 19:08:52"), {2, "20261122 18:08:52"}}) {
         clock_.zone.state = state;
         now.Reset();
@@ -255,16 +257,16 @@ TEST_F(DatabaseTest, TakesTheMomentOfEachRunFromTheClock) {
 }
 
 TEST_F(DatabaseTest, KeepsTransactionsApart) {
-    const SqliteConnection reader(path_, clock_, Missing::Refuse);
+    const sql::SqliteConnection reader(path_, clock_, Missing::Refuse);
     {
-        SqliteTransaction view(reader, SqliteTransaction::Kind::Read);
+        sql::Transaction view(reader, sql::Transaction::Kind::Read);
         EXPECT_EQ(database_.ExecuteNonQuery("DELETE FROM Item WHERE ID = 1"), 1);
         EXPECT_EQ(reader.Number("SELECT COUNT(*) FROM Item"), 3)
             << "the view is taken when the transaction begins";
     }
     EXPECT_EQ(reader.Number("SELECT COUNT(*) FROM Item"), 2);
     {
-        SqliteTransaction dropped(reader, SqliteTransaction::Kind::Write);
+        sql::Transaction dropped(reader, sql::Transaction::Kind::Write);
         reader.Execute("DELETE FROM Item");
         database_.Connection().SetBusyTimeout(1);
         EXPECT_EQ(database_.ExecuteNonQuery("DELETE FROM Item"), -1);

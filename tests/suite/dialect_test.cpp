@@ -1,4 +1,4 @@
-#include "suite/database/dialect.h"
+#include "suite/sql/sql_text.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ TEST(Dialect, QuotesTheDatePartOfACallAndTouchesNoLiteral) {
         {"Ä_DATEADD(day,", "Ä_DATEADD(day,"},
     };
     for (const auto& [sql, expected] : statements) {
-        EXPECT_EQ(ToSqliteDialect(sql), expected);
+        EXPECT_EQ(sql::ToSqliteDialect(sql), expected);
     }
 }
 

@@ -1,5 +1,5 @@
 #include "services/failure.h"
-#include "suite/engine/conflicts.h"
+#include "suite/admin/conflicts.h"
 #include "suite/engine/row_json.h"
 #include "suite/engine_fixture.h"
 

@@ -1,6 +1,8 @@
 #include "services/failure.h"
 #include "suite/engine_fixture.h"
 #include "suite/full_disk.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
+#include "support/sqlite_handle.h"
 
 #include <gtest/gtest.h>
 
@@ -62,9 +64,9 @@ TEST_F(EngineExportTest, WritesTheDocumentedFormFromWhichEveryValueComesBack) {
         EXPECT_EQ(laptop.Rows(table), main_.Rows(table));
     }
     // The mark of an import comes and goes, and that of a taken file stays.
-    const int writes = sqlite3_total_changes(laptop.Connection().Handle());
+    const int writes = sqlite3_total_changes(sql::HandleOf(laptop.Connection()));
     ASSERT_TRUE(laptop.engine.ImportFile(file_));
-    EXPECT_EQ(sqlite3_total_changes(laptop.Connection().Handle()), writes + 3);
+    EXPECT_EQ(sqlite3_total_changes(sql::HandleOf(laptop.Connection())), writes + 3);
 }
 
 TEST_F(EngineExportTest, AuditedChangesKeepTheirOrderAndTellTheirOrigin) {
@@ -117,15 +119,15 @@ TEST_F(EngineExportTest, AnEntryThatTheDatabaseDoesNotUnderstandIsPassedOver) {
 }
 
 TEST_F(EngineExportTest, ShowsOneMomentAndWhatChangedDuringAnInitialSyncTravelsNext) {
-    SqliteConnection other(main_.Connection().Path(), clock_, SqliteConnection::Missing::Refuse);
+    sql::SqliteConnection other(main_.Connection().Path(), clock_, sql::Missing::Refuse);
     main_.Run("INSERT INTO RoamingWorkstations (UniqueID, SyncState) VALUES ('" + LaptopID +
               "', 1); INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('U1', 'old'); INSERT INTO Terms (UniqueID) "
               "VALUES ('T1')");
     const auto edit = [](sqlite3_context* call, int, sqlite3_value**) {
-        static_cast<SqliteConnection*>(sqlite3_user_data(call))->Execute("UPDATE PhoneLabels SET Name = 'new'");
+        static_cast<sql::Connection*>(sqlite3_user_data(call))->Execute("UPDATE PhoneLabels SET Name = 'new'");
     };
     // A statement of an export may call none but the suite's own functions.
-    sqlite3_create_function(main_.Connection().Handle(), "DATEADD", 0, SQLITE_UTF8, &other, edit, nullptr,
+    sqlite3_create_function(sql::HandleOf(main_.Connection()), "DATEADD", 0, SQLITE_UTF8, &other, edit, nullptr,
                             nullptr);
     main_.engine.AddToExport("Terms", "SELECT * FROM vwExporting_Terms WHERE DATEADD() IS NULL", false);
     ASSERT_TRUE(main_.ExportTable("PhoneLabels", file_));

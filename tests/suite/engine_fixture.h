@@ -1,11 +1,12 @@
 #pragma once
 
-#include "suite/company/company_library.h"
-#include "suite/company/company_schema.h"
-#include "suite/company/connection_string.h"
 #include "suite/company_fixture.h"
-#include "suite/computer/registry_store.h"
-#include "suite/engine/engine.h"
+#include "suite/objects/company_library.h"
+#include "suite/objects/engine.h"
+#include "suite/schema/company_schema.h"
+#include "suite/settings/registry_store.h"
+#include "suite/sql/connection_string.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -27,17 +28,17 @@ class EngineCompany {
         : registry_(folder.Path("registry.db"), clock_) {
         const std::string path = folder.Path(uniqueID.substr(0, 4) + ".db");
         {
-            SqliteConnection made(path, clock_, SqliteConnection::Missing::Create);
+            sql::SqliteConnection made(path, clock_, sql::Missing::Create);
             made.ExecuteScript("BEGIN;" + CompanySchemaScript() + "COMMIT;");
         }
-        library.SetConnectionString(SqliteConnectionString(path));
+        library.SetConnectionString(sql::SqliteConnectionString(path));
         Run("INSERT INTO Company (ID, UniqueID, CompanyType, DatabaseVersion) VALUES (1, '" + uniqueID + "', " +
             std::to_string(type) + ", '')");
         engine.Initialize(library);
         engine.SetIgnoreUnknownTables(true);
     }
 
-    SqliteConnection& Connection() { return library.Connection(); }
+    sql::Connection& Connection() { return library.Connection(); }
     void Run(const std::string& script) { Connection().ExecuteScript(script); }
     std::string Value(const std::string& sql) { return Connection().Value(sql).value_or(""); }
     std::int64_t Number(const std::string& sql) { return Connection().Number(sql); }
@@ -71,8 +72,8 @@ class EngineCompany {
     /// The entries of audited changes, as the agent adds them.
     bool ExportAudited(std::int64_t above, const std::string& path,
                        std::int64_t upTo = std::numeric_limits<std::int64_t>::max()) {
-        SqliteStatement log = Connection().Prepare("SELECT ID, TableName, RecordID, AuditType FROM AuditLog "
-                                                   "WHERE ID > ?1 AND ID <= ?2 ORDER BY ID");
+        sql::Statement log = Connection().Prepare("SELECT ID, TableName, RecordID, AuditType FROM AuditLog "
+                                                  "WHERE ID > ?1 AND ID <= ?2 ORDER BY ID");
         log.Bind(1, above);
         log.Bind(2, upTo);
         while (log.Step()) {

@@ -1,4 +1,4 @@
-#include "suite/engine/conflicts.h"
+#include "suite/admin/conflicts.h"
 #include "suite/engine_fixture.h"
 
 #include <gtest/gtest.h>

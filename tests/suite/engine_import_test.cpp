@@ -1,6 +1,7 @@
 #include "suite/engine/import_ledger.h"
-#include "suite/engine/import_reader.h"
 #include "suite/engine_fixture.h"
+#include "suite/exchange/import_reader.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <gtest/gtest.h>
 
@@ -212,7 +213,7 @@ TEST_F(EngineImportTest, WhatThisComputerCannotStoreChangesNothingAndStopsAllEls
     main_.Run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) INSERT INTO Reports "
               "(UniqueID, Layout) SELECT printf('%05d', i), printf('%.*c', 700, 'x') FROM n");
     ASSERT_TRUE(main_.ExportTable("Reports", file_));
-    const std::string connection = SqliteConnectionString(laptop_.Connection().Path());
+    const std::string connection = sql::SqliteConnectionString(laptop_.Connection().Path());
     const std::string before = laptop_.Everything();
     const std::int64_t pages = laptop_.Number("PRAGMA page_count");
     // Room for so many pages; without a limit a table of the memory is missing.

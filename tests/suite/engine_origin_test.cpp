@@ -36,6 +36,8 @@ std::string Of(const std::string& origin, int id = 5) {
 
 const std::string Again = EditRow + "UPDATE PhoneLabels SET Name = 'new';";
 const std::string MadeAgain = DeleteRow + "INSERT INTO PhoneLabels (UniqueID, Name) VALUES ('U1', 'new');";
+const std::string TakenAway = EditRow + "INSERT INTO ImportMark (Audited) VALUES (0); DELETE FROM PhoneLabels; "
+                                        "DELETE FROM ImportMark;";
 const std::string Own = Of(LaptopID, 1);
 const std::string OwnInOtherCase = Of("bbbbbbbb-0000-4000-8000-000000000002", 1);
 const std::string EditOfTheSender = EditRow + CameFrom("bbbbbbbb-0000-4000-8000-000000000002");
@@ -57,6 +59,7 @@ const OriginCase Cases[] = {
     {"UnsentChangeAgainstFullExport", 2, EditRow, 0, "", "theirs", "mine", MainID + Theirs},
     {"UnsentChangeAlike", 2, EditRow, 0, Of(MainID), "mine", "mine", ""},
     {"UnsentChangeAgainstDeletion", 2, EditRow, 0, Of(MainID), "", "mine", MainID + Deleted},
+    {"UnsentChangeOfARowThatAnImportTookAway", 2, TakenAway, 0, Of(MainID), "theirs", "theirs", ""},
     {"UnsentDeletion", 2, DeleteRow, 0, Of(MainID), "theirs", "gone", MainID + TheirsAlone},
     {"UnsentDeletionOnBothSides", 2, DeleteRow, 0, Of(MainID), "", "gone", ""},
     {"OwnVersionComesBack", 2, EditRow, 1, Own, "theirs", "theirs", ""},
@@ -126,11 +129,12 @@ TEST(EngineSeenTest, AFileThatDoesNotTellItLeavesANewerVersionOfThisCompany) {
         "UPDATE Company SET LastAuditID = 2, NextSequenceToMain = 2; UPDATE AuditLog SET TableName = "
         "'phonelabels'");
     const std::string file = folder.Path("data.xml");
-    for (const char* const version : {"1", "2"}) {
-        WriteFile(file, Exchange("<Table Name=\"PhoneLabels\"><Record Origin=\"" + LaptopID + "\" OriginID=\"" +
-                                 version + "\"><UniqueID>U1</UniqueID><Name>came back</Name></Record></Table>"));
+    for (const int version : {1, 2}) {
+        WriteFile(file, Exchange("<Table Name=\"PhoneLabels\"><Record" +
+                                 Of("bbbbbbbb-0000-4000-8000-000000000002", version) +
+                                 "><UniqueID>U1</UniqueID><Name>came back</Name></Record></Table>"));
         EXPECT_TRUE(laptop.engine.ImportFile(file));
-        EXPECT_EQ(laptop.Value("SELECT Name FROM PhoneLabels"), *version == '1' ? "new" : "came back");
+        EXPECT_EQ(laptop.Value("SELECT Name FROM PhoneLabels"), version == 1 ? "new" : "came back");
     }
 }
 

@@ -1,7 +1,7 @@
 #include "services/failure.h"
-#include "suite/computer/registry_store.h"
 #include "suite/computer/system_clock.h"
 #include "suite/computer/system_facts.h"
+#include "suite/settings/registry_store.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>

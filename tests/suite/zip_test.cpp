@@ -1,10 +1,10 @@
 #include "services/failure.h"
 #include "suite/company_fixture.h"
 #include "suite/files/ini_files.h"
-#include "suite/files/wildcards.h"
 #include "suite/files/zip_archive.h"
 #include "suite/full_disk.h"
 #include "support/temporary_folder.h"
+#include "text/wildcards.h"
 
 #include <gtest/gtest.h>
 
@@ -110,8 +110,9 @@ TEST_F(ZipArchive, TakesOnlyWhatTheWildcardNames) {
         EXPECT_EQ(Unpack(archive, "a.XML", folder / "out"), "");
         EXPECT_EQ(Unpack(archive, "noextension", folder / "out").empty(), takesBoth);
     }
-    EXPECT_TRUE(MatchesWildcard("suz12.TMP", "s?z*.tmp") && MatchesWildcard("a.b.c", "*.c"));
-    EXPECT_FALSE(MatchesWildcard("a.b.cd", "*.c") || MatchesWildcard("", "?") || MatchesWildcard("ab", "a"));
+    EXPECT_TRUE(text::MatchesWildcard("suz12.TMP", "s?z*.tmp") && text::MatchesWildcard("a.b.c", "*.c"));
+    EXPECT_FALSE(text::MatchesWildcard("a.b.cd", "*.c") || text::MatchesWildcard("", "?") ||
+                 text::MatchesWildcard("ab", "a"));
 }
 
 TEST_F(ZipArchive, LeavesNothingWhenItCannotBeWritten) {

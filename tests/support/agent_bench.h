@@ -4,12 +4,13 @@
 #include "shared/activity.h"
 #include "shared/agent_context.h"
 #include "shared/settings.h"
-#include "suite/company/company_schema.h"
-#include "suite/company/connection_string.h"
-#include "suite/computer/registry_store.h"
 #include "suite/computer/virtual_time.h"
-#include "suite/database/sqlite_database.h"
 #include "suite/files/zip_archive.h"
+#include "suite/objects/company_database.h"
+#include "suite/schema/company_schema.h"
+#include "suite/settings/registry_store.h"
+#include "suite/sql/connection_string.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 #include "support/scripted_gate.h"
 #include "support/temporary_folder.h"
 
@@ -58,7 +59,7 @@ inline void HideRandom(std::string& text, const std::string& before, std::size_t
 inline std::string MakeEmptyDatabase(const services::Clock& clock) {
     const test::TemporaryFolder folder;
     const std::string file = folder / "empty.db";
-    suite::SqliteConnection(file, clock, suite::SqliteConnection::Missing::Create)
+    sql::SqliteConnection(file, clock, sql::Missing::Create)
         .ExecuteScript("BEGIN;" + suite::CompanySchemaScript() + "COMMIT;");
     return ReadText(file);
 }
@@ -172,7 +173,7 @@ class AgentBench : public ::testing::Test {
         static const std::string emptyDatabase = MakeEmptyDatabase(time);
         WriteText(file, emptyDatabase);
         context.Library = context.services.objects.CreateSharedCodeLibrary();
-        context.Library->SetConnectionString(suite::SqliteConnectionString(file));
+        context.Library->SetConnectionString(sql::SqliteConnectionString(file));
         context.Library->SetPSDFile(Path("Acme.psd"));
         database_ = &context.Library->Implementation().Database();
         Sql("INSERT INTO Company (ID, UniqueID, CompanyType, DatabaseVersion) VALUES (1, '" +
@@ -204,7 +205,7 @@ class AgentBench : public ::testing::Test {
     /// Its database, beside the gate.
     services::Database& Company() { return *database_; }
     /// As it is to everybody but the agent.
-    suite::SqliteConnection& Connection() { return dynamic_cast<suite::SqliteDatabase&>(*database_).Connection(); }
+    sql::Connection& Connection() { return dynamic_cast<suite::CompanyDatabase&>(*database_).Connection(); }
     void Sql(const std::string& statement) { Connection().Execute(statement); }
     std::string Value(const std::string& statement) { return Connection().Value(statement).value_or(""); }
 

@@ -3,12 +3,12 @@
 #include "agent/run_sync.h"
 #include "composition/computer_services.h"
 #include "shared/settings.h"
-#include "suite/company/company_compare.h"
-#include "suite/company/company_creation.h"
-#include "suite/company/provisioning.h"
-#include "suite/company/sample_data.h"
-#include "suite/computer/registry_store.h"
+#include "suite/admin/company_compare.h"
+#include "suite/admin/company_creation.h"
+#include "suite/admin/provisioning.h"
+#include "suite/admin/sample_data.h"
 #include "suite/computer/virtual_time.h"
+#include "suite/settings/registry_store.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -73,10 +73,10 @@ class DealerComputer {
     /// does not exchange its files.
     void KeepOpen() { kept_ = Open(); }
     void LetGo() { kept_.reset(); }
-    std::shared_ptr<suite::SqliteConnection> Open() const {
+    std::shared_ptr<sql::Connection> Open() const {
         return kept_ != nullptr ? kept_
-                                : std::make_shared<suite::SqliteConnection>(
-                                      Companies() + "/dealer.db", time_, suite::SqliteConnection::Missing::Refuse);
+                                : std::shared_ptr<sql::Connection>(
+                                      sql::Open(Companies() + "/dealer.db", time_, sql::Missing::Refuse));
     }
     std::int64_t Number(const std::string& statement) const { return Open()->Number(statement, -1); }
     std::string Value(const std::string& statement) const { return Open()->Value(statement).value_or(""); }
@@ -145,7 +145,7 @@ class DealerComputer {
     suite::Computer computer_;
     std::string uniqueId_;
     suite::VirtualTime& time_;
-    std::shared_ptr<suite::SqliteConnection> kept_;
+    std::shared_ptr<sql::Connection> kept_;
 };
 
 /// A dealer: a main computer, laptops and their Sync folder below one folder, in one virtual time.

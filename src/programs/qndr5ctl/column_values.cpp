@@ -6,8 +6,8 @@
 #include "shared/formatting.h"
 #include "shared/records.h"
 #include "shared/text.h"
-#include "suite/company/utf8_path.h"
-#include "suite/engine/base64.h"
+#include "text/base64.h"
+#include "text/utf8_path.h"
 
 #include <fstream>
 #include <iterator>
@@ -80,7 +80,7 @@ suite::StoredValue BytesValue(const ControlContext& context, const suite::Column
     if (context.services.fileTools.GetFileSize(path) > LargestFile) {
         throw Failure("the file '" + path + "' is larger than the 64 MiB that can be exchanged");
     }
-    std::ifstream file(suite::ToPath(path), std::ios::binary);
+    std::ifstream file(text::ToPath(path), std::ios::binary);
     suite::Bytes bytes{{std::istreambuf_iterator<char>(file), {}}};
     if (!file) {
         throw Failure("the file '" + path + "' cannot be read");
@@ -128,7 +128,7 @@ struct CellMaker {
     }
     Json operator()(const suite::Bytes& bytes) const {
         std::string text;
-        suite::AppendBase64(text, bytes.content);
+        text::AppendBase64(text, bytes.content);
         return text;
     }
 };

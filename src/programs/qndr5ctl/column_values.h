@@ -2,7 +2,7 @@
 
 #include "programs/qndr5ctl/control_context.h"
 #include "programs/qndr5ctl/json.h"
-#include "suite/company/row_editing.h"
+#include "suite/admin/row_editing.h"
 
 #include <string>
 #include <string_view>

@@ -5,9 +5,9 @@
 #include "programs/qndr5ctl/whole_number.h"
 #include "services/failure.h"
 #include "shared/dates.h"
-#include "suite/company/company_creation.h"
-#include "suite/company/provisioning.h"
-#include "suite/company/sample_data.h"
+#include "suite/admin/company_creation.h"
+#include "suite/admin/provisioning.h"
+#include "suite/admin/sample_data.h"
 #include "suite/engine/given_up_changes.h"
 #include "syncfiles/sync_state.h"
 

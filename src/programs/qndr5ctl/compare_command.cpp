@@ -3,7 +3,7 @@
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/sync_words.h"
 #include "services/failure.h"
-#include "suite/company/company_compare.h"
+#include "suite/admin/company_compare.h"
 
 namespace qndr::control {
 

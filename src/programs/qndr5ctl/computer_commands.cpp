@@ -5,10 +5,10 @@
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
 #include "shared/settings.h"
-#include "suite/company/provisioning.h"
-#include "suite/company/sync_folder_mark.h"
-#include "suite/company/utf8_path.h"
-#include "suite/files/ascii_case.h"
+#include "suite/admin/provisioning.h"
+#include "suite/files/sync_folder_mark.h"
+#include "text/letter_case.h"
+#include "text/utf8_path.h"
 
 #include <array>
 
@@ -40,16 +40,16 @@ constexpr std::array<std::string_view, 2> LocationNames{"Companies", "Sync"};
 /// Agents run in other folders than the shell does, so only an absolute path means the same to all of them.
 std::string AbsoluteFolder(const std::string& folder) {
     std::error_code error;
-    const auto path = std::filesystem::absolute(suite::ToPath(folder), error);
+    const auto path = std::filesystem::absolute(text::ToPath(folder), error);
     if (error || folder.empty()) {
         throw services::Failure("'" + folder + "' is no folder");
     }
-    return suite::FromPath(path.lexically_normal());
+    return text::FromPath(path.lexically_normal());
 }
 
 std::string KnownLocation(const std::string& name) {
     for (const std::string_view known : LocationNames) {
-        if (suite::EqualsWithoutCase(known, name)) {
+        if (text::EqualsWithoutCase(known, name)) {
             return std::string(known);
         }
     }

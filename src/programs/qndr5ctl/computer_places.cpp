@@ -2,8 +2,8 @@
 
 #include "services/failure.h"
 #include "shared/settings.h"
-#include "suite/company/provisioning.h"
-#include "suite/company/sync_folder_mark.h"
+#include "suite/admin/provisioning.h"
+#include "suite/files/sync_folder_mark.h"
 
 #include <algorithm>
 #include <sstream>

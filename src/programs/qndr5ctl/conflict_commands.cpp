@@ -3,7 +3,7 @@
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
-#include "suite/engine/conflicts.h"
+#include "suite/admin/conflicts.h"
 #include "suite/engine/given_up_changes.h"
 #include "syncfiles/sync_state.h"
 
@@ -183,7 +183,7 @@ Listing CompareVersions(const suite::Conflict& conflict, const std::optional<sui
 
 void ShowConflict(const ControlContext& context, const OneArguments& arguments) {
     const OpenedCompany company(context, arguments.file);
-    const suite::SqliteTransaction reading(company.Database(), suite::SqliteTransaction::Kind::Read);
+    const sql::Transaction reading(company.Database(), sql::Transaction::Kind::Read);
     const suite::Conflict conflict = suite::ReadConflict(company.Database(), arguments.id);
     const auto present = suite::ReadRow(company.Database(), *conflict.table, conflict.uniqueID);
     const Facts facts = FactsOf(company, conflict, present.has_value());

@@ -1,6 +1,6 @@
 #include "programs/qndr5ctl/did_you_mean.h"
 
-#include "suite/files/ascii_case.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <numeric>
@@ -17,7 +17,7 @@ std::size_t Distance(std::string_view left, std::string_view right) {
         std::size_t diagonal = row[0];
         row[0] = i + 1;
         for (std::size_t j = 0; j < right.size(); ++j) {
-            const bool same = suite::ToLowerCase(left[i]) == suite::ToLowerCase(right[j]);
+            const bool same = text::ToLowerCase(left[i]) == text::ToLowerCase(right[j]);
             const std::size_t exchanged = diagonal + (same ? 0 : 1);
             diagonal = row[j + 1];
             row[j + 1] = std::min({exchanged, row[j] + 1, row[j + 1] + 1});

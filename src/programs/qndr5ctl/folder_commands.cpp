@@ -3,8 +3,8 @@
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/sync_folder_files.h"
 #include "services/failure.h"
-#include "suite/company/provisioning.h"
-#include "suite/company/sync_folder_mark.h"
+#include "suite/admin/provisioning.h"
+#include "suite/files/sync_folder_mark.h"
 
 #include <algorithm>
 #include <tuple>

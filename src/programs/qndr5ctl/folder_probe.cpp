@@ -1,7 +1,7 @@
 #include "programs/qndr5ctl/folder_probe.h"
 
 #include "services/failure.h"
-#include "suite/company/utf8_path.h"
+#include "text/utf8_path.h"
 
 #include <fstream>
 
@@ -14,7 +14,7 @@ constexpr std::size_t ProbeSize = 64 * 1024;
 
 bool IsSticky(const std::string& folder) {
     std::error_code error;
-    const auto permissions = std::filesystem::status(suite::ToPath(folder), error).permissions();
+    const auto permissions = std::filesystem::status(text::ToPath(folder), error).permissions();
     return !error && (permissions & std::filesystem::perms::sticky_bit) != std::filesystem::perms::none;
 }
 
@@ -37,7 +37,7 @@ Probe ProbeFolder(const ControlContext& context, const std::string& folder) {
         return probe;
     }
     try {
-        std::ofstream file(suite::ToPath(probe.file), std::ios::binary);
+        std::ofstream file(text::ToPath(probe.file), std::ios::binary);
         file << "qndr5ctl doctor" << std::string(ProbeSize, ' ');
         file.close();
         probe.isWritten = !file.fail();
@@ -63,7 +63,7 @@ std::string WhatFails(const Probe& probe) {
 }
 
 std::int64_t FreeSpaceAt(const std::string& folder) {
-    std::filesystem::path path = suite::ToPath(folder);
+    std::filesystem::path path = text::ToPath(folder);
     std::error_code error;
     while (!std::filesystem::exists(path, error) && path.has_relative_path()) {
         path = path.parent_path();

@@ -1,7 +1,7 @@
 #include "programs/qndr5ctl/known_settings.h"
 
 #include "shared/settings.h"
-#include "suite/files/ascii_case.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <array>
@@ -44,8 +44,8 @@ std::span<const KnownSetting> KnownSettings() {
 
 const KnownSetting* FindKnownSetting(std::string_view name, std::string_view key) {
     const auto* found = std::find_if(Known.begin(), Known.end(), [&](const KnownSetting& setting) {
-        return suite::EqualsWithoutCase(setting.name, name) &&
-               (key.empty() || suite::EqualsWithoutCase(setting.key, key));
+        return text::EqualsWithoutCase(setting.name, name) &&
+               (key.empty() || text::EqualsWithoutCase(setting.key, key));
     });
     return found == Known.end() ? nullptr : found;
 }

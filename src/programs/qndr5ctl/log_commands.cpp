@@ -3,7 +3,7 @@
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
-#include "suite/company/utf8_path.h"
+#include "text/utf8_path.h"
 
 #include <chrono>
 #include <thread>
@@ -43,7 +43,7 @@ void Events(const ControlContext& context, const EventsArguments& arguments) {
 
 LogTail LogOf(const suite::Computer& computer) {
     // The agent's program name is qndr5rwsync, whichever of its programs runs.
-    return {suite::ToPath(computer.commonApplicationData) / "Velmoran" / "Logs", "qndr5rwsync"};
+    return {text::ToPath(computer.commonApplicationData) / "Velmoran" / "Logs", "qndr5rwsync"};
 }
 
 [[noreturn]] void Follow(const ControlContext& context, LogTail& log) {
@@ -65,7 +65,7 @@ void Log(const ControlContext& context, const LogArguments& arguments) {
             texts.Append(line);
         }
         Json result = Json::Object();
-        result.Set("file", suite::FromPath(log.NewestFile())).Set("lines", std::move(texts));
+        result.Set("file", text::FromPath(log.NewestFile())).Set("lines", std::move(texts));
         context.out << result.ToText() << '\n';
         return;
     }

@@ -1,6 +1,6 @@
 #include "programs/qndr5ctl/log_tail.h"
 
-#include "suite/company/utf8_path.h"
+#include "text/utf8_path.h"
 
 #include <algorithm>
 #include <fstream>
@@ -42,7 +42,7 @@ std::vector<fs::path> LogTail::Files() const {
     std::vector<std::pair<fs::file_time_type, fs::path>> found;
     std::error_code error;
     for (fs::directory_iterator entry(folder_, error), end; !error && entry != end; entry.increment(error)) {
-        const std::string name = suite::FromPath(entry->path().filename());
+        const std::string name = text::FromPath(entry->path().filename());
         std::error_code ignored;
         if (name.starts_with(program_ + " ") && name.ends_with(".log") && entry->is_regular_file(ignored)) {
             found.emplace_back(entry->last_write_time(ignored), entry->path());

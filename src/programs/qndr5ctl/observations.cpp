@@ -8,12 +8,12 @@
 #include "shared/formatting.h"
 #include "shared/records.h"
 #include "shared/settings.h"
-#include "suite/company/company_events.h"
-#include "suite/company/provisioning.h"
-#include "suite/company/sync_folder_mark.h"
-#include "suite/company/utf8_path.h"
+#include "suite/admin/conflicts.h"
+#include "suite/admin/provisioning.h"
 #include "suite/computer/temporary_places.h"
-#include "suite/engine/conflicts.h"
+#include "suite/files/sync_folder_mark.h"
+#include "suite/schema/company_events.h"
+#include "text/utf8_path.h"
 
 #include <algorithm>
 #include <memory>
@@ -85,11 +85,11 @@ void ObserveTemporaryFolder(const ControlContext& context, Observations& seen) {
 
 bool IsSameFolder(const std::string& left, const std::string& right) {
     std::error_code error;
-    return std::filesystem::equivalent(suite::ToPath(left), suite::ToPath(right), error) && !error;
+    return std::filesystem::equivalent(text::ToPath(left), text::ToPath(right), error) && !error;
 }
 
 /// What the database's own check finds; empty when it is sound.
-std::string DamageOf(const suite::SqliteConnection& database) {
+std::string DamageOf(const sql::Connection& database) {
     try {
         const std::string words = database.Value("PRAGMA quick_check(1)").value_or("");
         return words == "ok" ? "" : words;
@@ -98,7 +98,7 @@ std::string DamageOf(const suite::SqliteConnection& database) {
     }
 }
 
-std::vector<RefusedFile> RefusedHere(const suite::SqliteConnection& database, const std::string& mainUniqueID) {
+std::vector<RefusedFile> RefusedHere(const sql::Connection& database, const std::string& mainUniqueID) {
     auto row = database.Prepare("SELECT Sender, Sequence, RefusedOn FROM RefusedFiles ORDER BY Sender, Sequence");
     std::vector<RefusedFile> files;
     while (row.Step()) {
@@ -108,7 +108,7 @@ std::vector<RefusedFile> RefusedHere(const suite::SqliteConnection& database, co
     return files;
 }
 
-std::vector<RefusedFile> RefusedThere(const suite::SqliteConnection& database, const std::string& mainUniqueID) {
+std::vector<RefusedFile> RefusedThere(const sql::Connection& database, const std::string& mainUniqueID) {
     auto row = database.Prepare(
         "SELECT Receiver, Sequence, ToldOn, ifnull((SELECT group_concat(Held, ', ') FROM (SELECT TableName || ' ' "
         "||"
@@ -124,7 +124,7 @@ std::vector<RefusedFile> RefusedThere(const suite::SqliteConnection& database, c
 }
 
 void ObserveCompany(ObservedCompany& company, const OpenedCompany& opened, const Observations& seen) {
-    const suite::SqliteConnection& database = opened.Database();
+    const sql::Connection& database = opened.Database();
     const auto enabled = suite::GetCompanyOption(database, RoamingSection, "EnableSync");
     company.enableSync = ParseWholeNumber(enabled.value_or("0")).value_or(0) != 0;
     company.syncComputerName = suite::GetCompanyOption(database, RoamingSection, "SyncComputerName").value_or("");
@@ -224,7 +224,7 @@ void ReadFolder(const ControlContext& context, Observations& seen) {
 bool StandStill(std::vector<Company>& companies) {
     bool stand = true;
     for (Company& company : companies) {
-        const suite::SqliteTransaction reading(company.opened->Database(), suite::SqliteTransaction::Kind::Read);
+        const sql::Transaction reading(company.opened->Database(), sql::Transaction::Kind::Read);
         CompanyFacts now = FactsOf(*company.opened);
         stand = stand && now == company.observed.facts;
         company.observed.facts = std::move(now);
@@ -287,7 +287,7 @@ void ObserveSpace(const ControlContext& context, Observations& seen) {
     std::int64_t wanted = LeastSpace;
     std::error_code error;
     for (const ObservedCompany& company : seen.companies) {
-        const auto size = std::filesystem::file_size(suite::ToPath(company.database), error);
+        const auto size = std::filesystem::file_size(text::ToPath(company.database), error);
         wanted = std::max(wanted, error ? 0 : static_cast<std::int64_t>(size));
     }
     const auto look = [&](const std::string& what, const std::string& folder) {
@@ -303,17 +303,15 @@ void ObserveSpace(const ControlContext& context, Observations& seen) {
     for (const ObservedCompany& company : seen.companies) {
         if (company.isHere) {
             look("the database of " + company.facts.name,
-                 suite::FromPath(suite::ToPath(company.database).parent_path()));
+                 text::FromPath(text::ToPath(company.database).parent_path()));
         }
     }
 }
 
 bool LiesIn(const std::string& inner, const std::string& outer) {
     std::error_code error;
-    const std::string folder =
-        suite::FromPath(std::filesystem::weakly_canonical(suite::ToPath(inner), error) / "");
-    return folder.starts_with(
-        suite::FromPath(std::filesystem::weakly_canonical(suite::ToPath(outer), error) / ""));
+    const std::string folder = text::FromPath(std::filesystem::weakly_canonical(text::ToPath(inner), error) / "");
+    return folder.starts_with(text::FromPath(std::filesystem::weakly_canonical(text::ToPath(outer), error) / ""));
 }
 
 void ObserveNesting(Observations& seen) {

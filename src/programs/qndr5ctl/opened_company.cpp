@@ -2,10 +2,10 @@
 
 #include "programs/qndr5ctl/sync_words.h"
 #include "services/failure.h"
-#include "suite/company/company_creation.h"
-#include "suite/company/company_library.h"
-#include "suite/company/company_manager.h"
-#include "suite/company/company_versions.h"
+#include "suite/admin/company_creation.h"
+#include "suite/objects/company_library.h"
+#include "suite/objects/company_manager.h"
+#include "suite/schema/company_versions.h"
 #include "syncfiles/sync_state.h"
 
 namespace qndr::control {
@@ -15,7 +15,7 @@ using services::Failure;
 namespace {
 
 /// The connection of the library, whose failure tells more than the Company Manager's "no".
-suite::SqliteConnection& ConnectionOf(services::SharedCodeLibrary& library) {
+sql::Connection& ConnectionOf(services::SharedCodeLibrary& library) {
     return dynamic_cast<suite::CompanyLibrary&>(library.Implementation()).Connection();
 }
 

@@ -3,7 +3,7 @@
 #include "programs/qndr5ctl/control_context.h"
 #include "programs/qndr5ctl/json.h"
 #include "services/failure.h"
-#include "suite/database/sqlite_connection.h"
+#include "suite/sql/connection.h"
 
 #include <memory>
 #include <string>
@@ -31,7 +31,7 @@ class OpenedCompany {
     OpenedCompany& operator=(const OpenedCompany&) = delete;
 
     const std::string& File() const { return psdFile_; }
-    const suite::SqliteConnection& Database() const { return *connection_; }
+    const sql::Connection& Database() const { return *connection_; }
 
     /// A value of the one Company row; empty for NULL.
     std::string Text(const std::string& column) const;
@@ -50,7 +50,7 @@ class OpenedCompany {
   private:
     std::string psdFile_;
     std::unique_ptr<services::SharedCodeLibrary> library_;
-    suite::SqliteConnection* connection_ = nullptr;
+    sql::Connection* connection_ = nullptr;
 };
 
 /// A stored date, which is UTC; any other text as it stands, null for the empty one.

@@ -3,8 +3,8 @@
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
-#include "suite/company/provisioning.h"
-#include "suite/files/ascii_case.h"
+#include "suite/admin/provisioning.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 
@@ -26,12 +26,12 @@ const std::vector<std::string_view> KnownKeys{"EnableSync", "SyncComputerName", 
 
 /// The agents read these alone; a slip of the pen would be stored and have no effect.
 void DemandKnown(const OptionArguments& arguments) {
-    if (!suite::EqualsWithoutCase(arguments.section, RoamingSection)) {
+    if (!text::EqualsWithoutCase(arguments.section, RoamingSection)) {
         throw services::Failure("there is no option section '" + arguments.section + "'" +
                                 DidYouMean(arguments.section, {RoamingSection}));
     }
     if (std::none_of(KnownKeys.begin(), KnownKeys.end(),
-                     [&](std::string_view key) { return suite::EqualsWithoutCase(key, arguments.key); })) {
+                     [&](std::string_view key) { return text::EqualsWithoutCase(key, arguments.key); })) {
         throw services::Failure("there is no option '" + arguments.key + "'" +
                                 DidYouMean(arguments.key, KnownKeys));
     }

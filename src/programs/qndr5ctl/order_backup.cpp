@@ -3,9 +3,9 @@
 #include "programs/qndr5ctl/archive_contents.h"
 #include "programs/qndr5ctl/computer_places.h"
 #include "services/failure.h"
-#include "suite/engine/import_reader.h"
-#include "suite/files/ascii_case.h"
+#include "suite/exchange/import_reader.h"
 #include "syncfiles/discovery.h"
+#include "text/letter_case.h"
 
 namespace qndr::control {
 
@@ -43,7 +43,7 @@ bool BelongsTo(const suite::Row& item, const suite::Row& order) {
     for (const suite::ColumnValue& value : item.values) {
         const auto* text = std::get_if<std::string>(&value.value);
         if (value.column->name == "OrderUniqueID") {
-            return text != nullptr && suite::EqualsWithoutCase(*text, order.uniqueID);
+            return text != nullptr && text::EqualsWithoutCase(*text, order.uniqueID);
         }
     }
     return false;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "programs/qndr5ctl/control_context.h"
-#include "suite/company/row_editing.h"
+#include "suite/admin/row_editing.h"
 
 #include <optional>
 #include <string>

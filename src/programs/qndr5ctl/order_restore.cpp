@@ -1,6 +1,6 @@
 #include "programs/qndr5ctl/order_restore.h"
 
-#include "suite/files/ascii_case.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <limits>
@@ -17,13 +17,13 @@ const suite::Table& TableOf(std::string_view name) {
 
 /// The number of an order was queued before its first backup was made; a row that is made anew must not queue it
 /// a second time.
-void MarkNumberAsQueued(const suite::SqliteConnection& company, const std::string& uniqueID) {
-    suite::SqliteStatement update = company.Prepare("UPDATE Orders SET SyncState = 1 WHERE UniqueID = ?1");
+void MarkNumberAsQueued(const sql::Connection& company, const std::string& uniqueID) {
+    sql::Statement update = company.Prepare("UPDATE Orders SET SyncState = 1 WHERE UniqueID = ?1");
     update.Bind(1, uniqueID);
     update.Step();
 }
 
-RestoreResult::Order WriteOrder(const suite::SqliteConnection& company, const suite::Row& order) {
+RestoreResult::Order WriteOrder(const sql::Connection& company, const suite::Row& order) {
     const suite::Table& table = TableOf("Orders");
     switch (suite::UpdateRow(company, table, order.uniqueID, order.values)) {
     case RowChange::Unchanged:
@@ -38,7 +38,7 @@ RestoreResult::Order WriteOrder(const suite::SqliteConnection& company, const su
     return RestoreResult::Order::MadeAnew;
 }
 
-void WriteItem(const suite::SqliteConnection& company, const suite::Row& item, RestoreResult& result) {
+void WriteItem(const sql::Connection& company, const suite::Row& item, RestoreResult& result) {
     const suite::Table& table = TableOf("OrderItems");
     switch (suite::UpdateRow(company, table, item.uniqueID, item.values)) {
     case RowChange::Unchanged:
@@ -53,14 +53,14 @@ void WriteItem(const suite::SqliteConnection& company, const suite::Row& item, R
     }
 }
 
-int RemoveOtherItems(const suite::SqliteConnection& company, const OrderBackup& backup) {
+int RemoveOtherItems(const sql::Connection& company, const OrderBackup& backup) {
     const suite::Table& table = TableOf("OrderItems");
     const suite::Column* ofOrder = suite::FindExchangedColumn(table, "OrderUniqueID");
     int removed = 0;
     for (const suite::Row& item : suite::FindRows(company, table, {{ofOrder, backup.order.uniqueID}},
                                                   std::numeric_limits<std::int64_t>::max())) {
         const bool isKept = std::any_of(backup.items.begin(), backup.items.end(), [&](const suite::Row& kept) {
-            return suite::EqualsWithoutCase(kept.uniqueID, item.uniqueID);
+            return text::EqualsWithoutCase(kept.uniqueID, item.uniqueID);
         });
         if (!isKept && suite::DeleteRow(company, table, item.uniqueID) == RowChange::Changed) {
             ++removed;
@@ -72,8 +72,8 @@ int RemoveOtherItems(const suite::SqliteConnection& company, const OrderBackup& 
 } // namespace
 
 RestoreResult RestoreOrder(const OpenedCompany& company, const OrderBackup& backup) {
-    const suite::SqliteConnection& database = company.Database();
-    suite::SqliteTransaction transaction(database, suite::SqliteTransaction::Kind::Write);
+    const sql::Connection& database = company.Database();
+    sql::Transaction transaction(database, sql::Transaction::Kind::Write);
     company.DemandThatChangesTravel();
     RestoreResult result;
     result.order = WriteOrder(database, backup.order);

@@ -5,7 +5,7 @@
 #include "programs/qndr5ctl/sync_words.h"
 #include "services/failure.h"
 #include "shared/records.h"
-#include "suite/files/ascii_case.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 
@@ -52,7 +52,7 @@ std::vector<suite::ColumnValue> ParseValues(const ControlContext& context, const
 
 /// Gives references the spelling of the rows that they name. The database would take a reference to nothing, for
 /// an import needs that.
-void ResolveReferences(const suite::SqliteConnection& database, std::vector<suite::ColumnValue>& values) {
+void ResolveReferences(const sql::Connection& database, std::vector<suite::ColumnValue>& values) {
     for (suite::ColumnValue& value : values) {
         auto* uniqueID = std::get_if<std::string>(&value.value);
         if (value.column->type != suite::ColumnType::Reference || uniqueID == nullptr) {
@@ -73,7 +73,7 @@ void Edit(const ControlContext& context, const RowArguments& arguments) {
     const suite::Table& table = TableNamed(arguments.table);
     const std::string uniqueID = NormalizeUniqueID(arguments.uniqueID);
     auto values = ParseValues(context, table, {arguments.values.begin(), arguments.values.end()});
-    suite::SqliteTransaction transaction(company.Database(), suite::SqliteTransaction::Kind::Write);
+    sql::Transaction transaction(company.Database(), sql::Transaction::Kind::Write);
     ResolveReferences(company.Database(), values);
     const suite::RowChange change = suite::UpdateRow(company.Database(), table, uniqueID, values);
     if (change == suite::RowChange::NoRow) {
@@ -91,7 +91,7 @@ void Add(const ControlContext& context, const RowArguments& arguments) {
     const suite::Table& table = TableNamed(arguments.table);
     std::vector<Assignment> assignments(arguments.values.begin(), arguments.values.end());
     const auto given = std::find_if(assignments.begin(), assignments.end(), [](const Assignment& assignment) {
-        return suite::EqualsWithoutCase(assignment.column, "UniqueID");
+        return text::EqualsWithoutCase(assignment.column, "UniqueID");
     });
     std::string uniqueID;
     if (given == assignments.end()) {
@@ -101,7 +101,7 @@ void Add(const ControlContext& context, const RowArguments& arguments) {
         assignments.erase(given);
     }
     auto values = ParseValues(context, table, assignments);
-    suite::SqliteTransaction transaction(company.Database(), suite::SqliteTransaction::Kind::Write);
+    sql::Transaction transaction(company.Database(), sql::Transaction::Kind::Write);
     ResolveReferences(company.Database(), values);
     if (suite::ReadRow(company.Database(), table, uniqueID)) {
         throw Failure("the table " + std::string(table.name) + " has a row '" + uniqueID + "' already");
@@ -116,7 +116,7 @@ void Delete(const ControlContext& context, const RowArguments& arguments) {
     company.DemandThatChangesTravel();
     const suite::Table& table = TableNamed(arguments.table);
     const std::string uniqueID = NormalizeUniqueID(arguments.uniqueID);
-    suite::SqliteTransaction transaction(company.Database(), suite::SqliteTransaction::Kind::Write);
+    sql::Transaction transaction(company.Database(), sql::Transaction::Kind::Write);
     if (suite::DeleteRow(company.Database(), table, uniqueID) == suite::RowChange::NoRow) {
         FailForNoRow(table, uniqueID);
     }

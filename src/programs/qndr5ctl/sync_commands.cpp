@@ -4,10 +4,10 @@
 #include "programs/qndr5ctl/sync_words.h"
 #include "programs/qndr5ctl/taken_out_files.h"
 #include "services/failure.h"
-#include "suite/company/provisioning.h"
+#include "suite/admin/provisioning.h"
 #include "suite/engine/given_up_changes.h"
-#include "suite/files/ascii_case.h"
 #include "syncfiles/sync_state.h"
+#include "text/letter_case.h"
 
 namespace qndr::control {
 
@@ -55,7 +55,7 @@ void RequestInitial(const ControlContext& context, const InitialArguments& argum
     if (!arguments.main.empty()) {
         const OpenedCompany main(context, arguments.main);
         main.DemandMain();
-        if (!mainUniqueID.empty() && !suite::EqualsWithoutCase(mainUniqueID, main.Text("UniqueID"))) {
+        if (!mainUniqueID.empty() && !text::EqualsWithoutCase(mainUniqueID, main.Text("UniqueID"))) {
             throw services::Failure("the workstation belongs to another main company than '" + arguments.main +
                                     "'");
         }

@@ -7,9 +7,9 @@
 #include "shared/dates.h"
 #include "shared/records.h"
 #include "shared/text.h"
-#include "suite/company/provisioning.h"
-#include "suite/company/sync_folder_mark.h"
+#include "suite/admin/provisioning.h"
 #include "suite/engine/sent_ranges.h"
+#include "suite/files/sync_folder_mark.h"
 #include "syncfiles/discovery.h"
 
 #include <algorithm>

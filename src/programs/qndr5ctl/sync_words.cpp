@@ -2,7 +2,7 @@
 
 #include "services/failure.h"
 #include "shared/settings.h"
-#include "suite/company/company_creation.h"
+#include "suite/admin/company_creation.h"
 #include "syncfiles/descriptor.h"
 #include "syncfiles/sync_state.h"
 

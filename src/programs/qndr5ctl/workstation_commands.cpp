@@ -3,7 +3,7 @@
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/sync_words.h"
 #include "shared/dates.h"
-#include "suite/company/provisioning.h"
+#include "suite/admin/provisioning.h"
 
 #include <optional>
 
@@ -30,7 +30,7 @@ void Add(const ControlContext& context, const AddArguments& arguments) {
                 << "; it asks for its initial sync at its next pass.\n";
 }
 
-Json DateCell(const suite::SqliteStatement& row, int column) {
+Json DateCell(const sql::Statement& row, int column) {
     return row.IsNull(column) ? Json() : StoredDate(std::string(row.Text(column)));
 }
 

@@ -1,10 +1,21 @@
 #include "suite/engine/audit_switch.h"
 
-#include <sqlite3.h>
+#include "text/letter_case.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
 
 namespace qndr::suite {
 
-AuditSwitch::AuditSwitch(const SqliteConnection& connection, bool audited) : connection_(connection) {
+namespace {
+
+/// Their names begin so and end with the table's.
+constexpr std::array<std::string_view, 3> AuditTriggers{"auditInsert", "auditUpdate", "auditDelete"};
+
+} // namespace
+
+AuditSwitch::AuditSwitch(const sql::Connection& connection, bool audited) : connection_(connection) {
     if (!audited) {
         Turn(false);
     }
@@ -20,19 +31,20 @@ void AuditSwitch::Prepare(std::string_view table) {
     if (!off_) {
         return;
     }
-    SqliteStatement others = connection_.Prepare(
-        "SELECT COUNT(*) FROM sqlite_schema WHERE type = 'trigger' AND tbl_name = ?1 COLLATE NOCASE AND "
-        "name NOT IN ('auditInsert' || ?1, 'auditUpdate' || ?1, 'auditDelete' || ?1)");
-    others.Bind(1, table);
-    if (others.Step() && others.Integer(0) > 0) {
-        others.Reset();
+    const std::vector<std::string> triggers = connection_.TriggersOf(table);
+    const bool hasOthers = std::any_of(triggers.begin(), triggers.end(), [&](const std::string& trigger) {
+        return std::none_of(AuditTriggers.begin(), AuditTriggers.end(), [&](std::string_view audit) {
+            return text::EqualsWithoutCase(trigger, std::string(audit).append(table));
+        });
+    });
+    if (hasOthers) {
         // The database compiles all statements anew at each turn, so it is not turned table by table.
         Turn(true);
     }
 }
 
 void AuditSwitch::Turn(bool on) {
-    sqlite3_db_config(connection_.Handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, on ? 1 : 0, nullptr);
+    connection_.TurnTriggers(on);
     off_ = !on;
 }
 

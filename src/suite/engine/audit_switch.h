@@ -1,6 +1,6 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
+#include "suite/sql/connection.h"
 
 #include <string_view>
 
@@ -11,7 +11,7 @@ namespace qndr::suite {
 class AuditSwitch {
   public:
     /// With `audited` everything stays as it is.
-    AuditSwitch(const SqliteConnection& connection, bool audited);
+    AuditSwitch(const sql::Connection& connection, bool audited);
     ~AuditSwitch();
     AuditSwitch(const AuditSwitch&) = delete;
     AuditSwitch& operator=(const AuditSwitch&) = delete;
@@ -22,7 +22,7 @@ class AuditSwitch {
   private:
     void Turn(bool on);
 
-    const SqliteConnection& connection_;
+    const sql::Connection& connection_;
     bool off_ = false;
 };
 

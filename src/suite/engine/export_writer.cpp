@@ -4,7 +4,7 @@
 #include "suite/computer/operating_system.h"
 #include "suite/engine/refused_files.h"
 #include "suite/engine/sent_ranges.h"
-#include "suite/files/ascii_case.h"
+#include "text/letter_case.h"
 
 namespace qndr::suite {
 
@@ -19,10 +19,32 @@ constexpr std::string_view DeletionWithOrigin =
     "SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID, ID AS AuditID, Origin AS AuditOrigin, "
     "OriginID AS AuditOriginID FROM AuditLog WHERE ID = ?1";
 
+/// The column of a row, after its type.
+void AppendValue(std::string& out, const XmlColumn& element, const sql::Statement& row, int column,
+                 const XmlColumn::Spill& spill) {
+    switch (row.Type(column)) {
+    case sql::ValueType::Null:
+        element.AppendNull(out);
+        return;
+    case sql::ValueType::Integer:
+        element.AppendInteger(out, row.Integer(column));
+        return;
+    case sql::ValueType::Real:
+        element.AppendReal(out, row.Real(column));
+        return;
+    case sql::ValueType::Text:
+        element.AppendText(out, row.Text(column), spill);
+        return;
+    case sql::ValueType::Bytes:
+        element.AppendBytes(out, row.Bytes(column), spill);
+        return;
+    }
+}
+
 } // namespace
 
-ExportWriter::ExportWriter(const SqliteConnection& connection, ExportFile& file, ExportOrigin origin)
-    : connection_(connection), file_(file), origin_(origin), fence_(connection),
+ExportWriter::ExportWriter(const sql::Connection& connection, ExportFile& file, ExportOrigin origin)
+    : connection_(connection), file_(file), origin_(origin), fence_(connection.MakeFence()),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")),
       newestAudit_(
           connection.Prepare("SELECT ID, Origin, OriginID FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE "
@@ -71,10 +93,10 @@ void ExportWriter::Write(const ExportList::Kind& kind, const ExportList::Entry& 
 
 /// The name of the table comes with the entry, and in the end from an audit row. So it is taken as one name and
 /// not as a part of the statement.
-SqliteStatement ExportWriter::PrepareFenced(const ExportList::Kind& kind) {
-    return fence_.Prepare(kind.statement == DeletionShape ? DeletionWithOrigin : kind.statement,
-                          {kind.deletion ? "auditlog" : ToLowerCase("vwExporting_" + kind.table), "dateadd",
-                           "getutcdate", "orders" /* by which an order's items are found */});
+sql::Statement ExportWriter::PrepareFenced(const ExportList::Kind& kind) {
+    return fence_->Prepare(kind.statement == DeletionShape ? DeletionWithOrigin : kind.statement,
+                           {kind.deletion ? "auditlog" : text::ToLowerCase("vwExporting_" + kind.table), "dateadd",
+                            "getutcdate", "orders" /* by which an order's items are found */});
 }
 
 ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std::size_t index) {
@@ -86,8 +108,9 @@ ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std:
     try {
         source.emplace(PrepareFenced(kind));
     } catch (const services::Failure& failure) {
-        const int error = sqlite3_errcode(connection_.Handle());
-        if (error != SQLITE_ERROR && error != SQLITE_AUTH && error != SQLITE_OK) {
+        // What the fence or the database makes nothing of is the entry's fault; all else is the database's.
+        const auto* const error = dynamic_cast<const sql::Error*>(&failure);
+        if (error != nullptr && error->Kind() != sql::ErrorKind::Other) {
             throw;
         }
         passedOver_.push_back("The table '" + kind.table + "' was left out of an export: " + failure.what());
@@ -101,8 +124,8 @@ ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std:
             source->origin = i;
         } else if (name == "AuditOriginID") {
             source->originID = i;
-        } else if (!EqualsWithoutCase(name, "ID")) {
-            source->uniqueID = EqualsWithoutCase(name, "UniqueID") ? i : source->uniqueID;
+        } else if (!text::EqualsWithoutCase(name, "ID")) {
+            source->uniqueID = text::EqualsWithoutCase(name, "UniqueID") ? i : source->uniqueID;
             source->columns.push_back(i);
             source->elements.emplace_back(name);
         }
@@ -131,7 +154,7 @@ void ExportWriter::CloseTable() {
 }
 
 void ExportWriter::WriteRecord(const Source& source, const ExportList::Kind& kind) {
-    const SqliteStatement& row = source.statement;
+    const sql::Statement& row = source.statement;
     text_ += "<Record";
     if (origin_ == ExportOrigin::Tell && source.auditID >= 0) {
         const bool own = row.IsNull(source.origin);
@@ -142,7 +165,7 @@ void ExportWriter::WriteRecord(const Source& source, const ExportList::Kind& kin
     }
     text_ += '>';
     for (std::size_t i = 0; i < source.columns.size(); ++i) {
-        source.elements[i].AppendColumn(text_, row.Handle(), source.columns[i], spill_);
+        AppendValue(text_, source.elements[i], row, source.columns[i], spill_);
     }
     text_ += "</Record>\n";
     ++records_;

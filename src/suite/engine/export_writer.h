@@ -1,12 +1,12 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
-#include "suite/database/table_fence.h"
-#include "suite/engine/export_file.h"
 #include "suite/engine/export_list.h"
-#include "suite/engine/xml_text.h"
+#include "suite/exchange/export_file.h"
+#include "suite/exchange/xml_text.h"
+#include "suite/sql/connection.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,7 +22,7 @@ enum class ExportOrigin { Tell, Withhold };
 /// Writes entries as one exchange file. The caller holds a read transaction, so that all of them show one state.
 class ExportWriter {
   public:
-    ExportWriter(const SqliteConnection& connection, ExportFile& file, ExportOrigin origin);
+    ExportWriter(const sql::Connection& connection, ExportFile& file, ExportOrigin origin);
 
     /// Raises services::Failure for every trouble but an entry that this database cannot understand (its view is
     /// missing), or that asks for more than its table: that one is passed over, for it would otherwise stop the
@@ -36,8 +36,8 @@ class ExportWriter {
   private:
     /// A statement that serves all entries that differ in nothing but the ID of their row.
     struct Source {
-        explicit Source(SqliteStatement prepared) : statement(std::move(prepared)) {}
-        SqliteStatement statement;
+        explicit Source(sql::Statement prepared) : statement(std::move(prepared)) {}
+        sql::Statement statement;
         std::vector<int> columns; ///< those that travel: all but the local key
         std::vector<XmlColumn> elements;
         int uniqueID = -1;
@@ -47,7 +47,7 @@ class ExportWriter {
     };
 
     void Write(const ExportList::Kind& kind, const ExportList::Entry& entry);
-    SqliteStatement PrepareFenced(const ExportList::Kind& kind);
+    sql::Statement PrepareFenced(const ExportList::Kind& kind);
     Source* SourceFor(const ExportList::Kind& kind, std::size_t index);
     void OpenTable(const ExportList::Kind& kind);
     void CloseTable();
@@ -56,13 +56,13 @@ class ExportWriter {
     void AppendNewestOrigin(const std::string& table, std::string_view uniqueID);
     void FlushBeyond(std::size_t size);
 
-    const SqliteConnection& connection_;
+    const sql::Connection& connection_;
     ExportFile& file_;
     XmlColumn::Spill spill_ = [this] { FlushBeyond(0); };
     ExportOrigin origin_;
-    TableFence fence_;
+    std::unique_ptr<sql::Fence> fence_;
     std::string own_;
-    SqliteStatement newestAudit_;
+    sql::Statement newestAudit_;
     std::unordered_map<std::size_t, std::optional<Source>> sources_; ///< by kind; nothing: not understood
     std::string text_;
     std::string openTable_;

@@ -1,6 +1,6 @@
 #include "suite/engine/given_up_changes.h"
 
-#include "suite/engine/conflicts.h"
+#include "suite/schema/vocabulary.h"
 
 #include <unordered_map>
 
@@ -8,7 +8,7 @@ namespace qndr::suite {
 
 namespace {
 
-void NoteUnconfirmedChanges(const SqliteConnection& connection) {
+void NoteUnconfirmedChanges(const sql::Connection& connection) {
     connection.Execute("INSERT INTO GivenUpChanges (TableName, RowUniqueID, Reason, Made) "
                        "SELECT TableName, RowUniqueID, Reason, Made FROM vwUnconfirmedChanges WHERE true "
                        "ON CONFLICT DO UPDATE SET Reason = min(Reason, excluded.Reason)");
@@ -17,7 +17,7 @@ void NoteUnconfirmedChanges(const SqliteConnection& connection) {
 
 class Keeper {
   public:
-    explicit Keeper(const SqliteConnection& connection)
+    explicit Keeper(const sql::Connection& connection)
         : connection_(connection),
           keep_(connection.Prepare(
               "INSERT INTO ImportConflicts (TableName, RowUniqueID, OccurredOn, LosingOrigin, WinningOrigin, "
@@ -52,13 +52,13 @@ class Keeper {
     }
 
   private:
-    const SqliteConnection& connection_;
-    SqliteStatement keep_;
+    const sql::Connection& connection_;
+    sql::Statement keep_;
     std::unordered_map<const Table*, ImportTable> tables_;
 };
 
-void KeepNotedChanges(const SqliteConnection& connection) {
-    SqliteStatement note = connection.Prepare("SELECT TableName, RowUniqueID, Reason, Made FROM GivenUpChanges");
+void KeepNotedChanges(const sql::Connection& connection) {
+    sql::Statement note = connection.Prepare("SELECT TableName, RowUniqueID, Reason, Made FROM GivenUpChanges");
     if (!note.Step()) {
         return;
     }
@@ -71,12 +71,12 @@ void KeepNotedChanges(const SqliteConnection& connection) {
 
 } // namespace
 
-bool IsResetPending(const SqliteConnection& connection) {
+bool IsResetPending(const sql::Connection& connection) {
     return connection.Number("SELECT CompanyType = 2 AND SyncState = 6 FROM Company") != 0;
 }
 
-std::vector<GivenUpChange> FindChangesAtStake(const SqliteConnection& connection) {
-    SqliteStatement row = connection.Prepare(
+std::vector<GivenUpChange> FindChangesAtStake(const sql::Connection& connection) {
+    sql::Statement row = connection.Prepare(
         "SELECT TableName, RowUniqueID, MIN(Reason) FROM (SELECT TableName, RowUniqueID, Reason FROM "
         "vwUnconfirmedChanges UNION ALL SELECT TableName, RowUniqueID, Reason FROM GivenUpChanges) "
         "GROUP BY TableName, RowUniqueID ORDER BY TableName, RowUniqueID");
@@ -87,23 +87,23 @@ std::vector<GivenUpChange> FindChangesAtStake(const SqliteConnection& connection
     return changes;
 }
 
-void KeepBeforeClearing(const SqliteConnection& connection) {
+void KeepBeforeClearing(const sql::Connection& connection) {
     NoteUnconfirmedChanges(connection);
     KeepNotedChanges(connection);
 }
 
-void PassOverAuditSoFar(const SqliteConnection& connection) {
+void PassOverAuditSoFar(const sql::Connection& connection) {
     connection.Execute("UPDATE GivenUpMark SET AuditID = max(AuditID, ifnull((SELECT MAX(ID) FROM AuditLog), 0))");
 }
 
-void KeepBeforeImport(const SqliteConnection& connection) {
+void KeepBeforeImport(const sql::Connection& connection) {
     if (IsResetPending(connection)) {
         NoteUnconfirmedChanges(connection);
     }
     KeepNotedChanges(connection);
 }
 
-GivenUpVersions::GivenUpVersions(const SqliteConnection& connection) : connection_(connection) {
+GivenUpVersions::GivenUpVersions(const sql::Connection& connection) : connection_(connection) {
     if (Open() > 0) {
         isKept_.emplace(
             connection_.Prepare("SELECT 1 FROM ImportConflicts WHERE RowUniqueID = ?1 AND TableName = ?2 "
@@ -122,7 +122,7 @@ void GivenUpVersions::Settle(const Table& table, ImportTable& rows, std::string_
     if (!isKept) {
         return;
     }
-    SqliteStatement settle = connection_.Prepare(
+    sql::Statement settle = connection_.Prepare(
         "UPDATE ImportConflicts SET State = ?4 WHERE RowUniqueID = ?1 AND TableName = ?2 AND LosingValues IS ?3 "
         "AND Reason > 0 AND State = 0");
     settle.Bind(1, uniqueID);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
 #include "suite/engine/import_table.h"
+#include "suite/sql/connection.h"
 
 #include <cstdint>
 #include <optional>
@@ -18,7 +18,7 @@ namespace qndr::suite {
 // leave the transaction to their caller.
 
 /// True on a workstation that waits for the full data of a reset.
-bool IsResetPending(const SqliteConnection& connection);
+bool IsResetPending(const sql::Connection& connection);
 
 /// A row with a change that a reset gives up.
 struct GivenUpChange {
@@ -28,23 +28,23 @@ struct GivenUpChange {
 };
 /// What would be given up if a reset came now, and what one that is under way gives up and has not put among the
 /// conflicts yet. Each row once; none on a main company.
-std::vector<GivenUpChange> FindChangesAtStake(const SqliteConnection& connection);
+std::vector<GivenUpChange> FindChangesAtStake(const sql::Connection& connection);
 
 /// To be called before a statement of the clearing: everything that main is not known to have is given up.
-void KeepBeforeClearing(const SqliteConnection& connection);
+void KeepBeforeClearing(const sql::Connection& connection);
 
 /// To be called behind a statement of the clearing, in the same transaction: what it left in the audit log is
 /// nobody's change.
-void PassOverAuditSoFar(const SqliteConnection& connection);
+void PassOverAuditSoFar(const sql::Connection& connection);
 
 /// To be called before the first write of an import: keeps what was noted and, while a reset is pending,
 /// everything that main is not known to have.
-void KeepBeforeImport(const SqliteConnection& connection);
+void KeepBeforeImport(const sql::Connection& connection);
 
 /// The kept versions that wait for a decision, while an import goes on.
 class GivenUpVersions {
   public:
-    explicit GivenUpVersions(const SqliteConnection& connection);
+    explicit GivenUpVersions(const sql::Connection& connection);
 
     /// To be called for each version of main's that was taken: main has what is kept of this row when that is
     /// alike, and there is nothing to decide any more.
@@ -53,9 +53,9 @@ class GivenUpVersions {
     std::int64_t Open() const;
 
   private:
-    const SqliteConnection& connection_;
+    const sql::Connection& connection_;
     /// Nothing when no version waits, as almost always: a full import then asks for none of its rows.
-    std::optional<SqliteStatement> isKept_;
+    std::optional<sql::Statement> isKept_;
 };
 
 } // namespace qndr::suite

@@ -1,7 +1,7 @@
 #include "suite/engine/import.h"
 
 #include "suite/engine/import_applier.h"
-#include "suite/engine/import_pipe.h"
+#include "suite/exchange/import_pipe.h"
 
 namespace qndr::suite {
 
@@ -13,7 +13,7 @@ constexpr std::int64_t ImportCacheKibibytes = 40960;
 
 } // namespace
 
-ImportResult Import(const SqliteConnection& connection, const std::string& path,
+ImportResult Import(const sql::Connection& connection, const std::string& path,
                     ImportReader::UnknownTables unknownTables, Arrival arrival) {
     ImportReader reader(path, unknownTables);
     ImportPipe pipe(reader);
@@ -21,8 +21,7 @@ ImportResult Import(const SqliteConnection& connection, const std::string& path,
     if (batch == nullptr) {
         throw FileRefused("the file is empty");
     }
-    const SqliteCacheSize cache(connection, ImportCacheKibibytes);
-    const SqliteTemporaryMemory temporary(connection);
+    const std::unique_ptr<sql::Measure> manyRows = connection.PrepareForManyRows(ImportCacheKibibytes);
     ImportApplier applier(connection, *batch, arrival);
     if (!applier.Begin(batch->from, batch->fileID)) {
         applier.Commit();

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
-#include "suite/engine/import_reader.h"
 #include "suite/engine/origin_rules.h"
+#include "suite/exchange/import_reader.h"
+#include "suite/sql/connection.h"
 
 #include <cstdint>
 #include <string>
@@ -19,7 +19,7 @@ struct ImportResult {
 /// Takes a whole exchange file into a company database. Durable when it returns. With nothing changed it raises
 /// FileRefused when something is wrong with the file, and any other std::exception when this computer could not
 /// read or store it.
-ImportResult Import(const SqliteConnection& connection, const std::string& path,
+ImportResult Import(const sql::Connection& connection, const std::string& path,
                     ImportReader::UnknownTables unknownTables, Arrival arrival = Arrival::InTurn);
 
 } // namespace qndr::suite

@@ -2,8 +2,6 @@
 
 #include "suite/computer/operating_system.h"
 
-#include <sqlite3.h>
-
 namespace qndr::suite {
 
 namespace {
@@ -13,13 +11,13 @@ constexpr std::int64_t LargeRecordCacheKibibytes = 2048;
 
 } // namespace
 
-ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBatch& first, Arrival arrival)
+ImportApplier::ImportApplier(const sql::Connection& connection, const ImportBatch& first, Arrival arrival)
     : connection_(connection), arrival_(arrival),
-      transaction_(connection, SqliteTransaction::Kind::Write, LockWait::Patience::Import),
+      transaction_(connection, sql::Transaction::Kind::Write, sql::LockWait::Patience::Import),
       rules_(connection, first, arrival), audits_(connection, rules_.IsMain()), ledger_(connection) {
     KeepBeforeImport(connection_);
     givenUp_.emplace(connection_);
-    SqliteStatement insert =
+    sql::Statement insert =
         connection_.Prepare("INSERT INTO ImportMark (Audited, Origin, OriginID) VALUES (?1, NULL, NULL)");
     insert.Bind(1, std::int64_t{rules_.IsMain() ? 1 : 0});
     insert.Step();
@@ -27,14 +25,14 @@ ImportApplier::ImportApplier(const SqliteConnection& connection, const ImportBat
 
 bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) {
     if (arrival_ == Arrival::InTurn) {
-        SqliteStatement mark = connection_.Prepare("UPDATE TakenFile SET Sender = ?1");
+        sql::Statement mark = connection_.Prepare("UPDATE TakenFile SET Sender = ?1");
         mark.Bind(1, rules_.IsMain() ? std::string_view(sender) : MainReceiver);
         mark.Step();
     }
     if (!rules_.IsMain() || fileID.empty()) {
         return true;
     }
-    SqliteStatement last = connection_.Prepare("SELECT 1 FROM LastImports WHERE Sender = ?1 AND FileID = ?2");
+    sql::Statement last = connection_.Prepare("SELECT 1 FROM LastImports WHERE Sender = ?1 AND FileID = ?2");
     last.Bind(1, sender);
     last.Bind(2, fileID);
     if (last.Step()) {
@@ -43,7 +41,7 @@ bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) 
     if (arrival_ == Arrival::ByHand) {
         return true;
     }
-    SqliteStatement note =
+    sql::Statement note =
         connection_.Prepare("INSERT OR REPLACE INTO LastImports (Sender, FileID) VALUES (?1, ?2)");
     note.Bind(1, sender);
     note.Bind(2, fileID);
@@ -52,11 +50,10 @@ bool ImportApplier::Begin(const std::string& sender, const std::string& fileID) 
 }
 
 void ImportApplier::Apply(const ImportBatch& batch) {
-    std::optional<SqliteCacheSize> smallCache;
+    std::unique_ptr<sql::Measure> smallCache;
     if (batch.text.size() > bounds::LargeRecord) {
-        // Only the memory is meant: what cannot be written here fails at the record.
-        sqlite3_db_cacheflush(connection_.Handle());
-        smallCache.emplace(connection_, LargeRecordCacheKibibytes);
+        connection_.WriteCacheOut();
+        smallCache = connection_.LimitCache(LargeRecordCacheKibibytes);
         ReturnUnusedMemory();
     }
     for (const ImportRecord& record : batch.records) {
@@ -136,12 +133,16 @@ void ImportApplier::TakeAndKeepLoser(const ImportBatch& batch, const ImportRecor
 void ImportApplier::KeepOwn(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
                             OriginRules::Decision& decision) {
     const std::string_view uniqueID = batch.Text(record, record.uniqueID);
+    // What an import has taken away since is no version any more that could be kept, or be sent to anybody.
+    if (arrival_ == Arrival::InTurn && !decision.ownIsDeletion && !table.RowJson(uniqueID)) {
+        PutAside(batch, record, table.Apply(batch, record));
+        return;
+    }
     // Taken and undone: only the database can tell whether the versions differ, and what the row would be.
-    connection_.Execute("SAVEPOINT arriving");
+    sql::Savepoint before(connection_);
     const ImportTable::Outcome outcome = table.Apply(batch, record);
     std::optional<std::string> losing = outcome.changed ? table.RowJson(uniqueID) : std::nullopt;
-    connection_.Execute("ROLLBACK TO arriving");
-    connection_.Execute("RELEASE arriving");
+    before.GoBack();
     if (!PutAside(batch, record, outcome) && outcome.changed) {
         ledger_.AddConflict({record.table->name, uniqueID, std::move(decision.losingOrigin),
                              std::move(decision.winningOrigin), std::move(losing)});

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
 #include "suite/engine/audit_switch.h"
 #include "suite/engine/given_up_changes.h"
 #include "suite/engine/import.h"
-#include "suite/engine/import_batch.h"
 #include "suite/engine/import_ledger.h"
 #include "suite/engine/import_table.h"
 #include "suite/engine/origin_rules.h"
+#include "suite/exchange/import_batch.h"
+#include "suite/sql/connection.h"
 
 #include <cstdint>
 #include <optional>
@@ -24,7 +24,7 @@ class ImportApplier {
     /// Waits for the right to write, and marks what follows as an import: a main company audits it as a change of
     /// the record's origin, a workstation does not audit it.
     /// `first` tells of the file; its records are not looked at.
-    ImportApplier(const SqliteConnection& connection, const ImportBatch& first, Arrival arrival);
+    ImportApplier(const sql::Connection& connection, const ImportBatch& first, Arrival arrival);
 
     /// Marks the file as taken in, for whoever stores its number. False when main took this very file last from
     /// its sender: then nothing of it is to be applied, and the mark alone to be committed. A workstation takes a
@@ -50,15 +50,15 @@ class ImportApplier {
     ImportTable& TableOf(const ImportRecord& record);
     void MarkOrigin(const ImportBatch& batch, const ImportRecord& record);
 
-    const SqliteConnection& connection_;
+    const sql::Connection& connection_;
     const Arrival arrival_;
-    SqliteTransaction transaction_;
+    sql::Transaction transaction_;
     OriginRules rules_;
     AuditSwitch audits_;
     ImportLedger ledger_;
     std::optional<GivenUpVersions> givenUp_;
     std::int64_t records_ = 0;
-    std::optional<SqliteStatement> mark_;
+    std::optional<sql::Statement> mark_;
     std::string markedOrigin_;
     std::int64_t markedOriginID_ = 0;
     std::unordered_map<const Table*, ImportTable> tables_;

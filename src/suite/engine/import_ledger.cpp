@@ -1,7 +1,7 @@
 #include "suite/engine/import_ledger.h"
 
-#include "suite/engine/import_reader.h"
-#include "suite/engine/xml_text.h"
+#include "suite/exchange/import_reader.h"
+#include "suite/exchange/xml_text.h"
 
 namespace qndr::suite {
 
@@ -37,7 +37,7 @@ std::string RecordXml(const ImportBatch& batch, const ImportRecord& record) {
     return xml + "</Record>";
 }
 
-void BindOptional(SqliteStatement& statement, int parameter, const std::optional<std::string>& text) {
+void BindOptional(sql::Statement& statement, int parameter, const std::optional<std::string>& text) {
     if (text) {
         statement.Bind(parameter, *text);
     } else {
@@ -47,7 +47,7 @@ void BindOptional(SqliteStatement& statement, int parameter, const std::optional
 
 } // namespace
 
-ImportLedger::ImportLedger(const SqliteConnection& connection)
+ImportLedger::ImportLedger(const sql::Connection& connection)
     : problem_(connection.Prepare(
           "INSERT INTO ImportProblems (TableName, RowUniqueID, OccurredOn, Reason, RecordXml) "
           "SELECT ?1, ?2, GETUTCDATE(), ?3, ?4 WHERE NOT EXISTS (SELECT 1 FROM ImportProblems WHERE "

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
-#include "suite/engine/import_batch.h"
+#include "suite/exchange/import_batch.h"
+#include "suite/sql/connection.h"
 
 #include <cstdint>
 #include <optional>
@@ -15,7 +15,7 @@ namespace qndr::suite {
 /// that a person has settled is no reason to hide one like it.
 class ImportLedger {
   public:
-    explicit ImportLedger(const SqliteConnection& connection);
+    explicit ImportLedger(const sql::Connection& connection);
 
     /// A record that was put aside. Those of one file beyond the bounds are counted only, for a file of broken
     /// records must not fill the disk; NoteUnkept tells of them in one entry.
@@ -40,8 +40,8 @@ class ImportLedger {
     void EnterProblem(std::string_view table, std::string_view uniqueID, const std::string& reason,
                       const std::string& recordXml);
 
-    SqliteStatement problem_;
-    SqliteStatement conflict_;
+    sql::Statement problem_;
+    sql::Statement conflict_;
     std::int64_t problems_ = 0;
     std::int64_t conflicts_ = 0;
     std::int64_t unkept_ = 0;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
-#include "suite/engine/import_batch.h"
+#include "suite/exchange/import_batch.h"
+#include "suite/sql/connection.h"
 
 #include <cstdint>
 #include <optional>
@@ -16,7 +16,7 @@ namespace qndr::suite {
 /// letter case; a row that holds the record's values already is not written.
 class ImportTable {
   public:
-    ImportTable(const SqliteConnection& connection, const Table& table);
+    ImportTable(const sql::Connection& connection, const Table& table);
 
     /// Whether this database has the table.
     bool Exists() const { return exists_; }
@@ -33,21 +33,21 @@ class ImportTable {
     std::optional<std::string> RowJson(std::string_view uniqueID);
 
   private:
-    SqliteStatement& UpsertFor(std::uint64_t columns);
+    sql::Statement& UpsertFor(std::uint64_t columns);
     std::string UpsertSql(std::uint64_t columns) const;
-    SqliteStatement& DeleteStatement();
-    void BindValue(SqliteStatement& statement, const ImportBatch& batch, const ImportRecord& record,
+    sql::Statement& DeleteStatement();
+    void BindValue(sql::Statement& statement, const ImportBatch& batch, const ImportRecord& record,
                    const ImportValue& value) const;
-    Outcome Run(SqliteStatement& statement) const;
+    Outcome Run(sql::Statement& statement) const;
 
-    const SqliteConnection& connection_;
+    const sql::Connection& connection_;
     const Table& table_;
     bool exists_ = false;
     std::uint64_t known_ = 0; ///< the columns that this database has
-    std::vector<std::pair<std::uint64_t, SqliteStatement>> upserts_;
+    std::vector<std::pair<std::uint64_t, sql::Statement>> upserts_;
     std::size_t lastUpsert_ = 0;
-    std::optional<SqliteStatement> delete_;
-    std::optional<SqliteStatement> row_;
+    std::optional<sql::Statement> delete_;
+    std::optional<sql::Statement> row_;
 };
 
 } // namespace qndr::suite

@@ -1,7 +1,8 @@
 #include "suite/engine/origin_rules.h"
 
 #include "suite/engine/given_up_changes.h"
-#include "suite/files/ascii_case.h"
+#include "suite/schema/vocabulary.h"
+#include "text/letter_case.h"
 
 #include <optional>
 
@@ -9,10 +10,7 @@ namespace qndr::suite {
 
 namespace {
 
-/// What Company.CompanyType says of a workstation; every other company is one that others report to.
-constexpr std::int64_t RoamingWorkstationType = 2;
-
-NotTakenFiles NotTakenBy(const SqliteConnection& connection, std::string_view receiver, std::string_view refused,
+NotTakenFiles NotTakenBy(const sql::Connection& connection, std::string_view receiver, std::string_view refused,
                          std::string_view own) {
     NoteNotTakenFiles(connection, receiver, refused, own);
     return {connection, receiver};
@@ -20,13 +18,13 @@ NotTakenFiles NotTakenBy(const SqliteConnection& connection, std::string_view re
 
 } // namespace
 
-OriginRules::OriginRules(const SqliteConnection& connection, const ImportBatch& file, Arrival arrival)
+OriginRules::OriginRules(const sql::Connection& connection, const ImportBatch& file, Arrival arrival)
     : connection_(connection),
       newest_(connection.Prepare(
-          "SELECT ID, Origin FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE AND AuditUniqueID = ?2 "
+          "SELECT ID, Origin, AuditType FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE AND AuditUniqueID = ?2 "
           "ORDER BY ID DESC LIMIT 1")),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")), sender_(file.from),
-      isMain_(connection.Number("SELECT CompanyType FROM Company") != RoamingWorkstationType),
+      isMain_(connection.Number("SELECT CompanyType FROM Company") != RoamingCompanyType),
       skipped_(connection, sender_),
       notTaken_(NotTakenBy(connection, Receiver(), arrival == Arrival::InTurn ? file.refused : "", own_)),
       latest_(connection.Number("SELECT MAX(ID) FROM AuditLog")) {
@@ -56,14 +54,15 @@ OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string
     newest_.Bind(2, uniqueID);
     Newest newest;
     if (newest_.Step()) {
-        newest = {newest_.Integer(0), std::string(newest_.Text(1))};
+        newest = {newest_.Integer(0), std::string(newest_.Text(1)),
+                  newest_.Integer(2) == static_cast<std::int64_t>(AuditType::Deletion)};
     }
     newest_.Reset();
     return newest;
 }
 
 bool OriginRules::IsOwnBeforeNewest(const Newest& newest, std::string_view origin, std::int64_t originID) const {
-    return !isMain_ && !tellsSeen_ && !isResetPending_ && EqualsWithoutCase(origin, own_) &&
+    return !isMain_ && !tellsSeen_ && !isResetPending_ && text::EqualsWithoutCase(origin, own_) &&
            newest.id > originID && newest.id <= latest_;
 }
 
@@ -88,21 +87,21 @@ OriginRules::Decision OriginRules::Decide(std::string_view table, std::string_vi
     const std::string arriving(origin.empty() ? std::string_view(sender_) : origin);
     if (isMain_) {
         // The sender's own version before this one: it keeps that in its row until its next change.
-        if (EqualsWithoutCase(newest.origin, sender_)) {
+        if (text::EqualsWithoutCase(newest.origin, sender_)) {
             return {};
         }
         return {Verdict::TakeAndKeepLoser, newest.origin.empty() ? own_ : newest.origin, arriving};
     }
     // What is on its way wins as soon as it reaches main, and main keeps the version that loses then.
-    if ((newest.id <= sent_ && !notTaken_.Hold(newest.id)) || EqualsWithoutCase(origin, own_)) {
+    if ((newest.id <= sent_ && !notTaken_.Hold(newest.id)) || text::EqualsWithoutCase(origin, own_)) {
         return {Verdict::PassOver, {}, {}};
     }
-    return {Verdict::KeepOwn, arriving, own_};
+    return {Verdict::KeepOwn, arriving, own_, newest.isDeletion};
 }
 
 bool OriginRules::HasHad(std::string_view table, std::string_view uniqueID, std::string_view origin,
                          std::int64_t originID) {
-    SqliteStatement had =
+    sql::Statement had =
         connection_.Prepare("SELECT 1 FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE AND AuditUniqueID = ?2 "
                             "AND Origin = ?3 AND OriginID >= ?4");
     had.Bind(1, table);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
-#include "suite/engine/import_batch.h"
 #include "suite/engine/refused_files.h"
 #include "suite/engine/sent_ranges.h"
+#include "suite/exchange/import_batch.h"
+#include "suite/sql/connection.h"
 
 #include <cstdint>
 #include <string>
@@ -21,7 +21,7 @@ enum class Arrival { InTurn, ByHand };
 class OriginRules {
   public:
     /// `file` says which files its sender had accepted, and which of them it could not take in.
-    OriginRules(const SqliteConnection& connection, const ImportBatch& file, Arrival arrival);
+    OriginRules(const sql::Connection& connection, const ImportBatch& file, Arrival arrival);
 
     enum class Verdict {
         Take,
@@ -34,6 +34,7 @@ class OriginRules {
         Verdict verdict = Verdict::Take;
         std::string losingOrigin;
         std::string winningOrigin;
+        bool ownIsDeletion = false; ///< of KeepOwn: the version that stays is that the row is not there
     };
 
     /// `origin` is empty for the records of a full export; otherwise `originID` is the version's number there.
@@ -53,6 +54,7 @@ class OriginRules {
     struct Newest {
         std::int64_t id = 0;
         std::string origin;
+        bool isDeletion = false;
     };
     Newest NewestAudit(std::string_view table, std::string_view uniqueID);
 
@@ -65,8 +67,8 @@ class OriginRules {
     /// On main: the row's newest version of this origin was made no earlier.
     bool HasHad(std::string_view table, std::string_view uniqueID, std::string_view origin, std::int64_t originID);
 
-    const SqliteConnection& connection_;
-    SqliteStatement newest_;
+    const sql::Connection& connection_;
+    sql::Statement newest_;
     std::string own_;
     std::string sender_;
     bool isMain_ = false;

@@ -1,7 +1,7 @@
 #include "suite/engine/refused_files.h"
 
-#include "suite/company/company_events.h"
-#include "suite/files/ascii_case.h"
+#include "suite/schema/company_events.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <charconv>
@@ -25,15 +25,15 @@ constexpr std::string_view TellFile =
     "ifnull(nullif(Name, ''), UniqueID) FROM RoamingWorkstations WHERE UniqueID = ?1), 'main') || "
     "' could not be imported there.', ?3";
 
-void NoteNotTaken(const SqliteConnection& connection, std::string_view receiver, std::int64_t sequence) {
-    SqliteStatement note = connection.Prepare(NoteFile);
+void NoteNotTaken(const sql::Connection& connection, std::string_view receiver, std::int64_t sequence) {
+    sql::Statement note = connection.Prepare(NoteFile);
     note.Bind(1, receiver);
     note.Bind(2, sequence);
     note.Step();
-    if (sqlite3_changes(connection.Handle()) == 0) {
+    if (note.ChangedRows() == 0) {
         return;
     }
-    SqliteStatement tell = connection.Prepare(TellFile);
+    sql::Statement tell = connection.Prepare(TellFile);
     tell.Bind(1, receiver);
     tell.Bind(2, sequence);
     tell.Bind(3, std::int64_t{FileRefusedEvent});
@@ -42,7 +42,7 @@ void NoteNotTaken(const SqliteConnection& connection, std::string_view receiver,
 
 } // namespace
 
-std::string RefusedFiles(const SqliteConnection& connection) {
+std::string RefusedFiles(const sql::Connection& connection) {
     return connection
         .Value("SELECT group_concat(ifnull(nullif(Sender, ''), (SELECT MainUniqueID FROM Company)) || ':' || "
                "Sequence, ' ') FROM RefusedFiles WHERE (SELECT COUNT(*) FROM RefusedFiles AS Earlier WHERE "
@@ -51,7 +51,7 @@ std::string RefusedFiles(const SqliteConnection& connection) {
         .value_or("");
 }
 
-void NoteNotTakenFiles(const SqliteConnection& connection, std::string_view receiver, std::string_view refused,
+void NoteNotTakenFiles(const sql::Connection& connection, std::string_view receiver, std::string_view refused,
                        std::string_view ownUniqueID) {
     int told = 0;
     while (!refused.empty() && told < MostRefusedFilesTold) {
@@ -59,7 +59,7 @@ void NoteNotTakenFiles(const SqliteConnection& connection, std::string_view rece
         refused.remove_prefix(std::min(refused.size(), entry.size() + 1));
         const std::size_t colon = entry.rfind(':');
         std::int64_t sequence = 0;
-        if (colon == std::string_view::npos || !EqualsWithoutCase(entry.substr(0, colon), ownUniqueID)) {
+        if (colon == std::string_view::npos || !text::EqualsWithoutCase(entry.substr(0, colon), ownUniqueID)) {
             continue;
         }
         const char* const end = entry.data() + entry.size();
@@ -71,8 +71,8 @@ void NoteNotTakenFiles(const SqliteConnection& connection, std::string_view rece
     }
 }
 
-NotTakenFiles::NotTakenFiles(const SqliteConnection& connection, std::string_view receiver) {
-    SqliteStatement ranges = connection.Prepare("SELECT FromID, ToID FROM NotTakenFiles WHERE Receiver = ?1");
+NotTakenFiles::NotTakenFiles(const sql::Connection& connection, std::string_view receiver) {
+    sql::Statement ranges = connection.Prepare("SELECT FromID, ToID FROM NotTakenFiles WHERE Receiver = ?1");
     ranges.Bind(1, receiver);
     while (ranges.Step()) {
         ranges_.push_back({ranges.Integer(0), ranges.Integer(1)});

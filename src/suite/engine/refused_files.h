@@ -1,6 +1,6 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
+#include "suite/sql/connection.h"
 
 #include <cstdint>
 #include <string>
@@ -19,18 +19,18 @@ inline constexpr int MostRefusedFilesTold = 8;
 
 /// The files that this company has refused, as "UniqueID:number" with blanks between; the UniqueID is their
 /// sender's. Number -1 is the full data that a numbering began with.
-std::string RefusedFiles(const SqliteConnection& connection);
+std::string RefusedFiles(const sql::Connection& connection);
 
 /// Notes what `receiver` (SentRanges.Receiver) says of this company's files in a text of RefusedFiles, and enters
 /// an event for each that was not known. Of a number that was not sent, or was confirmed before, nothing is
 /// believed. To be called before CoveredBy forgets what those files covered; a caller has a transaction.
-void NoteNotTakenFiles(const SqliteConnection& connection, std::string_view receiver, std::string_view refused,
+void NoteNotTakenFiles(const sql::Connection& connection, std::string_view receiver, std::string_view refused,
                        std::string_view ownUniqueID);
 
 /// The audit rows of the files that the receiver could not take in.
 class NotTakenFiles {
   public:
-    NotTakenFiles(const SqliteConnection& connection, std::string_view receiver);
+    NotTakenFiles(const sql::Connection& connection, std::string_view receiver);
 
     bool Empty() const { return ranges_.empty(); }
     bool Hold(std::int64_t auditID) const;

@@ -1,8 +1,8 @@
 #include "suite/engine/row_json.h"
 
 #include "services/failure.h"
-#include "suite/engine/base64.h"
-#include "suite/engine/xml_text.h"
+#include "suite/exchange/xml_text.h"
+#include "text/base64.h"
 
 #include <array>
 #include <charconv>
@@ -46,17 +46,17 @@ bool IsWholeInJson(std::string_view text) {
     return text.find('\0') == std::string_view::npos && IsUtf8(text);
 }
 
-void AppendValue(std::string& json, const SqliteStatement& row, int column) {
-    const int type = sqlite3_column_type(row.Handle(), column);
-    if (type == SQLITE_NULL) {
+void AppendValue(std::string& json, const sql::Statement& row, int column) {
+    const sql::ValueType type = row.Type(column);
+    if (type == sql::ValueType::Null) {
         json += "null";
-    } else if (type == SQLITE_FLOAT) {
+    } else if (type == sql::ValueType::Real) {
         json += '"';
-        AppendReal(json, sqlite3_column_double(row.Handle(), column));
+        AppendReal(json, row.Real(column));
         json += '"';
-    } else if (type == SQLITE_BLOB || !IsWholeInJson(row.Text(column))) {
+    } else if (type == sql::ValueType::Bytes || !IsWholeInJson(row.Text(column))) {
         json += R"({"base64":")";
-        AppendBase64(json, row.Bytes(column));
+        text::AppendBase64(json, row.Bytes(column));
         json += "\"}";
     } else {
         AppendJsonText(json, row.Text(column));
@@ -65,7 +65,7 @@ void AppendValue(std::string& json, const SqliteStatement& row, int column) {
 
 } // namespace
 
-std::string RowAsJson(const SqliteStatement& row) {
+std::string RowAsJson(const sql::Statement& row) {
     std::string json = "{";
     for (int i = 0; i < row.ColumnCount(); ++i) {
         json += i == 0 ? "" : ",";
@@ -76,8 +76,8 @@ std::string RowAsJson(const SqliteStatement& row) {
     return json + "}";
 }
 
-std::vector<RowJsonValue> ReadRowJson(const SqliteConnection& connection, std::string_view json) {
-    SqliteStatement member = connection.Prepare(
+std::vector<RowJsonValue> ReadRowJson(const sql::Connection& connection, std::string_view json) {
+    sql::Statement member = connection.Prepare(
         "SELECT key, type, CASE type WHEN 'object' THEN json_extract(value, '$.base64') ELSE value END "
         "FROM json_each(?1)");
     member.Bind(1, json);
@@ -88,7 +88,7 @@ std::vector<RowJsonValue> ReadRowJson(const SqliteConnection& connection, std::s
         value.content = member.Text(2);
         if (member.Text(1) == "text") {
             value.form = RowJsonValue::Form::Text;
-        } else if (member.Text(1) == "object" && !member.IsNull(2) && DecodeBase64(value.content, 0)) {
+        } else if (member.Text(1) == "object" && !member.IsNull(2) && text::DecodeBase64(value.content, 0)) {
             value.form = RowJsonValue::Form::Base64;
         } else if (member.Text(1) != "null") {
             throw services::Failure("the value of '" + value.column + "' is not readable");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "suite/database/sqlite_connection.h"
+#include "suite/sql/connection.h"
 
 #include <string>
 #include <string_view>
@@ -11,7 +11,7 @@ namespace qndr::suite {
 /// The row that the statement stands on, as a JSON object from column to text or null. Bytes, and text that JSON
 /// does not carry whole (no UTF-8, or a null character in it), are {"base64": text}. Stored in databases: never
 /// change.
-std::string RowAsJson(const SqliteStatement& row);
+std::string RowAsJson(const sql::Statement& row);
 
 struct RowJsonValue {
     enum class Form { Null, Text, Base64 };
@@ -22,6 +22,6 @@ struct RowJsonValue {
 };
 
 /// Reads what RowAsJson wrote, with the parser of the database. Raises services::Failure for any other text.
-std::vector<RowJsonValue> ReadRowJson(const SqliteConnection& connection, std::string_view json);
+std::vector<RowJsonValue> ReadRowJson(const sql::Connection& connection, std::string_view json);
 
 } // namespace qndr::suite

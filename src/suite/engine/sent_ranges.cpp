@@ -1,15 +1,15 @@
 #include "suite/engine/sent_ranges.h"
 
-#include "suite/company/company_schema.h"
 #include "suite/engine/refused_files.h"
-#include "suite/files/ascii_case.h"
+#include "suite/schema/company_schema.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <charconv>
 
 namespace qndr::suite {
 
-std::string AcceptedFiles(const SqliteConnection& connection) {
+std::string AcceptedFiles(const sql::Connection& connection) {
     return connection
         .Value(
             "SELECT group_concat(UniqueID || ':' || ifnull((SELECT min(Files, Sequence) FROM RefusedFiles WHERE "
@@ -27,7 +27,7 @@ std::optional<std::int64_t> AcceptedFilesOf(std::string_view text, std::string_v
         const std::string_view entry = text.substr(0, text.find(' '));
         text.remove_prefix(std::min(text.size(), entry.size() + 1));
         const std::size_t colon = entry.rfind(':');
-        if (colon == std::string_view::npos || !EqualsWithoutCase(entry.substr(0, colon), uniqueID)) {
+        if (colon == std::string_view::npos || !text::EqualsWithoutCase(entry.substr(0, colon), uniqueID)) {
             continue;
         }
         std::int64_t files = 0;
@@ -38,15 +38,15 @@ std::optional<std::int64_t> AcceptedFilesOf(std::string_view text, std::string_v
     return std::nullopt;
 }
 
-std::optional<std::int64_t> ConfirmedFiles(const SqliteConnection& connection, std::string_view receiver) {
+std::optional<std::int64_t> ConfirmedFiles(const sql::Connection& connection, std::string_view receiver) {
     // What it confirms makes CoveredBy forget the ranges below.
-    SqliteStatement oldest = connection.Prepare("SELECT MIN(NextSequence) FROM SentRanges WHERE Receiver = ?");
+    sql::Statement oldest = connection.Prepare("SELECT MIN(NextSequence) FROM SentRanges WHERE Receiver = ?");
     oldest.Bind(1, receiver);
     return oldest.Step() && !oldest.IsNull(0) ? std::optional(oldest.Integer(0)) : std::nullopt;
 }
 
-std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view receiver, std::int64_t files) {
-    SqliteStatement range =
+std::int64_t CoveredBy(const sql::Connection& connection, std::string_view receiver, std::int64_t files) {
+    sql::Statement range =
         connection.Prepare("SELECT NextSequence, LastAuditID FROM SentRanges WHERE Receiver = ?1 "
                            "AND NextSequence <= ?2 ORDER BY NextSequence DESC LIMIT 1");
     range.Bind(1, receiver);
@@ -55,25 +55,24 @@ std::int64_t CoveredBy(const SqliteConnection& connection, std::string_view rece
         return 0;
     }
     const std::int64_t covered = range.Integer(1);
-    SqliteStatement forget =
-        connection.Prepare("DELETE FROM SentRanges WHERE Receiver = ?1 AND NextSequence < ?2");
+    sql::Statement forget = connection.Prepare("DELETE FROM SentRanges WHERE Receiver = ?1 AND NextSequence < ?2");
     forget.Bind(1, receiver);
     forget.Bind(2, range.Integer(0));
     forget.Step();
     return covered;
 }
 
-void NoteSnapshot(const SqliteConnection& connection, std::int64_t newestAuditID) {
-    SqliteTransaction transaction(connection, SqliteTransaction::Kind::Write);
+void NoteSnapshot(const sql::Connection& connection, std::int64_t newestAuditID) {
+    sql::Transaction transaction(connection, sql::Transaction::Kind::Write);
     connection.Execute("DELETE FROM ExportSnapshot");
-    SqliteStatement note = connection.Prepare("INSERT INTO ExportSnapshot (AuditID) VALUES (?1)");
+    sql::Statement note = connection.Prepare("INSERT INTO ExportSnapshot (AuditID) VALUES (?1)");
     note.Bind(1, newestAuditID);
     note.Step();
     transaction.Commit();
 }
 
-SkippedRanges::SkippedRanges(const SqliteConnection& connection, std::string_view receiver) {
-    SqliteStatement ranges = connection.Prepare(
+SkippedRanges::SkippedRanges(const sql::Connection& connection, std::string_view receiver) {
+    sql::Statement ranges = connection.Prepare(
         "SELECT FromID, ifnull(ToID, 9223372036854775807) FROM SkippedRanges WHERE Receiver = ?");
     ranges.Bind(1, receiver);
     while (ranges.Step()) {

@@ -1,6 +1,6 @@
 #include "suite/files/arrays.h"
 
-#include "suite/files/ascii_case.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 
@@ -18,9 +18,9 @@ template <typename Array, typename Test> std::int32_t IndexWhere(const Array& ar
 
 std::int32_t PlainStringArrayTools::FindString(const std::string& value, const std::vector<std::string>& array,
                                                bool matchCase, bool partial) {
-    const std::string wanted = matchCase ? value : ToLowerCase(value);
+    const std::string wanted = matchCase ? value : text::ToLowerCase(value);
     return IndexWhere(array, [&](const std::string& element) {
-        const std::string text = matchCase ? element : ToLowerCase(element);
+        const std::string text = matchCase ? element : text::ToLowerCase(element);
         return partial ? text.find(wanted) != std::string::npos : text == wanted;
     });
 }

@@ -1,6 +1,6 @@
 #include "suite/files/command_line.h"
 
-#include "suite/files/ascii_case.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 
@@ -64,7 +64,7 @@ std::string JoinCommandLine(int count, const char* const* arguments) {
 
 SwitchReader::SwitchReader(std::vector<std::string> names) : names_(std::move(names)) {
     for (std::string& name : names_) {
-        name = ToLowerCase(name);
+        name = text::ToLowerCase(name);
     }
 }
 
@@ -78,7 +78,7 @@ std::optional<SwitchReader::Switch> SwitchReader::ReadSwitch(const std::string& 
         return std::nullopt;
     }
     const std::size_t end = std::min(word.find_first_of(":=", start), word.size());
-    const std::string name = ToLowerCase(std::string_view(word).substr(start, end - start));
+    const std::string name = text::ToLowerCase(std::string_view(word).substr(start, end - start));
     if (std::find(names_.begin(), names_.end(), name) == names_.end()) {
         return std::nullopt;
     }
@@ -101,7 +101,7 @@ void SwitchReader::SetCommandLine(const std::string& commandLine) {
 }
 
 const SwitchReader::Switch* SwitchReader::Find(const std::string& name) const {
-    const std::string wanted = ToLowerCase(name);
+    const std::string wanted = text::ToLowerCase(name);
     const auto found = std::find_if(switches_.begin(), switches_.end(),
                                     [&](const Switch& known) { return known.name == wanted; });
     return found == switches_.end() ? nullptr : &*found;

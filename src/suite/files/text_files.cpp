@@ -2,14 +2,14 @@
 
 #include "services/failure.h"
 #include "suite/computer/file_calls.h"
-#include "suite/files/ascii_case.h"
 #include "suite/files/file_writing.h"
+#include "text/letter_case.h"
 
 namespace qndr::suite {
 
 std::int32_t DiskTextFileTools::WriteTextFile(const std::string& path, const std::string& text,
                                               const std::string& charset, std::int32_t flag) {
-    if (!EqualsWithoutCase(charset, "utf-8") || flag != 0) {
+    if (!text::EqualsWithoutCase(charset, "utf-8") || flag != 0) {
         return 0;
     }
     return ReplaceFile(path, text).empty() ? 1 : 0;

@@ -3,7 +3,7 @@
 #include "suite/computer/file_calls.h"
 #include "suite/files/file_writing.h"
 #include "suite/files/path_text.h"
-#include "suite/files/wildcards.h"
+#include "text/wildcards.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -147,7 +147,7 @@ bool LibZipArchive::AppendFolder(const std::string& folder, const std::string& w
                 !AppendFolder(WithSeparator(folder + name), wildcard, recurse, namesStart + name + '/')) {
                 return false;
             }
-        } else if (fs::is_regular_file(status) && MatchesWildcard(name, wildcard)) {
+        } else if (fs::is_regular_file(status) && text::MatchesWildcard(name, wildcard)) {
             if (!AppendFile(folder + name, namesStart + name)) {
                 return false;
             }

@@ -1,6 +1,6 @@
 #include "suite/computer/posix/directory_calls.h"
 
-#include "suite/files/wildcards.h"
+#include "text/wildcards.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -111,7 +111,7 @@ std::unique_ptr<services::DirectoryListing> PosixDirectoryCalls::List(const std:
     std::vector<std::string> names;
     errno = 0;
     while (const dirent* entry = readdir(directory)) {
-        if (MatchesWildcard(entry->d_name, pattern)) {
+        if (text::MatchesWildcard(entry->d_name, pattern)) {
             names.emplace_back(entry->d_name);
         }
     }
@@ -152,7 +152,7 @@ services::NetworkConnection PosixDirectoryCalls::FindNetworkConnection(const std
 }
 
 bool PosixDirectoryCalls::MatchesPattern(const std::string& name, const std::string& pattern) {
-    return MatchesAnyWildcard(name, pattern);
+    return text::MatchesAnyWildcard(name, pattern);
 }
 
 std::string PosixDirectoryCalls::CompactPath(const services::DeviceContext& device, const std::string& path,
