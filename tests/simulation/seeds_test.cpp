@@ -39,7 +39,7 @@ TEST_P(SomeFaults, LoseNothingThatNoKnownLossExplains) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Simulation, SomeFaults, ::testing::Values(0, 1, CanaryGroup));
+INSTANTIATE_TEST_SUITE_P(Simulation, SomeFaults, ::testing::Values(0, 1, CanaryGroup, RareCanaryGroup));
 
 TEST(Simulation, GoesTheSameWayAgain) {
     const auto first = Live(Seed(7), {}, 2);
