@@ -1,8 +1,7 @@
 #include "changeset_peer.h"
-#include "suite/sql/sqlite/sqlite_connection.h"
-#include "support/sqlite_handle.h"
 
 #include "services/failure.h"
+#include "suite/sql/sqlite/sqlite_connection.h"
 
 #include <sqlite3.h>
 
@@ -35,6 +34,11 @@ class Lap {
     std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
 };
 
+/// The peer is the database's own way of carrying changes.
+sqlite3* HandleOf(const sql::Connection& connection) {
+    return dynamic_cast<const sql::SqliteConnection&>(connection).Handle();
+}
+
 /// Any conflict ends the run: a peer that leaves changes out would be compared with more than it does.
 int RefuseConflict(void*, int, sqlite3_changeset_iter*) {
     return SQLITE_CHANGESET_ABORT;
@@ -42,8 +46,8 @@ int RefuseConflict(void*, int, sqlite3_changeset_iter*) {
 
 void Apply(const sql::Connection& copy, std::string& changeset) {
     sql::Transaction transaction(copy, sql::Transaction::Kind::Write);
-    Demand(sqlite3changeset_apply(sql::HandleOf(copy), static_cast<int>(changeset.size()), changeset.data(),
-                                  nullptr, &RefuseConflict, nullptr) == SQLITE_OK,
+    Demand(sqlite3changeset_apply(HandleOf(copy), static_cast<int>(changeset.size()), changeset.data(), nullptr,
+                                  &RefuseConflict, nullptr) == SQLITE_OK,
            "the changeset does not fit");
     transaction.Commit();
 }
@@ -53,7 +57,7 @@ void Apply(const sql::Connection& copy, std::string& changeset) {
 ChangeRecorder::ChangeRecorder(const sql::Connection& connection, const std::vector<std::string>& tables)
     : session_(nullptr, &sqlite3session_delete) {
     sqlite3_session* session = nullptr;
-    Demand(sqlite3session_create(sql::HandleOf(connection), "main", &session) == SQLITE_OK, "no session");
+    Demand(sqlite3session_create(HandleOf(connection), "main", &session) == SQLITE_OK, "no session");
     session_.reset(session);
     for (const std::string& table : tables) {
         Demand(sqlite3session_attach(session, table.c_str()) == SQLITE_OK, "the session does not take " + table);
