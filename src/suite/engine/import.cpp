@@ -7,9 +7,10 @@ namespace qndr::suite {
 
 namespace {
 
-/// Holds the index of half a million UniqueIDs, or the pages that ten thousand scattered changes touch: pages that
-/// do not fit are written to the log early, once for each change. The agent stays within 64 MiB.
-constexpr std::int64_t ImportCacheKibibytes = 40960;
+/// Holds most of the index of half a million UniqueIDs, or the pages that ten thousand scattered changes touch:
+/// pages that do not fit are written to the log early, once for each change. With a row as large as one may be on
+/// its way besides, the agent stays within 64 MiB.
+constexpr std::int64_t ImportCacheKibibytes = 24576;
 
 } // namespace
 
