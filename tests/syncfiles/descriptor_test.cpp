@@ -21,6 +21,21 @@ class DescriptorTest : public AgentBench {
     }
 };
 
+TEST_F(DescriptorTest, EachKindOfFileHasItsKeysAlone) {
+    const auto keys = [&](const SyncFileInfo& info) {
+        std::filesystem::remove(Path("id.dat"));
+        EXPECT_TRUE(WriteIdFile(context, folder.Path(), info));
+        std::string text = ReadText(Path("id.dat"));
+        std::erase(text, '\r');
+        return text.substr(0, text.find("\nFrom="));
+    };
+    EXPECT_EQ(keys({}), "[GENERAL]\nSequence=0");
+    EXPECT_EQ(keys({.IsMessage = FieldTrue, .MessageCode = 12, .SyncState = 1, .Sequence = SyncResetSequence}),
+              "[GENERAL]\nMessageCode=12");
+    EXPECT_EQ(keys({.SyncState = SyncFileReady, .Sequence = SyncResetSequence}),
+              "[GENERAL]\nSyncState=4\nResetDate=1900-01-01 00:00:00");
+}
+
 TEST_F(DescriptorTest, ReadsWhatAnySenderWrites) {
     EXPECT_EQ(Read("\xEF\xBB\xBF[general]\nmessagecode=70000\nFrom={abc}\nFromCompanyVersion=5.0\n"
                    "FromAppVersion=5.0.12.3\r\nReferenceCode=255\r\nSyncState=-2\r\nSequence=-1\n"
