@@ -4,7 +4,6 @@
 #include "suite/engine_fixture.h"
 #include "suite/exchange/import_reader.h"
 #include "support.h"
-#include "support/sqlite_handle.h"
 
 #include <algorithm>
 #include <set>
@@ -20,7 +19,7 @@ class Company : public EngineCompany {
     using EngineCompany::EngineCompany;
 
     void Clear() {
-        sqlite3_db_config(sql::HandleOf(Connection()), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+        Connection().TurnTriggers(false);
         std::string script = "BEGIN; UPDATE GivenUpMark SET AuditID = 0; DELETE FROM GivenUpChanges;"
                              "UPDATE Company SET SyncState = 0, LastAuditID = 0, NextSequenceToMain = 0;"
                              "DELETE FROM SentRanges; INSERT INTO SentRanges VALUES ('', 0, 0);"
@@ -29,7 +28,7 @@ class Company : public EngineCompany {
             script += "DELETE FROM \"" + table + "\";";
         }
         Run(script + "DELETE FROM sqlite_sequence; COMMIT;");
-        sqlite3_db_config(sql::HandleOf(Connection()), SQLITE_DBCONFIG_ENABLE_TRIGGER, 1, nullptr);
+        Connection().TurnTriggers(true);
     }
     std::vector<std::string> ExchangedTables() {
         std::vector<std::string> tables = UsedTables();
@@ -59,7 +58,7 @@ class Company : public EngineCompany {
             "(SELECT COUNT(*) FROM ImportConflicts)");
     }
     void CheckWhole() {
-        Require(sqlite3_get_autocommit(sql::HandleOf(Connection())) != 0, "no transaction stays open");
+        Require(!Connection().IsInTransaction(), "no transaction stays open");
         Require(Number("SELECT COUNT(*) FROM ImportMark") == 0, "no mark of an import stays");
         Require(Value("PRAGMA main.integrity_check") == "ok", "the database is whole");
     }

@@ -148,7 +148,8 @@ void Simulation::DemandNothingTwice() const {
     }
 }
 
-/// A value is lost only with a file that carried it, or with a database that held it.
+/// A value is lost only with a file that carried it or a version that it was passed over for, or with a database
+/// that held it.
 void Simulation::DemandValues() {
     for (const auto& [value, place] : users_->LostValues()) {
         const char* const why = judge_->Losses().ExplainValue(value, place.row);

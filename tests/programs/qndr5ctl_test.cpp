@@ -1,7 +1,6 @@
 #include "programs/qndr5ctl/json.h"
 #include "programs/qndr5ctl/log_tail.h"
 #include "programs/qndr5ctl/output.h"
-#include "programs/qndr5ctl/sync_words.h"
 #include "programs/qndr5ctl_fixture.h"
 
 namespace qndr::control {
@@ -294,15 +293,6 @@ TEST_F(Qndr5ctl, FollowsTheLogThroughItsFiles) {
     Write(logs + "qndr5rwsync 1226.log", "eight\r\n");
     EXPECT_EQ(tail.Poll(), "seven\r\neight\r\n");
     EXPECT_EQ(tail.Poll(), "");
-}
-
-TEST(Qndr5ctlWords, FitTheEndOfThePairingThatTheNumberStandsAt) {
-    EXPECT_EQ(NumberInWords(2, WordsForCompanyState(2)), "2 (initial sync requested)");
-    EXPECT_EQ(WordsForWorkstationState(1), "initial sync requested");
-    EXPECT_EQ(WordsForWorkstationState(2), "unknown");
-    EXPECT_EQ(WordsForCompanyState(3), "unknown");
-    EXPECT_EQ(WordsForCompanyState(5), "Reset Requested");
-    EXPECT_EQ(WordsForDescriptorState(4), "ready");
 }
 
 TEST(Qndr5ctlOutput, AlignsCharactersAndKeepsARowOnItsLine) {

@@ -90,6 +90,11 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
         arrival_ == Arrival::InTurn ? rules_.Decide(record.table->name, uniqueID, origin, record.originID)
                                     : rules_.DecideByHand(record.table->name, uniqueID, origin, record.originID,
                                                           table.RowJson(uniqueID).has_value());
+    // What an import has taken away since is no version any more that could be kept, or be sent to anybody.
+    if (decision.verdict == OriginRules::Verdict::KeepOwn && arrival_ == Arrival::InTurn &&
+        !decision.ownIsDeletion && !table.RowJson(uniqueID)) {
+        decision.verdict = OriginRules::Verdict::Take;
+    }
     if (rules_.IsMain()) {
         MarkOrigin(batch, record);
     }
@@ -133,11 +138,6 @@ void ImportApplier::TakeAndKeepLoser(const ImportBatch& batch, const ImportRecor
 void ImportApplier::KeepOwn(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
                             OriginRules::Decision& decision) {
     const std::string_view uniqueID = batch.Text(record, record.uniqueID);
-    // What an import has taken away since is no version any more that could be kept, or be sent to anybody.
-    if (arrival_ == Arrival::InTurn && !decision.ownIsDeletion && !table.RowJson(uniqueID)) {
-        PutAside(batch, record, table.Apply(batch, record));
-        return;
-    }
     // Taken and undone: only the database can tell whether the versions differ, and what the row would be.
     sql::Savepoint before(connection_);
     const ImportTable::Outcome outcome = table.Apply(batch, record);

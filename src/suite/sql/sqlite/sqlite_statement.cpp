@@ -12,6 +12,7 @@ bool SqliteStatement::Step() {
         return true;
     }
     if (result == SQLITE_DONE) {
+        isUnderWay_ = false; // another Step would begin anew
         return false;
     }
     try {
