@@ -1,8 +1,33 @@
-# One folder under src/ is one room and one static library. A room links only the rooms that it may include;
-# scripts/tidy holds the includes against the same list.
+# A room is a folder under src/ and one static library. src/rooms.txt says which rooms it may include; it links those,
+# and its one root of includes is a folder in the build tree with links to them and to what they may include in turn.
+
+set(list_of_rooms ${CMAKE_SOURCE_DIR}/src/rooms.txt)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${list_of_rooms})
+file(STRINGS ${list_of_rooms} lines REGEX "^[^#]")
+file(REMOVE_RECURSE ${CMAKE_BINARY_DIR}/rooms)
+foreach(line IN LISTS lines)
+  if(NOT line MATCHES "^([a-z0-9_/]+):([a-z0-9_/ ]*)$")
+    message(FATAL_ERROR "${list_of_rooms}: '${line}' is not 'room: room room'")
+  endif()
+  set(room ${CMAKE_MATCH_1})
+  separate_arguments(QNDR_ARROWS_${room} UNIX_COMMAND "${CMAKE_MATCH_2}")
+  set(QNDR_REACH_${room} ${room})
+  foreach(other IN LISTS QNDR_ARROWS_${room})
+    if(NOT DEFINED QNDR_REACH_${other})
+      message(FATAL_ERROR "${list_of_rooms}: ${other} does not stand above ${room}")
+    endif()
+    list(APPEND QNDR_REACH_${room} ${QNDR_REACH_${other}})
+  endforeach()
+  list(REMOVE_DUPLICATES QNDR_REACH_${room})
+  foreach(seen IN LISTS QNDR_REACH_${room})
+    set(link ${CMAKE_BINARY_DIR}/rooms/${room}/${seen})
+    cmake_path(GET link PARENT_PATH folder)
+    file(MAKE_DIRECTORY ${folder})
+    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/src/${seen} ${link} SYMBOLIC)
+  endforeach()
+endforeach()
 
 add_library(qndr_flags INTERFACE)
-target_include_directories(qndr_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 if(MSVC)
   target_compile_options(qndr_flags INTERFACE /W4 /utf-8)
 else()
@@ -21,17 +46,47 @@ if(QNDR_FUZZ)
   target_compile_options(qndr_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# qndr_room(name SOURCES file... [USES room...] [LIBRARIES target...])
-function(qndr_room name)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;USES;LIBRARIES" ${ARGN})
-  list(TRANSFORM ROOM_USES PREPEND qndr_)
-  if(NOT ROOM_SOURCES) # a room that holds only headers, or nothing yet
-    add_library(qndr_${name} INTERFACE)
-    target_link_libraries(qndr_${name} INTERFACE qndr_flags ${ROOM_USES} ${ROOM_LIBRARIES})
-    return()
+# Tests, benchmarks and fuzzers see every room.
+add_library(qndr_all_rooms INTERFACE)
+target_include_directories(qndr_all_rooms INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_link_libraries(qndr_all_rooms INTERFACE qndr_flags)
+
+# qndr_libraries_of(result room...): the names of the rooms' libraries
+function(qndr_libraries_of result)
+  list(TRANSFORM ARGN PREPEND qndr_)
+  list(TRANSFORM ARGN REPLACE "/" "_")
+  set(${result} ${ARGN} PARENT_SCOPE)
+endfunction()
+
+# qndr_put_into_room(target room): has the target compiled and linked with what the room may include
+function(qndr_put_into_room target room)
+  if(NOT DEFINED QNDR_ARROWS_${room})
+    message(FATAL_ERROR "${list_of_rooms} has no room ${room}")
   endif()
-  add_library(qndr_${name} STATIC ${ROOM_SOURCES})
-  target_link_libraries(qndr_${name} PUBLIC qndr_flags ${ROOM_USES} ${ROOM_LIBRARIES})
+  qndr_libraries_of(arrows ${QNDR_ARROWS_${room}})
+  target_include_directories(${target} PRIVATE ${CMAKE_BINARY_DIR}/rooms/${room})
+  target_link_libraries(${target} PUBLIC qndr_flags ${arrows})
+endfunction()
+
+# qndr_room(name SOURCES file... [LIBRARIES target...]); the library of suite/sql is qndr_suite_sql
+function(qndr_room room)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;LIBRARIES" ${ARGN})
+  qndr_libraries_of(target ${room})
+  add_library(${target} STATIC ${ROOM_SOURCES})
+  qndr_put_into_room(${target} ${room})
+  target_link_libraries(${target} PUBLIC ${ROOM_LIBRARIES})
+endfunction()
+
+# qndr_program(name SOURCES file... [LIBRARIES target...]): the program of the room programs/<name>, with the library of
+# that room where it has one
+function(qndr_program name)
+  cmake_parse_arguments(PROGRAM "" "" "SOURCES;LIBRARIES" ${ARGN})
+  add_executable(${name} ${PROGRAM_SOURCES})
+  if(TARGET qndr_programs_${name})
+    target_link_libraries(${name} PUBLIC qndr_programs_${name})
+  endif()
+  qndr_put_into_room(${name} programs/${name})
+  target_link_libraries(${name} PRIVATE ${PROGRAM_LIBRARIES})
 endfunction()
 
 # qndr_unoptimized(target): for what takes no time when it runs. Optimized and sanitized, it takes twice as long to
@@ -45,8 +100,8 @@ endfunction()
 function(qndr_test name)
   cmake_parse_arguments(TEST "" "SHARDS" "SOURCES;USES;LIBRARIES" ${ARGN})
   add_executable(test_${name} ${TEST_SOURCES})
-  list(TRANSFORM TEST_USES PREPEND qndr_)
-  target_link_libraries(test_${name} PRIVATE qndr_flags ${TEST_USES} ${TEST_LIBRARIES} GTest::gtest GTest::gtest_main)
+  qndr_libraries_of(used ${TEST_USES})
+  target_link_libraries(test_${name} PRIVATE qndr_all_rooms ${used} ${TEST_LIBRARIES} GTest::gtest GTest::gtest_main)
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   qndr_unoptimized(test_${name})
   if(NOT "Qt6::Test" IN_LIST TEST_LIBRARIES) # which has everything compiled position independent

@@ -1,0 +1,3 @@
+#include "shared/text.h"
+
+#include "agent/run_sync.h"
