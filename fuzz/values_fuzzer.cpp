@@ -3,12 +3,13 @@
 #include "services/variant.h"
 #include "shared/dates.h"
 #include "shared/formatting.h"
-#include "shared/text.h"
 #include "suite/company_fixture.h"
 #include "suite/sql/sql_date.h"
 #include "suite/sql/sqlite/sqlite_connection.h"
 #include "support.h"
 #include "syncfiles/discovery.h"
+#include "text/editing.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <bit>
@@ -30,8 +31,7 @@ template <typename Conversion> auto Converted(Conversion convert) -> std::option
 
 void CheckDate(const Date& date) {
     Require(ParseDate(FormatGeneralDate(date)) == date, "a date reads back from the general date format");
-    Require(ParseDate(sql::FormatDatabaseDate(date)) == date, "a date reads back from the database's format");
-    Require(FormatSQLDate(date, false) == sql::FormatDatabaseDate(date), "both SQL forms are one");
+    Require(ParseDate(FormatDatabaseDate(date)) == date, "a date reads back from the database's format");
     Require(ParseFileStamp(FormatFileStamp(date), NoDate) == date, "a date reads back from a file's stamp");
     Require(Date(date.Days()) == date, "a date is exact to the second as a number");
     Require(Date::FromCivil(date.Civil()) == date, "a date is its parts");
@@ -82,10 +82,11 @@ double BytesAsNumber(const std::string& line) {
 
 void CheckTemplate(const std::string& text, const std::string& first, const std::string& second) {
     Require(FormatString(text) == text, "a template without values stays");
-    const std::string once = ReplaceAll(text, "{0}", first);
+    const std::string once = text::ReplaceAll(text, "{0}", first);
     Require(FormatString(text, first) == once, "one value goes into its places");
-    Require(FormatString(text, first, second) == ReplaceAll(once, "{1}", second), "values go in by their numbers");
-    Require(FormatString(text, Variant(Null{}), second) == ReplaceAll(text, "{1}", second),
+    Require(FormatString(text, first, second) == text::ReplaceAll(once, "{1}", second),
+            "values go in by their numbers");
+    Require(FormatString(text, Variant(Null{}), second) == text::ReplaceAll(text, "{1}", second),
             "a value without a text leaves its places");
 }
 
@@ -108,11 +109,11 @@ void CheckDateAdd(const std::string& part, const std::string& number, const std:
     const auto from = ParseDate(date);
     const auto to = ParseDate(*sum);
     Require(from && to, "DATEADD makes a date of a date");
-    const std::string lower = ToLower(part);
+    const std::string lower = text::ToLowerCase(part);
     const bool months =
         lower.starts_with('y') || lower.starts_with('q') || lower == "mm" || lower == "m" || lower == "month";
     if (!months || lower == "y") {
-        Require(run(back, *sum) == sql::FormatDatabaseDate(*from), "what was added can be taken away");
+        Require(run(back, *sum) == FormatDatabaseDate(*from), "what was added can be taken away");
     }
 }
 

@@ -6,7 +6,8 @@
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
 #include "shared/sync_log.h"
-#include "shared/text.h"
+#include "text/editing.h"
+#include "text/letter_case.h"
 
 namespace qndr {
 namespace {
@@ -45,9 +46,9 @@ void Qualify(AgentContext& context, bool& process) {
     std::string designated;
     std::string computer;
     if (Holds([&] {
-            designated = ToLowerName(
-                Trim(library.Options().GetCompanyOption("Roaming Workstations", "SyncComputerName").ToText()));
-            computer = ToLowerName(Trim(context.services.systemTools.GetComputerName()));
+            designated = text::ToLowerCaseName(text::Trimmed(
+                library.Options().GetCompanyOption("Roaming Workstations", "SyncComputerName").ToText()));
+            computer = text::ToLowerCaseName(text::Trimmed(context.services.systemTools.GetComputerName()));
             return designated == computer;
         })) {
         process = true;

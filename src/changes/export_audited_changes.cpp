@@ -6,9 +6,9 @@
 #include "shared/records.h"
 #include "shared/settings.h"
 #include "shared/sync_log.h"
-#include "shared/text.h"
 #include "syncfiles/query_rows.h"
 #include "syncfiles/wait.h"
+#include "text/letter_case.h"
 
 #include <vector>
 
@@ -26,7 +26,7 @@ void BackupOrders(AgentContext& context, const QueryRows& rows) {
     std::vector<std::int32_t> backedUp;
     for (long index = 0; index < rows.Count(); ++index) {
         const auto record = rows.Row(index);
-        if (ToLower(GetNodeString("TableName", record.get(), "")) != "orders") {
+        if (text::ToLowerCase(GetNodeString("TableName", record.get(), "")) != "orders") {
             continue;
         }
         const std::int32_t orderId = GetNodeLong("RecordID", record.get(), 0);
@@ -44,7 +44,7 @@ long AddRowsToExport(AgentContext& context, const QueryRows& rows) {
     for (long index = 0; index < rows.Count(); ++index) {
         const auto record = rows.Row(index);
         const std::string tableName = GetNodeString("TableName", record.get(), "");
-        if (ToLower(tableName) != "roamingworkstations") {
+        if (text::ToLowerCase(tableName) != "roamingworkstations") {
             ++count;
             ExportAuditRecord(context, tableName, record.get());
         }

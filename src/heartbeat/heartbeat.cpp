@@ -4,8 +4,8 @@
 #include "shared/formatting.h"
 #include "shared/settings.h"
 #include "shared/sync_log.h"
-#include "shared/text.h"
 #include "syncfiles/routing.h"
+#include "text/letter_case.h"
 
 #include <memory>
 #include <vector>
@@ -94,10 +94,10 @@ bool Heartbeat::IsAwaitedFileThere() {
     // A folder that cannot be read says nothing of main: the file stays awaited.
     std::vector<std::string> files{heartbeatFile_};
     Attempt([&] { files = context_.services.pathTools.FindFiles(context_.SyncFolder, "*.rhb", false); });
-    const std::string awaited = ToLower(heartbeatFile_);
+    const std::string awaited = text::ToLowerCase(heartbeatFile_);
     for (const std::string& file : files) {
         if (!file.empty() &&
-            Holds([&] { return ToLower(context_.services.fileTools.GetFileName(file)) == awaited; })) {
+            Holds([&] { return text::ToLowerCase(context_.services.fileTools.GetFileName(file)) == awaited; })) {
             return true;
         }
     }

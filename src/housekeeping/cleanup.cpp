@@ -1,8 +1,8 @@
 #include "housekeeping/cleanup.h"
 
 #include "shared/failure_rule.h"
-#include "shared/text.h"
 #include "syncfiles/routing.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <cmath>
@@ -121,10 +121,10 @@ void DeleteOldFiles(AgentContext& context, const std::vector<std::string>& list,
         if (folder.empty()) {
             continue;
         }
-        const bool takesAll =
-            allFiles || Holds([&] {
-                return ToUpper(folder).starts_with(ToUpper(context.services.pathTools.GetTemporaryFolder()));
-            });
+        const bool takesAll = allFiles || Holds([&] {
+                                  return text::ToUpperCase(folder).starts_with(
+                                      text::ToUpperCase(context.services.pathTools.GetTemporaryFolder()));
+                              });
         std::vector<std::string> files;
         Attempt([&] { files = context.services.pathTools.FindFiles(folder, takesAll ? "*.*" : "*.tmp", false); });
         for (const std::string& file : files) {
@@ -155,7 +155,7 @@ bool IsProcessRunning(AgentContext& context, const std::string& fileName) {
     std::vector<std::string> names;
     Attempt([&] { names = context.services.processes.Names(); });
     return std::any_of(names.begin(), names.end(),
-                       [&](const std::string& name) { return ToLower(name) == ToLower(fileName); });
+                       [&](const std::string& name) { return text::EqualsWithoutCase(name, fileName); });
 }
 
 } // namespace qndr

@@ -66,6 +66,14 @@ bool TakeDay(std::string_view& text, CivilTime& civil) {
     return TakeThree(text, '/', {&civil.month, &civil.day, &civil.year}, {1, 1, 4}, {2, 2, 4});
 }
 
+std::string Format(const Date& date, const char* form) {
+    const CivilTime civil = date.Civil();
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), form, civil.year, civil.month, civil.day, civil.hour, civil.minute,
+                  civil.second);
+    return text.data();
+}
+
 } // namespace
 
 Date::Date(double days) : seconds_(std::llround(days * 86400.0)) {
@@ -103,11 +111,11 @@ Date Date::AddSeconds(std::int64_t seconds) const {
 }
 
 std::string FormatGeneralDate(const Date& date) {
-    const CivilTime civil = date.Civil();
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", civil.year, civil.month, civil.day,
-                  civil.hour, civil.minute, civil.second);
-    return text.data();
+    return Format(date, "%04d-%02d-%02d %02d:%02d:%02d");
+}
+
+std::string FormatDatabaseDate(const Date& date) {
+    return Format(date, "%04d%02d%02d %02d:%02d:%02d");
 }
 
 std::optional<Date> ParseDate(std::string_view text) {

@@ -48,6 +48,9 @@ inline const Date NoDate{2.0};
 /// The general date format, the same on every platform: "yyyy-mm-dd hh:nn:ss".
 std::string FormatGeneralDate(const Date& date);
 
+/// The form in which the databases store dates: "yyyymmdd hh:nn:ss". Texts of this form sort as their dates.
+std::string FormatDatabaseDate(const Date& date);
+
 /// Reads the general date format, "yyyymmdd hh:nn:ss", "mm/dd/yyyy" and "m/d/yyyy", each with or without a time
 /// "h:n:s" behind one blank. Nothing for any other text and for a day that the calendar does not have.
 std::optional<Date> ParseDate(std::string_view text);

@@ -17,6 +17,9 @@ struct TimeZoneInformation {
     int bias = 0;
     int standardBias = 0;
     int daylightBias = 0;
+
+    /// What is added to local time to give UTC at present.
+    int MinutesToUtc() const { return bias + (state == 2 ? daylightBias : standardBias); }
 };
 
 /// The file version of a version resource's fixed part.

@@ -1,7 +1,7 @@
 #include "shared/formatting.h"
 
 #include "shared/failure_rule.h"
-#include "shared/text.h"
+#include "text/editing.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -20,15 +20,13 @@ std::string FormatSQLDate(const Date& date, bool nullFlag) {
     if (date <= NoDate && nullFlag) {
         return "NULL";
     }
-    const CivilTime civil = date.Civil();
-    return Digits(civil.year, 4) + Digits(civil.month, 2) + Digits(civil.day, 2) + " " + Digits(civil.hour, 2) +
-           ":" + Digits(civil.minute, 2) + ":" + Digits(civil.second, 2);
+    return FormatDatabaseDate(date);
 }
 
 std::string FillTemplate(std::string_view text, std::span<const Variant> values) {
     std::string result(text);
     for (std::size_t i = 0; i < std::min(values.size(), kPlaceholders); ++i) {
-        Attempt([&] { result = ReplaceAll(result, "{" + std::to_string(i) + "}", values[i].ToText()); });
+        Attempt([&] { result = text::ReplaceAll(result, "{" + std::to_string(i) + "}", values[i].ToText()); });
     }
     return result;
 }

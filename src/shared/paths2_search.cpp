@@ -1,7 +1,7 @@
 #include "services/failure.h"
 #include "shared/failure_rule.h"
 #include "shared/paths2.h"
-#include "shared/text.h"
+#include "text/letter_case.h"
 
 #include <memory>
 
@@ -112,7 +112,7 @@ bool Paths2::FolderContainsFolders(const std::string& path) {
 
 bool Paths2::FolderContainsFile(const std::string& folder, const std::string& fileName, bool recurse) {
     for (const std::string& path : FindFiles(folder, "*.*", recurse)) {
-        if (Holds([&] { return ToUpper(fileTools_.GetFileName(path)) == ToUpper(fileName); })) {
+        if (Holds([&] { return text::EqualsWithoutCase(fileTools_.GetFileName(path), fileName); })) {
             return true;
         }
     }

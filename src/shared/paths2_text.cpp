@@ -1,6 +1,7 @@
 #include "shared/failure_rule.h"
 #include "shared/paths2.h"
-#include "shared/text.h"
+#include "text/editing.h"
+#include "text/utf8.h"
 
 namespace qndr {
 namespace {
@@ -51,7 +52,7 @@ bool Paths2::SplitPath2(const std::string& path, std::string& folder, std::strin
 }
 
 std::string Paths2::FixPath(const std::string& path, bool addSeparator) {
-    const std::string trimmed = Trim(path);
+    const std::string trimmed = text::Trimmed(path);
     return addSeparator ? QualifyPath(trimmed) : UnQualifyPath(trimmed);
 }
 
@@ -60,7 +61,7 @@ std::string Paths2::QualifyPath(const std::string& path) const {
 }
 
 std::string Paths2::UnQualifyPath(const std::string& path) const {
-    std::string result = Trim(path);
+    std::string result = text::Trimmed(path);
     const bool isRoot = !hasDrives_ && result.size() == 1;
     if (!result.empty() && result.back() == separator_ && !isRoot) {
         result.pop_back();
@@ -80,7 +81,7 @@ std::string Paths2::FixForFileName(const std::string& text, const std::string& r
         const auto character = std::string_view(text).substr(i, 1);
         result += CharacterIsAllowedForFileName(character) ? character : std::string_view(replacement);
     }
-    return allowSpaces ? result : ReplaceAll(result, " ", replacement);
+    return allowSpaces ? result : text::ReplaceAll(result, " ", replacement);
 }
 
 void Paths2::TrimNull(std::string& text) {
@@ -94,11 +95,11 @@ bool Paths2::IsOnShare(const std::string& path) const {
 }
 
 bool Paths2::IsRefused(const std::string& path) const {
-    return path.empty() || CountCharacters(path) > calls_.MaximumPathLength();
+    return path.empty() || text::CountCharacters(path) > calls_.MaximumPathLength();
 }
 
 bool Paths2::IsJudgedByFirstEntry(const std::string& path) const {
-    return hasDrives_ && (CountCharacters(path) <= kDriveRootLength || IsOnShare(path));
+    return hasDrives_ && (text::CountCharacters(path) <= kDriveRootLength || IsOnShare(path));
 }
 
 std::string Paths2::ExpandNetworkDrive(const std::string& path) {
@@ -117,12 +118,12 @@ std::string Paths2::ExpandNetworkDrive(const std::string& path) {
     if (connection.buffer.empty()) {
         return path;
     }
-    return Trim(connection.buffer) + path.substr(2);
+    return text::Trimmed(connection.buffer) + path.substr(2);
 }
 
 std::string Paths2::ToWalk(const std::string& path) const {
     // A shorter path is a drive without its root: its listing is that of the drive's current folder.
-    return hasDrives_ && CountCharacters(path) < kDriveRootLength ? path : QualifyPath(path);
+    return hasDrives_ && text::CountCharacters(path) < kDriveRootLength ? path : QualifyPath(path);
 }
 
 } // namespace qndr

@@ -2,7 +2,8 @@
 
 #include "services/variant.h"
 #include "shared/failure_rule.h"
-#include "shared/text.h"
+#include "text/editing.h"
+#include "text/letter_case.h"
 
 #include <memory>
 
@@ -51,15 +52,15 @@ std::int16_t GetNodeInteger(const std::string& name, const services::Node* node,
 }
 
 std::string DecodeLineBreaks(std::string_view text) {
-    return ReplaceAll(ReplaceAll(text, "&#13;", "\r"), "&#10;", "\n");
+    return text::ReplaceAll(text::ReplaceAll(text, "&#13;", "\r"), "&#10;", "\n");
 }
 
 std::string NormalizeUniqueID(std::string_view text) {
-    return ToUpper(Trim(ReplaceAll(ReplaceAll(text, "{", ""), "}", "")));
+    return text::ToUpperCase(text::Trimmed(text::ReplaceAll(text::ReplaceAll(text, "{", ""), "}", "")));
 }
 
 bool EqualIdentities(std::string_view left, std::string_view right) {
-    return ToLower(left) == ToLower(right);
+    return text::EqualsWithoutCase(left, right);
 }
 
 } // namespace qndr

@@ -1,7 +1,7 @@
 #include "shared/sync_log.h"
 
 #include "shared/failure_rule.h"
-#include "shared/text.h"
+#include "text/editing.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -36,8 +36,8 @@ std::optional<Date> ReadStartDate(const AgentServices& services, const std::stri
 /// "m-d-yyyy HhNn"
 std::string FormatRotationTime(const Date& now) {
     const CivilTime civil = now.Civil();
-    return std::to_string(civil.month) + "-" + std::to_string(civil.day) + "-" + Digits(civil.year, 4) + " " +
-           Digits(civil.hour, 2) + Digits(civil.minute, 2);
+    return std::to_string(civil.month) + "-" + std::to_string(civil.day) + "-" + text::Digits(civil.year, 4) +
+           " " + text::Digits(civil.hour, 2) + text::Digits(civil.minute, 2);
 }
 
 /// How many bytes the character takes that begins the text; 1 also for a byte that begins none.
@@ -134,7 +134,7 @@ void WriteLogEntry(const AgentServices& services, const std::string& message, st
     const std::string path = GetLogFilePath(services);
     std::string error;
     if (errorNumber != 0 || !errorDescription.empty()) {
-        error = Trim(Trim(errorDescription) + " (" + std::to_string(errorNumber) + ")");
+        error = text::Trimmed(text::Trimmed(errorDescription) + " (" + std::to_string(errorNumber) + ")");
     }
     RotateLog(services, path);
     std::string time;
@@ -169,8 +169,8 @@ std::string GetLogFilePath(const AgentServices& services) {
     std::string fileName;
     Attempt([&] {
         const CivilTime today = services.clock.Now().Civil();
-        fileName = services.program.ExecutableName() + " " + Digits(today.month, 2) + Digits(today.year % 100, 2) +
-                   ".log";
+        fileName = services.program.ExecutableName() + " " + text::Digits(today.month, 2) +
+                   text::Digits(today.year % 100, 2) + ".log";
     });
     const std::string folder = GetLogsFolder(services);
     return folder.empty() ? "" : folder + fileName;

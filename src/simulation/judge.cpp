@@ -1,8 +1,8 @@
 #include "simulation/judge.h"
 
-#include "shared/text.h"
 #include "syncfiles/descriptor.h"
 #include "syncfiles/sync_state.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 
@@ -249,9 +249,9 @@ std::size_t Judge::WorkstationOf(std::size_t sender, const std::string& name) co
     if (sender != 0) {
         return sender;
     }
-    const std::string addressee = ToLower(name.substr(0, name.find('~')));
+    const std::string addressee = text::ToLowerCase(name.substr(0, name.find('~')));
     for (std::size_t other = 1; other < computers_.size(); ++other) {
-        if (ToLower(computers_[other]->UniqueID()) == addressee) {
+        if (text::ToLowerCase(computers_[other]->UniqueID()) == addressee) {
             return other;
         }
     }

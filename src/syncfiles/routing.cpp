@@ -6,8 +6,8 @@
 #include "shared/records.h"
 #include "shared/settings.h"
 #include "shared/sync_log.h"
-#include "shared/text.h"
 #include "syncfiles/wait.h"
+#include "text/editing.h"
 
 #include <string>
 
@@ -61,8 +61,9 @@ std::string GetLocalFolder(AgentContext& context, const std::string& below) {
 
 std::string GetDatedFolder(AgentContext& context, const std::string& below) {
     const CivilTime today = context.services.clock.Now().Civil();
-    return GetLocalFolder(context, below + "\\" +
-                                       FormatString(R"({0}\{1})", Digits(today.year, 4), Digits(today.month, 2)));
+    return GetLocalFolder(
+        context,
+        below + "\\" + FormatString(R"({0}\{1})", text::Digits(today.year, 4), text::Digits(today.month, 2)));
 }
 
 std::string NewFileToken(AgentContext& context) {

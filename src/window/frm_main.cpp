@@ -6,7 +6,7 @@
 #include "shared/formatting.h"
 #include "shared/settings.h"
 #include "shared/sync_log.h"
-#include "shared/text.h"
+#include "text/letter_case.h"
 #include "window/icons.h"
 #include "window/task_dialog.h"
 
@@ -270,7 +270,7 @@ void frmMain::RefreshFileCount() {
     // The path is looked for in the id and not the id in the path, so that both of these stay 0. People know the
     // label like this: not to be turned round.
     const auto liesIn = [](const std::string& file, const std::string& uniqueId) {
-        return !uniqueId.empty() && ToLower(uniqueId).find(ToLower(file)) != std::string::npos;
+        return !uniqueId.empty() && text::ToLowerCase(uniqueId).find(text::ToLowerCase(file)) != std::string::npos;
     };
     for (const std::string& file : files) {
         if (!file.empty()) {

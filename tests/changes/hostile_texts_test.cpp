@@ -2,8 +2,8 @@
 #include "changes/order_number_sync.h"
 #include "initial/initial_sync_main.h"
 #include "initial/initial_sync_roaming.h"
-#include "shared/text.h"
 #include "support/agent_bench.h"
+#include "text/editing.h"
 
 namespace qndr::testing {
 namespace {
@@ -46,7 +46,7 @@ class HostileTextsTest : public AgentBench {
         }
         return all;
     }
-    static std::string Quoted(const std::string& text) { return "'" + ReplaceAll(text, "'", "''") + "'"; }
+    static std::string Quoted(const std::string& text) { return "'" + text::ReplaceAll(text, "'", "''") + "'"; }
 
     /// Runs a step of main that takes the file, and expects that its statement is reported as one that failed and
     /// has changed nothing.

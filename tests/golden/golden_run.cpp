@@ -1,7 +1,8 @@
 #include "golden/golden_run.h"
 
 #include "agent/pipelines.h"
-#include "shared/text.h"
+#include "text/editing.h"
+#include "text/letter_case.h"
 
 #include <sstream>
 
@@ -205,13 +206,13 @@ void GoldenRun::LookAtFiles(State& state) {
 std::string GoldenRun::ContentOf(const std::string& archive) {
     suite::LibZipArchive zip;
     if (zip.OpenZip(archive) == 0) {
-        return ReplaceAll(ReadText(archive), "\r\n", " | ");
+        return text::ReplaceAll(ReadText(archive), "\r\n", " | ");
     }
     const test::TemporaryFolder extracted(test::QuickPlace());
     const std::string separator = scene_.inFull ? "\n    " : " ";
     std::string content;
     if (const auto entry = zip.GetEntryByName("id.dat"); entry && entry->Extract(extracted.Path()) == 1) {
-        std::istringstream keys(ReplaceAll(extracted.Read("id.dat"), "\r", ""));
+        std::istringstream keys(text::ReplaceAll(extracted.Read("id.dat"), "\r", ""));
         for (std::string key; std::getline(keys, key);) {
             if (scene_.inFull || !(key.starts_with("FromType") || key.starts_with("FromC") ||
                                    key.starts_with("FromA") || key.starts_with("SentOn"))) {
@@ -230,7 +231,7 @@ std::string GoldenRun::Short(const std::string& text) const {
     HideRandom(tidy, "suz", 16, ".tmp");
     for (const auto& [id, name] :
          {std::pair{MainID, "{acme}"}, std::pair{RoamingID, "{one}"}, std::pair{OtherID, "{two}"}}) {
-        tidy = ReplaceAll(ReplaceAll(tidy, id, name), ToLower(id), name);
+        tidy = text::ReplaceAll(text::ReplaceAll(tidy, id, name), text::ToLowerCase(id), name);
     }
     return tidy;
 }

@@ -1,6 +1,6 @@
 #include "heartbeat/heartbeat.h"
-#include "shared/text.h"
 #include "support/agent_bench.h"
+#include "text/letter_case.h"
 
 namespace qndr::testing {
 namespace {
@@ -57,7 +57,7 @@ TEST_F(HeartbeatTest, FileIsAwaitedWhateverItsLetterCaseAndAlsoWhileTheFolderIsA
     std::filesystem::remove(Path("Sync"));
     EXPECT_EQ(Step(6000), 0) << "everything is left as it was";
     std::filesystem::create_directory(Path("Sync"));
-    std::filesystem::rename(Path("Away"), Path("Sync/" + ToUpper(waiting.filename().string())));
+    std::filesystem::rename(Path("Away"), Path("Sync/" + text::ToUpperCase(waiting.filename().string())));
     EXPECT_EQ(Step(), 2);
     gate.Before("PathTools.FindFiles", Break);
     EXPECT_EQ(Step(), 2) << "a folder that cannot be read says nothing of main";

@@ -1,7 +1,7 @@
-#include "programs/qndr5ctl/json.h"
 #include "programs/qndr5ctl/log_tail.h"
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl_fixture.h"
+#include "text/json.h"
 
 namespace qndr::control {
 namespace {

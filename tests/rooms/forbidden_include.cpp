@@ -1,3 +1,1 @@
-#include "shared/text.h"
-
 #include "agent/run_sync.h"

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "services/directory_calls.h"
-#include "shared/text.h"
 #include "suite/files/disk_files.h"
 #include "text/wildcards.h"
 

@@ -2,8 +2,8 @@
 
 #include "services/failure.h"
 #include "services/variant.h"
-#include "shared/text.h"
 #include "suite/files/command_line.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,9 +27,9 @@ const Switch* FindSwitch(const std::vector<Switch>& switches, const std::string&
     if (word.empty() || (word.front() != '/' && word.front() != '-') || end < start) {
         return nullptr;
     }
-    const std::string name = ToLower(word.substr(start, end - start));
+    const std::string name = text::ToLowerCase(word.substr(start, end - start));
     const auto found =
-        std::ranges::find_if(switches, [&](const Switch& known) { return ToLower(known.name) == name; });
+        std::ranges::find_if(switches, [&](const Switch& known) { return text::ToLowerCase(known.name) == name; });
     return found == switches.end() ? nullptr : &*found;
 }
 

@@ -5,8 +5,9 @@
 #include "services/failure.h"
 #include "shared/formatting.h"
 #include "shared/records.h"
-#include "shared/text.h"
 #include "text/base64.h"
+#include "text/letter_case.h"
+#include "text/utf8.h"
 #include "text/utf8_path.h"
 
 #include <fstream>
@@ -21,24 +22,13 @@ namespace {
 /// The most that the other end's import takes in one value.
 constexpr std::int64_t LargestFile = 64LL * 1024 * 1024;
 
-bool IsUtf8(std::string_view text) {
-    while (!text.empty()) {
-        const std::size_t length = Utf8CharacterLength(text);
-        if (length == 0) {
-            return false;
-        }
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
 [[noreturn]] void Refuse(const suite::Column& column, const std::string& text, const std::string& wanted) {
     throw Failure("'" + text + "' does not fit the column " + std::string(column.name) + ", which holds " +
                   wanted);
 }
 
 suite::StoredValue BooleanValue(const suite::Column& column, const std::string& text) {
-    const std::string word = ToLower(text);
+    const std::string word = text::ToLowerCase(text);
     if (word == "1" || word == "yes" || word == "true") {
         return std::int64_t{1};
     }
@@ -91,7 +81,7 @@ suite::StoredValue BytesValue(const ControlContext& context, const suite::Column
 suite::StoredValue ParseValue(const ControlContext& context, const suite::Column& column,
                               const std::string& text) {
     if (column.type == suite::ColumnType::Text) {
-        if (!IsUtf8(text)) {
+        if (!text::IsUtf8(text)) {
             throw Failure("the text for the column " + std::string(column.name) + " is no UTF-8");
         }
         return text;
@@ -121,7 +111,7 @@ struct CellMaker {
     Json operator()(double number) const {
         const std::string text = Variant(number).ToText();
         const bool isPlain = text.find_first_not_of("0123456789.-") == std::string::npos && !text.starts_with('.');
-        return isPlain ? Json(DecimalNumber{text}) : Json(text);
+        return isPlain ? Json(text::DecimalNumber{text}) : Json(text);
     }
     Json operator()(const std::string& text) const {
         return column.type == suite::ColumnType::Date && !text.empty() ? StoredDate(text) : Json(text);

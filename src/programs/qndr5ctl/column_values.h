@@ -1,13 +1,15 @@
 #pragma once
 
 #include "programs/qndr5ctl/control_context.h"
-#include "programs/qndr5ctl/json.h"
 #include "suite/admin/row_editing.h"
+#include "text/json.h"
 
 #include <string>
 #include <string_view>
 
 namespace qndr::control {
+
+using text::Json;
 
 /// An audited table, without regard to letter case. Raises services::Failure when there is none of this name.
 const suite::Table& TableNamed(const std::string& name);

@@ -2,7 +2,8 @@
 
 #include "programs/qndr5ctl/diagnosis_sections.h"
 #include "shared/records.h"
-#include "shared/text.h"
+#include "text/editing.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <utility>
@@ -44,14 +45,15 @@ void DiagnoseRunning(const ObservedCompany& company, const Observations& seen, F
         return;
     }
     const std::string& name = company.facts.name;
-    const std::string designated = Trim(company.syncComputerName);
+    const std::string designated = text::Trimmed(company.syncComputerName);
     if (!company.enableSync) {
         findings.Add(troubles::SyncNotEnabled, name, "Syncing is not enabled for this company.", company.file);
     } else if (designated.empty()) {
         findings.Add(troubles::NoComputerNamed, name,
                      "SyncComputerName names no computer, so that no agent processes this company.", company.file,
                      seen.computerName);
-    } else if (company.isHere && ToLower(designated) != ToLower(Trim(seen.computerName))) {
+    } else if (company.isHere &&
+               text::ToLowerCase(designated) != text::ToLowerCase(text::Trimmed(seen.computerName))) {
         findings.Add(troubles::WrongComputer, name,
                      "This company is to be synced by the computer '" + designated + "', and this is '" +
                          seen.computerName +

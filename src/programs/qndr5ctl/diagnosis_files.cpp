@@ -1,8 +1,9 @@
 #include "programs/qndr5ctl/diagnosis_sections.h"
 #include "shared/dates.h"
 #include "shared/records.h"
-#include "shared/text.h"
 #include "syncfiles/sync_state.h"
+#include "text/editing.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 #include <map>
@@ -99,7 +100,7 @@ class FileSection {
             break;
         case FileKind::Foreign:
             // No agent looks at other names.
-            if (ToLower(listed.name).ends_with(".zip")) {
+            if (text::ToLowerCase(listed.name).ends_with(".zip")) {
                 Tell(troubles::NotASyncFile, listed,
                      "Its name is no sync file's; it will lie here for ever, told in the log at each pass.");
             }
@@ -162,7 +163,7 @@ class FileSection {
                               NameOf(entry.From, companies_) + ") under a name that nobody looks for, and " +
                               NameOf(entry.To, companies_) + " needs it.",
                           entry.FilePath, seen_.syncFolder + "/" + name);
-        } else if (ToLower(listed.name).ends_with(".zip")) {
+        } else if (text::ToLowerCase(listed.name).ends_with(".zip")) {
             Tell(troubles::NotASyncFile, listed,
                  "It is a sync file under a wrong name, and nobody here needs it.");
         }
@@ -170,7 +171,7 @@ class FileSection {
 
     /// What its receiver awaits and cannot find elsewhere is this file or lies behind it.
     void LookAtDamaged(const ListedFile& listed) {
-        const std::string text = "The archive cannot be read: " + Trim(listed.damage);
+        const std::string text = "The archive cannot be read: " + text::Trimmed(listed.damage);
         for (const ObservedCompany& laptop : seen_.companies) {
             const CompanyFacts& facts = laptop.facts;
             if (facts.isMain ||

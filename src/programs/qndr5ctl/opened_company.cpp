@@ -96,7 +96,7 @@ void OpenedCompany::DemandThatChangesTravel() const {
 
 Json StoredDate(const std::string& stored) {
     const auto date = ParseDate(stored);
-    return date ? Json(UtcMoment{FormatGeneralDate(*date)}) : stored.empty() ? Json() : Json(stored);
+    return date ? Json(text::UtcMoment{FormatGeneralDate(*date)}) : stored.empty() ? Json() : Json(stored);
 }
 
 } // namespace qndr::control

@@ -1,14 +1,16 @@
 #pragma once
 
 #include "programs/qndr5ctl/control_context.h"
-#include "programs/qndr5ctl/json.h"
 #include "services/failure.h"
 #include "suite/sql/connection.h"
+#include "text/json.h"
 
 #include <memory>
 #include <string>
 
 namespace qndr::control {
+
+using text::Json;
 
 /// What is raised for a company of an older version that was to be left as it is.
 class OlderCompany : public services::Failure {

@@ -108,7 +108,7 @@ void List(const ControlContext& context, const ListArguments& arguments) {
     Listing listing({{"Order", "order"}, {"Saved (UTC)", "savedOn"}, {"Bytes", "size"}, {"Archive", "archive"}});
     for (const ListedBackup& backup : backups) {
         listing.Add({backup.name.order.empty() ? Json() : Json(backup.name.order),
-                     UtcMoment{FormatGeneralDate(backup.name.savedOn)}, backup.size, backup.path});
+                     text::UtcMoment{FormatGeneralDate(backup.name.savedOn)}, backup.size, backup.path});
     }
     if (arguments.json) {
         context.out << listing.ToJson().ToText() << '\n';

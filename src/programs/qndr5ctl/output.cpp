@@ -1,5 +1,7 @@
 #include "programs/qndr5ctl/output.h"
 
+#include "text/utf8.h"
+
 #include <algorithm>
 
 namespace qndr::control {
@@ -15,14 +17,9 @@ std::string OnOneLine(const std::string& text) {
     return line;
 }
 
-/// Columns that the text takes on a terminal, counting every character as one.
-std::size_t WidthOf(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](unsigned char byte) { return (byte & 0xC0U) != 0x80; }));
-}
-
+/// Every character counts as one column of a terminal.
 std::string Padded(const std::string& text, std::size_t width, bool right) {
-    const std::size_t own = WidthOf(text);
+    const std::size_t own = text::CountCharacters(text);
     const std::string blanks(width > own ? width - own : 0, ' ');
     return right ? blanks + text : text + blanks;
 }
@@ -50,12 +47,12 @@ void Listing::PrintTable(std::ostream& out, const std::string& whenEmpty) const 
             continue;
         }
         std::vector<std::string> texts{title};
-        std::size_t width = WidthOf(title);
+        std::size_t width = text::CountCharacters(title);
         bool anyNumber = false;
         bool anyText = false;
         for (const auto& row : rows_) {
             texts.push_back(OnOneLine(row[column].ToPlainText()));
-            width = std::max(width, WidthOf(texts.back()));
+            width = std::max(width, text::CountCharacters(texts.back()));
             anyNumber = anyNumber || row[column].IsNumber();
             anyText = anyText || !(row[column].IsNumber() || row[column].IsNull());
         }
@@ -94,7 +91,7 @@ void Facts::Add(const std::string& title, const std::string& key, Json value) {
 void Facts::Print(std::ostream& out) const {
     std::size_t width = 0;
     for (const auto& [title, value] : lines_) {
-        width = std::max(width, WidthOf(title));
+        width = std::max(width, text::CountCharacters(title));
     }
     for (const auto& [title, value] : lines_) {
         PrintLine(out, Padded(title, width, false) + "  " + value);

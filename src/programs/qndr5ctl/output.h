@@ -1,12 +1,14 @@
 #pragma once
 
-#include "programs/qndr5ctl/json.h"
+#include "text/json.h"
 
 #include <ostream>
 #include <string>
 #include <vector>
 
 namespace qndr::control {
+
+using text::Json;
 
 /// A column of a Listing. Without a title it is shown to machines only, without a key to people only.
 struct ListColumn {

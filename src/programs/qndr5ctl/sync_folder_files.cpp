@@ -6,11 +6,11 @@
 #include "shared/agent_context.h"
 #include "shared/dates.h"
 #include "shared/records.h"
-#include "shared/text.h"
 #include "suite/admin/provisioning.h"
 #include "suite/engine/sent_ranges.h"
 #include "suite/files/sync_folder_mark.h"
 #include "syncfiles/discovery.h"
+#include "text/letter_case.h"
 
 #include <algorithm>
 
@@ -36,7 +36,7 @@ std::optional<NameTokens> TokensOf(const std::string& baseName) {
 /// The name of a sync file with which another name begins, as when something was hung on; empty when it does not.
 std::string ProperStart(const std::string& name) {
     constexpr std::string_view Extension = ".zip";
-    const std::size_t end = ToLower(name).find(Extension);
+    const std::size_t end = text::ToLowerCase(name).find(Extension);
     const std::string start = end == std::string::npos ? "" : name.substr(0, end);
     return TokensOf(start) ? start + std::string(Extension) : "";
 }
@@ -73,7 +73,7 @@ ListedFile ReadFile(AgentContext& agent, const std::string& path) {
 
     FoundSyncFile& entry = listed.file.entry;
     entry.FilePath = path;
-    const std::string name = ToLower(listed.name);
+    const std::string name = text::ToLowerCase(listed.name);
     const bool isHeartbeat = name.ends_with(".rhb");
     const auto tokens = TokensOf(fileTools.GetFileBaseName(path));
     if (name.starts_with("~$") && name.ends_with(".tmp")) {

@@ -1,6 +1,6 @@
 #include "programs/qndr5sim/report.h"
 
-#include "programs/qndr5ctl/json.h"
+#include "text/json.h"
 
 #include <algorithm>
 #include <iomanip>
@@ -9,7 +9,7 @@
 namespace qndr {
 namespace {
 
-using control::Json;
+using text::Json;
 using Counts = std::map<std::string, std::int64_t>;
 
 constexpr std::size_t EventsShown = 60;

@@ -4,6 +4,7 @@
 #include "suite/schema/company_schema.h"
 #include "suite/sql/connection.h"
 #include "suite/sql/connection_string.h"
+#include "text/letter_case.h"
 #include "text/utf8_path.h"
 
 #include <algorithm>
@@ -62,10 +63,7 @@ void CheckTexts(const NewCompany& company) {
         }
     }
     // Agents take notice of no other extension.
-    std::string extension = text::FromPath(text::ToPath(company.psdFile).extension());
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    if (extension != ".psd") {
+    if (!text::EqualsWithoutCase(text::FromPath(text::ToPath(company.psdFile).extension()), ".psd")) {
         throw Failure("the name of a company file ends in .psd, unlike '" + company.psdFile + "'");
     }
 }

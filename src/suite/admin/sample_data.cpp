@@ -5,7 +5,6 @@
 #include "suite/admin/sample_text.h"
 #include "suite/schema/company_ddl.h"
 #include "suite/schema/company_schema.h"
-#include "suite/sql/sql_date.h"
 
 #include <algorithm>
 #include <array>
@@ -165,7 +164,7 @@ class SampleCompany {
             insert.Bind(parameter, Amount(table, column, row, random));
             return;
         case ColumnType::Date:
-            insert.Bind(parameter, sql::FormatDatabaseDate(DateValue(column, row, random)));
+            insert.Bind(parameter, FormatDatabaseDate(DateValue(column, row, random)));
             return;
         case ColumnType::Bytes:
             insert.BindBytes(parameter, Content(random));

@@ -3,6 +3,7 @@
 #include "services/failure.h"
 #include "suite/exchange/xml_text.h"
 #include "text/base64.h"
+#include "text/json.h"
 
 #include <array>
 #include <charconv>
@@ -11,25 +12,6 @@
 namespace qndr::suite {
 
 namespace {
-
-void AppendJsonText(std::string& out, std::string_view text) {
-    constexpr std::string_view Digits = "0123456789abcdef";
-    out += '"';
-    for (const char c : text) {
-        const auto code = static_cast<unsigned char>(c);
-        if (code < 0x20) {
-            out += "\\u00";
-            out += Digits[code >> 4];
-            out += Digits[code & 15U];
-            continue;
-        }
-        if (c == '"' || c == '\\') {
-            out += '\\';
-        }
-        out += c;
-    }
-    out += '"';
-}
 
 /// The shortest text that reads back as the same double.
 void AppendReal(std::string& out, double number) {
@@ -43,7 +25,7 @@ void AppendReal(std::string& out, double number) {
 
 bool IsWholeInJson(std::string_view text) {
     // The database's reader ends a text at an escaped null character.
-    return text.find('\0') == std::string_view::npos && IsUtf8(text);
+    return text.find('\0') == std::string_view::npos && IsXmlUtf8(text);
 }
 
 void AppendValue(std::string& json, const sql::Statement& row, int column) {
@@ -59,7 +41,7 @@ void AppendValue(std::string& json, const sql::Statement& row, int column) {
         text::AppendBase64(json, row.Bytes(column));
         json += "\"}";
     } else {
-        AppendJsonText(json, row.Text(column));
+        text::AppendJsonText(json, row.Text(column));
     }
 }
 
@@ -69,7 +51,7 @@ std::string RowAsJson(const sql::Statement& row) {
     std::string json = "{";
     for (int i = 0; i < row.ColumnCount(); ++i) {
         json += i == 0 ? "" : ",";
-        AppendJsonText(json, row.ColumnName(i));
+        text::AppendJsonText(json, row.ColumnName(i));
         json += ':';
         AppendValue(json, row, i);
     }

@@ -1,6 +1,7 @@
 #include "suite/exchange/xml_text.h"
 
 #include "text/base64.h"
+#include "text/utf8.h"
 
 #include <array>
 #include <charconv>
@@ -33,27 +34,6 @@ std::uint8_t ClassesOf(std::string_view text) {
     return found;
 }
 
-/// The length of the UTF-8 sequence at the beginning of `text`, or 0 when it is none that XML allows.
-std::size_t SequenceLength(std::string_view text) {
-    const auto lead = static_cast<unsigned char>(text[0]);
-    const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
-    if (length == 0 || text.size() < length) {
-        return 0;
-    }
-    std::uint32_t point = lead & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        const auto next = static_cast<unsigned char>(text[i]);
-        if ((next & 0xC0U) != 0x80U) {
-            return 0;
-        }
-        point = point << 6 | (next & 0x3FU);
-    }
-    const bool tooLong = (length == 3 && point < 0x800) || (length == 4 && point < 0x10000);
-    const bool surrogate = point >= 0xD800 && point <= 0xDFFF;
-    const bool noCharacter = point == 0xFFFE || point == 0xFFFF || point > 0x10FFFF;
-    return tooLong || surrogate || noCharacter ? 0 : length;
-}
-
 std::string_view ReferenceFor(char c) {
     switch (c) {
     case '&':
@@ -84,11 +64,12 @@ void InPieces(std::string_view value, const XmlColumn::Spill& spill, const Appen
 
 } // namespace
 
-bool IsUtf8(std::string_view text) {
+bool IsXmlUtf8(std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {
         const bool single = static_cast<unsigned char>(text[i]) < 0x80;
-        const std::size_t length = single ? 1 : SequenceLength(text.substr(i));
-        if (length == 0) {
+        const std::size_t length = single ? 1 : text::CharacterLength(text.substr(i));
+        const std::string_view character = text.substr(i, length);
+        if (length == 0 || character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF") { // U+FFFE, U+FFFF
             return false;
         }
         i += length;
@@ -137,7 +118,7 @@ void XmlColumn::AppendReal(std::string& out, double number) const {
 
 void XmlColumn::AppendText(std::string& out, std::string_view text, const Spill& spill) const {
     const std::uint8_t classes = ClassesOf(text);
-    if ((classes & Forbidden) != 0 || ((classes & Multibyte) != 0 && !IsUtf8(text))) {
+    if ((classes & Forbidden) != 0 || ((classes & Multibyte) != 0 && !IsXmlUtf8(text))) {
         AppendBytes(out, text, spill);
         return;
     }

@@ -12,7 +12,7 @@ namespace qndr::suite {
 void AppendXmlText(std::string& out, std::string_view text);
 
 /// Whether the text is UTF-8 of characters that XML knows; control characters are not looked at.
-bool IsUtf8(std::string_view text);
+bool IsXmlUtf8(std::string_view text);
 
 /// The element of one column of an exchange file, and the forms in which a value stands in it.
 class XmlColumn {

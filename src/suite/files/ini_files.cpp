@@ -3,6 +3,7 @@
 #include "services/failure.h"
 #include "suite/computer/file_calls.h"
 #include "suite/files/file_writing.h"
+#include "text/editing.h"
 
 // Text stays UTF-8, so the conversions, which need a source file that not every platform ships, are left out.
 #define SI_NO_CONVERSION
@@ -16,6 +17,7 @@ namespace {
 using services::Failure;
 
 constexpr std::size_t kLargestFile = 1024 * 1024;
+constexpr std::string_view kBlanks = " \t";
 
 /// UTF-8, one value a key, no values over several lines.
 class IniText : public CSimpleIniA {
@@ -51,12 +53,6 @@ bool LoadIni(const std::string& path, IniText& ini) {
     return text && text->find('\0') == std::string::npos && ini.LoadData(*text) >= 0;
 }
 
-std::string Trimmed(const std::string& text) {
-    constexpr const char* blanks = " \t";
-    const std::size_t first = text.find_first_not_of(blanks);
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 } // namespace
 
 std::string DiskIniTools::GetValue(const std::string& section, const std::string& key, const std::string& fallback,
@@ -66,7 +62,7 @@ std::string DiskIniTools::GetValue(const std::string& section, const std::string
         return fallback;
     }
     const char* value = ini.GetValue(section.c_str(), key.c_str(), nullptr);
-    return value == nullptr ? fallback : Trimmed(value);
+    return value == nullptr ? fallback : text::Trimmed(value, kBlanks);
 }
 
 void DiskIniTools::SetValue(const std::string& section, const std::string& key, const std::string& value,
@@ -85,7 +81,8 @@ void DiskIniTools::SetValue(const std::string& section, const std::string& key, 
         fail("this is no INI file");
     }
     std::string text;
-    if (ini.SetValue(section.c_str(), key.c_str(), Trimmed(value).c_str()) < 0 || ini.Save(text) < 0) {
+    if (ini.SetValue(section.c_str(), key.c_str(), text::Trimmed(value, kBlanks).c_str()) < 0 ||
+        ini.Save(text) < 0) {
         fail("it cannot be put into the file");
     }
     if (const std::string words = ReplaceFile(file, text); !words.empty()) {

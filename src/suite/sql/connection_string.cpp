@@ -1,6 +1,7 @@
 #include "suite/sql/connection_string.h"
 
 #include "services/failure.h"
+#include "text/editing.h"
 #include "text/letter_case.h"
 #include "text/utf8_path.h"
 
@@ -14,14 +15,7 @@ namespace {
 
 using services::Failure;
 
-std::string_view Trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
+constexpr std::string_view Blanks = " \t\r\n";
 
 /// Takes one value and the semicolon behind it from the front of the text.
 std::string TakeValue(std::string_view& text) {
@@ -38,7 +32,7 @@ std::string TakeValue(std::string_view& text) {
         text.remove_prefix(std::min(text.find(';'), text.size()));
     } else {
         const std::size_t end = std::min(text.find(';'), text.size());
-        value = Trimmed(text.substr(0, end));
+        value = text::Trimmed(text.substr(0, end), Blanks);
         text.remove_prefix(end);
     }
     if (!text.empty()) {
@@ -60,7 +54,7 @@ std::optional<std::string> FindSqliteFile(std::string_view text) {
             text.remove_prefix(end + 1);
             continue;
         }
-        const std::string key = text::ToLowerCase(Trimmed(text.substr(0, end)));
+        const std::string key = text::ToLowerCase(text::Trimmed(text.substr(0, end), Blanks));
         text.remove_prefix(end + 1);
         const std::string value = TakeValue(text);
         if (key == "provider") {
@@ -97,7 +91,7 @@ std::string ResolveConnectionString(const std::string& connectionString, const s
 
 std::string SqliteConnectionString(const std::string& file) {
     std::string value = file;
-    if (file.find_first_of(";\"'") != std::string::npos || Trimmed(file) != file) {
+    if (file.find_first_of(";\"'") != std::string::npos || text::Trimmed(file, Blanks) != file) {
         value = "\"";
         for (const char c : file) {
             value.append(c == '"' ? 2 : 1, c);

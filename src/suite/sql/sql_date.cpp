@@ -7,7 +7,6 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <string_view>
 
 namespace qndr::sql {
@@ -66,14 +65,6 @@ Date AddMonths(const Date& date, std::int64_t months) {
 
 } // namespace
 
-std::string FormatDatabaseDate(const Date& date) {
-    const CivilTime civil = date.Civil();
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%04d%02d%02d %02d:%02d:%02d", civil.year, civil.month, civil.day,
-                  civil.hour, civil.minute, civil.second);
-    return text.data();
-}
-
 Date DateAdd(std::string_view partName, std::int64_t number, std::string_view dateText) {
     const DatePart& part = FindDatePart(partName);
     const auto date = ParseDate(dateText);
@@ -97,8 +88,7 @@ Date DateAdd(std::string_view partName, std::int64_t number, std::string_view da
 }
 
 Date UtcNow(const services::Clock& clock) {
-    const services::TimeZoneInformation zone = clock.GetTimeZoneInformation();
-    return clock.Now().AddMinutes(zone.bias + (zone.state == 2 ? zone.daylightBias : zone.standardBias));
+    return clock.Now().AddMinutes(clock.GetTimeZoneInformation().MinutesToUtc());
 }
 
 } // namespace qndr::sql

@@ -9,9 +9,6 @@
 
 namespace qndr::sql {
 
-/// The form in which the databases store dates: "yyyymmdd hh:nn:ss". Texts of this form sort as their dates.
-std::string FormatDatabaseDate(const Date& date);
-
 /// The present moment in UTC: local time with the bias that is in force now.
 Date UtcNow(const services::Clock& clock);
 

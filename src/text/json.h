@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-namespace qndr::control {
+namespace qndr::text {
 
 /// A moment in UTC, as text in the general date format: machines get it with its zone.
 struct UtcMoment {
@@ -60,7 +60,7 @@ class Json {
         value_;
 };
 
-/// The number of bytes of the UTF-8 character at the start of `text`, 0 when there is no valid one.
-std::size_t Utf8CharacterLength(std::string_view text);
+/// Appends a text as JSON has it, between quotes. Bytes that are no UTF-8 become U+FFFD.
+void AppendJsonText(std::string& out, std::string_view text);
 
-} // namespace qndr::control
+} // namespace qndr::text

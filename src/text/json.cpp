@@ -1,65 +1,33 @@
-#include "programs/qndr5ctl/json.h"
+#include "text/json.h"
+
+#include "text/utf8.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
-namespace qndr::control {
+namespace qndr::text {
 
-namespace {
-
-constexpr std::string_view ReplacementCharacter = "\xEF\xBF\xBD";
-
-void WriteString(std::string_view text, std::string& target) {
-    target += '"';
+void AppendJsonText(std::string& out, std::string_view text) {
+    constexpr std::string_view HexDigits = "0123456789abcdef";
+    constexpr std::string_view ReplacementCharacter = "\xEF\xBF\xBD";
+    out += '"';
     while (!text.empty()) {
-        const std::size_t length = Utf8CharacterLength(text);
+        const std::size_t length = CharacterLength(text);
         const auto byte = static_cast<unsigned char>(text.front());
         if (length == 0) {
-            target += ReplacementCharacter;
+            out += ReplacementCharacter;
         } else if (byte == '"' || byte == '\\') {
-            target += '\\';
-            target += text.front();
-        } else if (byte < 0x20 || byte == 0x7F) {
-            std::array<char, 8> escape{};
-            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(byte));
-            target += escape.data();
+            out += '\\';
+            out += text.front();
+        } else if (byte < 0x20) {
+            out += "\\u00";
+            out += HexDigits[byte >> 4];
+            out += HexDigits[byte & 15U];
         } else {
-            target += text.substr(0, length);
+            out += text.substr(0, length);
         }
         text.remove_prefix(length == 0 ? 1 : length);
     }
-    target += '"';
-}
-
-} // namespace
-
-std::size_t Utf8CharacterLength(std::string_view text) {
-    const auto at = [&](std::size_t index) -> unsigned { return static_cast<unsigned char>(text[index]); };
-    if (text.empty()) {
-        return 0;
-    }
-    const unsigned first = at(0);
-    if (first < 0x80) {
-        return 1;
-    }
-    const std::size_t length = first >= 0xC2 && first < 0xE0   ? 2
-                               : first >= 0xE0 && first < 0xF0 ? 3
-                               : first >= 0xF0 && first < 0xF5 ? 4
-                                                               : 0;
-    if (length == 0 || text.size() < length) {
-        return 0;
-    }
-    for (std::size_t index = 1; index < length; ++index) {
-        if ((at(index) & 0xC0U) != 0x80) {
-            return 0;
-        }
-    }
-    const unsigned second = at(1);
-    const bool overlong = (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90);
-    const bool surrogate = first == 0xED && second >= 0xA0;
-    const bool beyond = first == 0xF4 && second >= 0x90;
-    return overlong || surrogate || beyond ? 0 : length;
+    out += '"';
 }
 
 Json Json::Object() {
@@ -111,16 +79,16 @@ std::string Json::ToPlainText() const {
 
 void Json::WriteTo(std::string& target) const {
     if (const auto* text = std::get_if<std::string>(&value_)) {
-        WriteString(*text, target);
+        AppendJsonText(target, *text);
     } else if (const auto* moment = std::get_if<UtcMoment>(&value_)) {
         std::string zoned = moment->text + "Z";
         std::replace(zoned.begin(), zoned.end(), ' ', 'T');
-        WriteString(zoned, target);
+        AppendJsonText(target, zoned);
     } else if (const auto* members = std::get_if<Members>(&value_)) {
         const char* separator = "{";
         for (const auto& [name, value] : *members) {
             target += separator;
-            WriteString(name, target);
+            AppendJsonText(target, name);
             target += ": ";
             value.WriteTo(target);
             separator = ", ";
@@ -141,4 +109,4 @@ void Json::WriteTo(std::string& target) const {
     }
 }
 
-} // namespace qndr::control
+} // namespace qndr::text
