@@ -1,6 +1,7 @@
 #include "changes/apply_changes_from_main.h"
 
 #include "changes/clear_tables_before_reset.h"
+#include "services/company_numbers.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
 #include "shared/records.h"
@@ -11,7 +12,6 @@
 #include "syncfiles/identity.h"
 #include "syncfiles/import.h"
 #include "syncfiles/packaging.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr {
 namespace {

@@ -1,5 +1,6 @@
 #include "changes/apply_changes_from_roaming_workstations.h"
 
+#include "services/company_numbers.h"
 #include "shared/dates.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
@@ -11,7 +12,6 @@
 #include "syncfiles/import.h"
 #include "syncfiles/packaging.h"
 #include "syncfiles/query_rows.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr {
 namespace {

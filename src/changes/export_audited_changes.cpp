@@ -1,6 +1,7 @@
 #include "changes/export_audited_changes.h"
 
 #include "changes/order_backups.h"
+#include "services/company_numbers.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
 #include "shared/records.h"
@@ -14,11 +15,6 @@
 
 namespace qndr {
 namespace {
-
-// What `AuditLog.AuditType` says. Stored: never change.
-constexpr std::int16_t AuditInsert = 1;
-constexpr std::int16_t AuditUpdate = 2;
-constexpr std::int16_t AuditDelete = 3;
 
 /// Backs every order of the range up once, whatever happened to it. The backups use the engine's pending list,
 /// which is empty afterwards.
@@ -89,7 +85,7 @@ bool ExportAuditedChanges(AgentContext& context, const std::string& folder, Sync
 
 void ExportAuditRecord(AgentContext& context, const std::string& tableName, const services::Node* record) {
     switch (GetNodeInteger("AuditType", record, 0)) {
-    case AuditInsert:
+    case AuditInsertion:
     case AuditUpdate:
         Attempt([&] {
             context.CurrentEngine().AddToExport(tableName,
@@ -97,7 +93,7 @@ void ExportAuditRecord(AgentContext& context, const std::string& tableName, cons
                                                              tableName, GetNodeLong("RecordID", record, 0)));
         });
         break;
-    case AuditDelete:
+    case AuditDeletion:
         Attempt([&] {
             context.CurrentEngine().AddToExport(
                 tableName,

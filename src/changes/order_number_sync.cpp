@@ -1,11 +1,11 @@
 #include "changes/order_number_sync.h"
 
+#include "services/company_numbers.h"
 #include "services/record_document.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
 #include "shared/records.h"
 #include "syncfiles/query_rows.h"
-#include "syncfiles/sync_state.h"
 
 #include <string>
 

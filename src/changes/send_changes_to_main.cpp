@@ -1,13 +1,13 @@
 #include "changes/send_changes_to_main.h"
 
 #include "changes/export_audited_changes.h"
+#include "services/company_numbers.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
 #include "shared/sync_log.h"
 #include "syncfiles/failed_update.h"
 #include "syncfiles/packaging.h"
 #include "syncfiles/routing.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr {
 namespace {

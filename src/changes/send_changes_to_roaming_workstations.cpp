@@ -2,6 +2,7 @@
 
 #include "changes/export_audited_changes.h"
 #include "initial/export_reset_data.h"
+#include "services/company_numbers.h"
 #include "shared/dates.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
@@ -11,7 +12,6 @@
 #include "syncfiles/packaging.h"
 #include "syncfiles/query_rows.h"
 #include "syncfiles/routing.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr {
 namespace {

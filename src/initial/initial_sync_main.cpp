@@ -1,6 +1,7 @@
 #include "initial/initial_sync_main.h"
 
 #include "initial/export_initial_sync_data.h"
+#include "services/company_numbers.h"
 #include "services/variant.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
@@ -12,7 +13,6 @@
 #include "syncfiles/packaging.h"
 #include "syncfiles/query_rows.h"
 #include "syncfiles/routing.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr {
 namespace {

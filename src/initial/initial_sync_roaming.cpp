@@ -1,5 +1,6 @@
 #include "initial/initial_sync_roaming.h"
 
+#include "services/company_numbers.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
 #include "shared/records.h"
@@ -9,7 +10,6 @@
 #include "syncfiles/import.h"
 #include "syncfiles/packaging.h"
 #include "syncfiles/routing.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr {
 namespace {

@@ -1,5 +1,6 @@
 #include "reset/sync_reset_roaming.h"
 
+#include "services/company_numbers.h"
 #include "shared/dates.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
@@ -10,7 +11,6 @@
 #include "syncfiles/import.h"
 #include "syncfiles/packaging.h"
 #include "syncfiles/routing.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr {
 namespace {

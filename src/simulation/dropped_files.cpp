@@ -1,11 +1,11 @@
 #include "simulation/dropped_files.h"
 
+#include "services/company_numbers.h"
 #include "shared/agent_context.h"
 #include "simulation/sync_folders.h"
 #include "suite/files/zip_archive.h"
 #include "syncfiles/descriptor.h"
 #include "syncfiles/packaging.h"
-#include "syncfiles/sync_state.h"
 
 #include <filesystem>
 #include <fstream>

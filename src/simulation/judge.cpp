@@ -1,7 +1,7 @@
 #include "simulation/judge.h"
 
+#include "services/company_numbers.h"
 #include "syncfiles/descriptor.h"
-#include "syncfiles/sync_state.h"
 #include "text/letter_case.h"
 
 #include <algorithm>
@@ -178,11 +178,21 @@ void Judge::CompareStates(std::size_t workstation, const End& before, const End&
     if (before.state == now.state) {
         return;
     }
-    const std::set<std::pair<std::int64_t, std::int64_t>> roaming{{1, 2}, {2, 4}, {5, 6}, {6, 4}};
-    const std::set<std::pair<std::int64_t, std::int64_t>> main{{1, 3}, {4, 6}, {5, 6}, {6, 5}, {5, 4}};
+    const std::set<std::pair<std::int64_t, std::int64_t>> roaming{
+        {SyncStateInitialSyncRequired, SyncStateInitialSyncRequested},
+        {SyncStateInitialSyncRequested, SyncStateReady},
+        {SyncStateResetRequested, SyncStateResetPending},
+        {SyncStateResetPending, SyncStateReady}};
+    const std::set<std::pair<std::int64_t, std::int64_t>> main{
+        {SyncStateInitialSyncRequired, SyncStateInitialSyncSent},
+        {SyncStateReady, SyncStateResetPending},
+        {SyncStateResetRequested, SyncStateResetPending},
+        {SyncStateResetPending, SyncStateResetRequested},
+        {SyncStateResetRequested, SyncStateReady}};
     const std::pair move(before.state, now.state);
     // A request and an acknowledge are taken in any state.
-    if (AtMain() ? !main.contains(move) && now.state != 1 && now.state != 4 : !roaming.contains(move)) {
+    if (AtMain() ? !main.contains(move) && now.state != SyncStateInitialSyncRequired && now.state != SyncStateReady
+                 : !roaming.contains(move)) {
         Accuse("the state of " + computers_[workstation]->Name() + " went from " + std::to_string(before.state) +
                " to " + std::to_string(now.state));
     }

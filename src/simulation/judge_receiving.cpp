@@ -1,6 +1,6 @@
+#include "services/company_numbers.h"
 #include "simulation/judge.h"
 #include "syncfiles/descriptor.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr::simulation {
 namespace {

@@ -1,8 +1,8 @@
+#include "services/company_numbers.h"
 #include "simulation/judge.h"
 #include "simulation/users.h"
 #include "suite/schema/company_schema.h"
 #include "syncfiles/descriptor.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr::simulation {
 namespace {
@@ -91,7 +91,7 @@ void Judge::DemandChanges(const std::string& name, std::int64_t from, std::int64
     while (changes.Step()) {
         const std::string table(changes.Text(0));
         const std::string id(changes.Text(1));
-        const bool deleted = changes.Integer(2) == 3;
+        const bool deleted = changes.Integer(2) == AuditDeletion;
         const bool stands = company.Number("SELECT COUNT(*) FROM " + table + " WHERE UniqueID = '" + id +
                                            "' AND ID = " + std::to_string(changes.Integer(3))) != 0;
         const bool isMissing = stands ? Lacks(file, table, id) : deleted && !file.Carries(RowMark + id);

@@ -1,3 +1,4 @@
+#include "services/company_numbers.h"
 #include "simulation/agreement.h"
 #include "simulation/simulation.h"
 
@@ -96,7 +97,7 @@ void Simulation::Mend(std::size_t place) {
     }
     const auto [laptop, row] = judge_->States(place);
     const sql::Connection& company = stations_[place].computer->Company();
-    if ((laptop == 4 || laptop == 6) && row >= 4) {
+    if ((laptop == SyncStateReady || laptop == SyncStateResetPending) && row >= SyncStateReady) {
         chronicle_.Note(name, "is mended by a reset");
         suite::RequestReset(company);
     } else {

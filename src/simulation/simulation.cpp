@@ -1,5 +1,6 @@
 #include "simulation/simulation.h"
 
+#include "services/company_numbers.h"
 #include "services/failure.h"
 #include "shared/failure_rule.h"
 #include "shared/settings.h"
@@ -119,7 +120,8 @@ void Simulation::LiveThrough(std::int64_t minutes) {
 
 /// What people do since the last pass of any computer, and what happens to the one that wakes.
 void Simulation::ActAround(std::size_t place) {
-    if (stations_[0].computer->Number("SELECT COUNT(*) FROM RoamingWorkstations WHERE SyncState <> 4") == 0) {
+    if (stations_[0].computer->Number("SELECT COUNT(*) FROM RoamingWorkstations WHERE SyncState <> " +
+                                      std::to_string(SyncStateReady)) == 0) {
         users_->BeginOrders();
     }
     for (std::int64_t edits = random_.Below(4); edits > 0; --edits) {
@@ -130,7 +132,7 @@ void Simulation::ActAround(std::size_t place) {
         }
     }
     SimulatedComputer& computer = *stations_[place].computer;
-    if (place != 0 && random_.Chance(plan_.Rate(Fault::Reset)) && judge_->States(place).first == 4 &&
+    if (place != 0 && random_.Chance(plan_.Rate(Fault::Reset)) && judge_->States(place).first == SyncStateReady &&
         !stations_[place].below->IsClosedToUsers()) {
         chronicle_.NoteFault(computer.Name(), "reset", "asks for a reset");
         suite::RequestReset(computer.Company());

@@ -1,5 +1,7 @@
 #include "simulation/users.h"
 
+#include "services/company_numbers.h"
+
 #include <set>
 
 namespace qndr::simulation {
@@ -40,7 +42,8 @@ Users::Users(std::vector<SimulatedComputer*> computers, SeededRandom random, Chr
 
 void Users::Edit(std::size_t computer) {
     // A workstation holds nothing before its first data, and what is entered then would not travel.
-    if (!computers_[computer]->IsMain() && computers_[computer]->Number("SELECT SyncState FROM Company") < 4) {
+    if (!computers_[computer]->IsMain() &&
+        computers_[computer]->Number("SELECT SyncState FROM Company") < SyncStateReady) {
         return;
     }
     const Row row = rows_[static_cast<std::size_t>(random_.Below(static_cast<std::int64_t>(rows_.size())))];

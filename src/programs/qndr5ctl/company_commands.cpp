@@ -3,13 +3,13 @@
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/sync_words.h"
 #include "programs/qndr5ctl/whole_number.h"
+#include "services/company_numbers.h"
 #include "services/failure.h"
 #include "shared/dates.h"
 #include "suite/admin/company_creation.h"
 #include "suite/admin/provisioning.h"
 #include "suite/admin/sample_data.h"
 #include "suite/engine/given_up_changes.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr::control {
 
@@ -60,8 +60,9 @@ void AddState(Facts& facts, std::int64_t state, const std::string& words) {
 void AddResets(const OpenedCompany& company, const ControlContext& context, Facts& facts) {
     const Date now = LocalToUtc(context.services, context.services.clock.Now());
     auto row = company.Database().Prepare(
-        "SELECT Name, SyncState, LastReceivedFrom FROM RoamingWorkstations WHERE SyncState IN (5, 6)"
-        " ORDER BY Name, ID");
+        suite::WithNumbers("SELECT Name, SyncState, LastReceivedFrom FROM RoamingWorkstations WHERE SyncState IN "
+                           "({ResetRequested}, {ResetPending})"
+                           " ORDER BY Name, ID"));
     Listing listing({{"", "name"}, {"", "stateText"}});
     while (row.Step()) {
         const std::string words = WordsForWorkstation(row.Integer(1), std::string(row.Text(2)), now);

@@ -2,10 +2,10 @@
 #include "programs/qndr5ctl/commands.h"
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
+#include "services/company_numbers.h"
 #include "services/failure.h"
 #include "suite/admin/conflicts.h"
 #include "suite/engine/given_up_changes.h"
-#include "syncfiles/sync_state.h"
 
 #include <algorithm>
 

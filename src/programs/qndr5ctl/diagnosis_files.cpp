@@ -1,7 +1,7 @@
 #include "programs/qndr5ctl/diagnosis_sections.h"
+#include "services/company_numbers.h"
 #include "shared/dates.h"
 #include "shared/records.h"
-#include "syncfiles/sync_state.h"
 #include "text/editing.h"
 #include "text/letter_case.h"
 

@@ -1,7 +1,7 @@
 #include "programs/qndr5ctl/diagnosis_sections.h"
 #include "programs/qndr5ctl/sync_words.h"
+#include "services/company_numbers.h"
 #include "shared/records.h"
-#include "syncfiles/sync_state.h"
 
 #include <algorithm>
 #include <map>

@@ -1,6 +1,6 @@
 #include "programs/qndr5ctl/diagnosis_sections.h"
+#include "services/company_numbers.h"
 #include "shared/records.h"
-#include "syncfiles/sync_state.h"
 
 #include <algorithm>
 

@@ -1,12 +1,12 @@
 #include "programs/qndr5ctl/opened_company.h"
 
 #include "programs/qndr5ctl/sync_words.h"
+#include "services/company_numbers.h"
 #include "services/failure.h"
 #include "suite/admin/company_creation.h"
 #include "suite/objects/company_library.h"
 #include "suite/objects/company_manager.h"
 #include "suite/schema/company_versions.h"
-#include "syncfiles/sync_state.h"
 
 namespace qndr::control {
 

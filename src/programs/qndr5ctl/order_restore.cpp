@@ -15,14 +15,6 @@ const suite::Table& TableOf(std::string_view name) {
     return *suite::FindAuditedTable(name);
 }
 
-/// The number of an order was queued before its first backup was made; a row that is made anew must not queue it
-/// a second time.
-void MarkNumberAsQueued(const sql::Connection& company, const std::string& uniqueID) {
-    sql::Statement update = company.Prepare("UPDATE Orders SET SyncState = 1 WHERE UniqueID = ?1");
-    update.Bind(1, uniqueID);
-    update.Step();
-}
-
 RestoreResult::Order WriteOrder(const sql::Connection& company, const suite::Row& order) {
     const suite::Table& table = TableOf("Orders");
     switch (suite::UpdateRow(company, table, order.uniqueID, order.values)) {
@@ -33,8 +25,7 @@ RestoreResult::Order WriteOrder(const sql::Connection& company, const suite::Row
     case RowChange::NoRow:
         break;
     }
-    suite::InsertRow(company, table, order.uniqueID, order.values);
-    MarkNumberAsQueued(company, order.uniqueID);
+    suite::InsertQueuedRow(company, table, order.uniqueID, order.values);
     return RestoreResult::Order::MadeAnew;
 }
 

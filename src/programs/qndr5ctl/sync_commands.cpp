@@ -3,10 +3,10 @@
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/sync_words.h"
 #include "programs/qndr5ctl/taken_out_files.h"
+#include "services/company_numbers.h"
 #include "services/failure.h"
 #include "suite/admin/provisioning.h"
 #include "suite/engine/given_up_changes.h"
-#include "syncfiles/sync_state.h"
 #include "text/letter_case.h"
 
 namespace qndr::control {

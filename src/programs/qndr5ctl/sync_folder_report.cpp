@@ -1,8 +1,8 @@
 #include "programs/qndr5ctl/sync_folder_report.h"
 
 #include "programs/qndr5ctl/sync_words.h"
+#include "services/company_numbers.h"
 #include "shared/records.h"
-#include "syncfiles/sync_state.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,10 +1,10 @@
 #include "programs/qndr5ctl/sync_words.h"
 
+#include "services/company_numbers.h"
 #include "services/failure.h"
 #include "shared/settings.h"
 #include "suite/admin/company_creation.h"
 #include "syncfiles/descriptor.h"
-#include "syncfiles/sync_state.h"
 
 #include <string_view>
 

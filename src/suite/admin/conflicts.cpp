@@ -46,23 +46,6 @@ void Mark(const sql::Connection& connection, std::int64_t id, ConflictState stat
     statement.Step();
 }
 
-/// Makes a row anew. An order's number was queued for main when the order was made; it must not be queued again.
-void InsertQueuedRow(const sql::Connection& connection, const Conflict& conflict) {
-    InsertRow(connection, *conflict.table, conflict.uniqueID, *conflict.losing);
-    for (const Column& column : conflict.table->columns) {
-        if (column.local && column.name == SyncStateColumn) {
-            sql::Statement statement = connection.Prepare("UPDATE \"" + std::string(conflict.table->name) +
-                                                          "\" SET SyncState = 1 WHERE UniqueID = ?1");
-            statement.Bind(1, conflict.uniqueID);
-            statement.Step();
-        }
-    }
-}
-
-// AuditLog.AuditType. Stored: never change.
-constexpr std::int64_t AuditUpdate = 2;
-constexpr std::int64_t AuditDelete = 3;
-
 /// Writes the audit row that sends what stands here already. The row of a deletion is gone, and with it its local
 /// key, which no deletion needs on its way.
 void SendAgain(const sql::Connection& connection, const Conflict& conflict) {
@@ -75,7 +58,7 @@ void SendAgain(const sql::Connection& connection, const Conflict& conflict) {
              ? "SELECT ?1, ID, ?2, GETUTCDATE(), UniqueID, " + data + " FROM \"" + table + "\" WHERE UniqueID = ?3"
              : std::string("VALUES (?1, 0, ?2, GETUTCDATE(), ?3, NULL)")));
     audit.Bind(1, conflict.table->name);
-    audit.Bind(2, conflict.losing ? AuditUpdate : AuditDelete);
+    audit.Bind(2, conflict.losing ? AuditUpdate : AuditDeletion);
     audit.Bind(3, conflict.uniqueID);
     audit.Step();
 }
@@ -101,7 +84,7 @@ Restoration Restore(const sql::Connection& connection, const Conflict& conflict)
     case RowChange::NoRow:
         break;
     }
-    InsertQueuedRow(connection, conflict);
+    InsertQueuedRow(connection, *conflict.table, conflict.uniqueID, *conflict.losing);
     return Restoration::Inserted;
 }
 

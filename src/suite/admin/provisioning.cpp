@@ -10,12 +10,6 @@ namespace {
 
 using services::Failure;
 
-// Values of Company.SyncState that the application writes or asks for. Stored: never change.
-constexpr std::int64_t InitialSyncRequired = 1;
-constexpr std::int64_t Ready = 4;
-constexpr std::int64_t ResetRequested = 5;
-constexpr std::int64_t ResetPending = 6;
-
 constexpr int HighestReferenceCode = 255;
 
 void RequireType(const sql::Connection& company, int type) {
@@ -105,7 +99,7 @@ std::uint8_t AddWorkstation(const sql::Connection& main, const sql::Connection& 
     insert.Bind(2, CompanyText(roaming, "Name"));
     insert.Bind(3, code);
     insert.Step();
-    SetCompanySyncState(roaming, InitialSyncRequired);
+    SetCompanySyncState(roaming, SyncStateInitialSyncRequired);
     // Main first: a request from a workstation that main does not know would lie in the Sync folder unheard.
     onMain.Commit();
     onRoaming.Commit();
@@ -115,7 +109,7 @@ std::uint8_t AddWorkstation(const sql::Connection& main, const sql::Connection& 
 bool RequestInitialSync(const sql::Connection& roaming) {
     sql::Transaction transaction(roaming, sql::Transaction::Kind::Write);
     RequireType(roaming, RoamingCompanyType);
-    SetCompanySyncState(roaming, InitialSyncRequired);
+    SetCompanySyncState(roaming, SyncStateInitialSyncRequired);
     const bool hasRunBefore = !CompanyText(roaming, "MainUniqueID").empty();
     transaction.Commit();
     return hasRunBefore;
@@ -127,9 +121,10 @@ void ResetCountersOf(const sql::Connection& main, const std::string& workstation
     if (!WorkstationExists(main, "UniqueID", std::string_view(workstationUniqueID))) {
         throw Failure("the main company knows no workstation " + workstationUniqueID);
     }
-    sql::Statement update =
-        main.Prepare("UPDATE RoamingWorkstations SET NextSequenceToRoaming = 0, NextSequenceFromRoaming = 0,"
-                     " SyncState = CASE WHEN SyncState IN (4, 5, 6) THEN 0 ELSE SyncState END WHERE UniqueID = ?");
+    sql::Statement update = main.Prepare(
+        WithNumbers("UPDATE RoamingWorkstations SET NextSequenceToRoaming = 0, NextSequenceFromRoaming = 0,"
+                    " SyncState = CASE WHEN SyncState IN ({Ready}, {ResetRequested}, {ResetPending}) THEN 0 ELSE "
+                    "SyncState END WHERE UniqueID = ?"));
     update.Bind(1, workstationUniqueID);
     update.Step();
     transaction.Commit();
@@ -139,14 +134,14 @@ void RequestReset(const sql::Connection& roaming) {
     sql::Transaction transaction(roaming, sql::Transaction::Kind::Write);
     RequireType(roaming, RoamingCompanyType);
     const std::int64_t state = roaming.Number("SELECT SyncState FROM Company");
-    if (state != Ready && state != ResetPending) {
+    if (state != SyncStateReady && state != SyncStateResetPending) {
         throw Failure(
             "a reset can be asked for only by a workstation that is ready or waits for one; its state is " +
             std::to_string(state));
     }
     SetCompanyOption(roaming, RoamingSection, ResetRequestedAt,
                      std::to_string(state) + " " + CountersText(roaming));
-    SetCompanySyncState(roaming, ResetRequested);
+    SetCompanySyncState(roaming, SyncStateResetRequested);
     transaction.Commit();
 }
 
@@ -154,9 +149,9 @@ void CancelReset(const sql::Connection& roaming) {
     sql::Transaction transaction(roaming, sql::Transaction::Kind::Write);
     RequireType(roaming, RoamingCompanyType);
     const std::int64_t state = roaming.Number("SELECT SyncState FROM Company");
-    if (state != ResetRequested) {
-        throw Failure(state == ResetPending ? "the request has left: the reset takes its course"
-                                            : "no reset is asked for");
+    if (state != SyncStateResetRequested) {
+        throw Failure(state == SyncStateResetPending ? "the request has left: the reset takes its course"
+                                                     : "no reset is asked for");
     }
     const std::string before = GetCompanyOption(roaming, RoamingSection, ResetRequestedAt).value_or("");
     for (const std::int64_t earlier : {Ready, ResetPending}) {

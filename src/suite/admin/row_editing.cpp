@@ -1,6 +1,7 @@
 #include "suite/admin/row_editing.h"
 
 #include "suite/schema/company_ddl.h"
+#include "suite/schema/vocabulary.h"
 #include "text/letter_case.h"
 #include "text/sql_name.h"
 
@@ -178,6 +179,21 @@ void InsertRow(const sql::Connection& connection, const Table& table, std::strin
     statement.Bind(1, uniqueID);
     BindValues(statement, values);
     statement.Step();
+}
+
+void InsertQueuedRow(const sql::Connection& connection, const Table& table, std::string_view uniqueID,
+                     const std::vector<ColumnValue>& values) {
+    InsertRow(connection, table, uniqueID, values);
+    for (const Column& column : table.columns) {
+        if (column.local && column.name == SyncStateColumn) {
+            sql::Statement statement =
+                connection.Prepare("UPDATE " + text::QuotedName(table.name) + " SET " +
+                                   text::QuotedName(column.name) + " = ?2 WHERE UniqueID = ?1");
+            statement.Bind(1, uniqueID);
+            statement.Bind(2, NumberQueued);
+            statement.Step();
+        }
+    }
 }
 
 RowChange DeleteRow(const sql::Connection& connection, const Table& table, std::string_view uniqueID) {

@@ -61,6 +61,10 @@ RowChange UpdateRow(const sql::Connection& connection, const Table& table, std::
 /// Raises services::Failure when there is a row with this UniqueID.
 void InsertRow(const sql::Connection& connection, const Table& table, std::string_view uniqueID,
                const std::vector<ColumnValue>& values);
+/// InsertRow for a row that was there before. An order's number was queued for main when the order was made first;
+/// it is not queued again.
+void InsertQueuedRow(const sql::Connection& connection, const Table& table, std::string_view uniqueID,
+                     const std::vector<ColumnValue>& values);
 /// Changed or NoRow.
 RowChange DeleteRow(const sql::Connection& connection, const Table& table, std::string_view uniqueID);
 

@@ -72,7 +72,8 @@ void KeepNotedChanges(const sql::Connection& connection) {
 } // namespace
 
 bool IsResetPending(const sql::Connection& connection) {
-    return connection.Number("SELECT CompanyType = 2 AND SyncState = 6 FROM Company") != 0;
+    return connection.Number(
+               WithNumbers("SELECT CompanyType = {Roaming} AND SyncState = {ResetPending} FROM Company")) != 0;
 }
 
 std::vector<GivenUpChange> FindChangesAtStake(const sql::Connection& connection) {

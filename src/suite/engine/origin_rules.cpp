@@ -54,8 +54,7 @@ OriginRules::Newest OriginRules::NewestAudit(std::string_view table, std::string
     newest_.Bind(2, uniqueID);
     Newest newest;
     if (newest_.Step()) {
-        newest = {newest_.Integer(0), std::string(newest_.Text(1)),
-                  newest_.Integer(2) == static_cast<std::int64_t>(AuditType::Deletion)};
+        newest = {newest_.Integer(0), std::string(newest_.Text(1)), newest_.Integer(2) == AuditDeletion};
     }
     newest_.Reset();
     return newest;

@@ -1,12 +1,10 @@
 #include "suite/exchange/import_reader.h"
 
 #include "services/failure.h"
+#include "suite/exchange/import_values.h"
 #include "text/base64.h"
 #include "text/letter_case.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
 #include <limits>
 #include <utility>
 
@@ -27,11 +25,6 @@ constexpr int FormatVersion = 1;
 constexpr std::size_t UnknownColumn = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t UniqueIDColumn = UnknownColumn - 1;
 
-/// What every company database has and no file may write to: they are not unknown.
-constexpr std::array<std::string_view, 10> OwnTables = {
-    "cacheProductStyles", "Company",    "RoamingWorkstations", "AuditLog",       "CompanyOptions",
-    "CompanyEvents",      "ImportMark", "ImportConflicts",     "ImportProblems", "SentRanges"};
-
 enum Depth { InDocument = 0, InExchange = 1, InTable = 2, InRecord = 3, InColumn = 4 };
 
 std::string_view Attribute(const char** attributes, std::string_view name) {
@@ -41,17 +34,6 @@ std::string_view Attribute(const char** attributes, std::string_view name) {
         }
     }
     return {};
-}
-
-template <class Number> bool ParseWhole(std::string_view text, Number& number) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size();
-}
-
-/// Text such as "inf" is no number to the database, so it must not become one here.
-bool LooksNumeric(std::string_view text) {
-    const char c = text.empty() ? ' ' : text[text.size() > 1 && text[0] == '-' ? 1 : 0];
-    return (c >= '0' && c <= '9') || c == '.';
 }
 
 } // namespace
@@ -218,9 +200,7 @@ void ImportReader::StartTable(std::string_view name, const char** attributes) {
     const std::string_view table = Attribute(attributes, "Name");
     table_ = FindAuditedTable(table);
     deletion_ = Attribute(attributes, "Deleted") == "1";
-    if (table_ == nullptr && unknownTables_ == UnknownTables::Refuse &&
-        std::none_of(OwnTables.begin(), OwnTables.end(),
-                     [&](auto own) { return text::EqualsWithoutCase(own, table); })) {
+    if (table_ == nullptr && unknownTables_ == UnknownTables::Refuse && !IsClosedToFiles(table)) {
         Refuse("the table '" + std::string(table) + "' is unknown");
     }
     if (table_ != nullptr && table_->columns.size() > std::numeric_limits<std::uint64_t>::digits) {
@@ -356,37 +336,9 @@ void ImportReader::EndColumn() {
         record_.uniqueID = value_.kind == ImportValue::Kind::Null ? TextSpan{} : value_.text;
         return;
     }
-    ConvertValue();
+    ConvertValue(value_, batch_->Text(record_, value_.text), table_->columns[value_.column].type, encoded_);
     record_.columns |= std::uint64_t{1} << value_.column;
     batch_->values.push_back(value_);
-}
-
-void ImportReader::ConvertValue() {
-    if (value_.kind == ImportValue::Kind::Null) {
-        return;
-    }
-    const std::string_view text = batch_->Text(record_, value_.text);
-    switch (table_->columns[value_.column].type) {
-    case ColumnType::Bytes:
-        if (encoded_) {
-            value_.kind = ImportValue::Kind::Bytes;
-        }
-        return;
-    case ColumnType::Integer:
-    case ColumnType::Boolean:
-    case ColumnType::Decimal:
-        if (encoded_ || !LooksNumeric(text)) {
-            return;
-        }
-        if (ParseWhole(text, value_.integer)) {
-            value_.kind = ImportValue::Kind::Integer;
-        } else if (ParseWhole(text, value_.real)) {
-            value_.kind = ImportValue::Kind::Real;
-        }
-        return;
-    default:
-        return;
-    }
 }
 
 void ImportReader::EndRecord() {

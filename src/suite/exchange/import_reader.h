@@ -54,7 +54,6 @@ class ImportReader {
     std::size_t FindColumn(std::string_view name) const;
     std::string ColumnName() const;
     bool Repeats(std::size_t column);
-    void ConvertValue();
     /// Takes the record that a batch breaks off in out of it, for the next one to begin with.
     void SetAside(ImportBatch& batch);
     void TakeUp(ImportBatch& batch);

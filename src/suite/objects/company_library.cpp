@@ -7,6 +7,7 @@
 #include "suite/files/sync_folder_mark.h"
 #include "suite/objects/company_database.h"
 #include "suite/schema/company_events.h"
+#include "suite/schema/vocabulary.h"
 #include "suite/sql/connection_string.h"
 
 namespace qndr::suite {
@@ -263,7 +264,8 @@ void CompanyLibrary::TellOfTrouble() {
 void CompanyLibrary::AwaitFirstData() {
     ComputerTrouble& trouble = state_->trouble;
     try {
-        Connection().Execute("UPDATE Company SET SyncState = 2 WHERE CompanyType = 2 AND SyncState = 4");
+        Connection().Execute(WithNumbers("UPDATE Company SET SyncState = {InitialSyncRequested} WHERE CompanyType "
+                                         "= {Roaming} AND SyncState = {Ready}"));
         trouble.SetLacksFirstData(state_->database.Path(), false);
     } catch (const services::Failure& failure) {
         trouble.Note(std::string("The state of the first exchange could not be stored, and all waits: ") +

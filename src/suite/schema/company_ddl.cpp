@@ -1,5 +1,6 @@
 #include "suite/schema/company_ddl.h"
 
+#include "services/company_numbers.h"
 #include "text/sql_name.h"
 
 #include <algorithm>
@@ -53,13 +54,13 @@ std::string TableScript(const Table& table) {
 }
 
 /// The row that an audit trigger writes. `row` is NEW or OLD.
-std::string AuditStatement(const Table& table, std::string_view auditType, const std::string& row) {
+std::string AuditStatement(const Table& table, AuditType auditType, const std::string& row) {
     const std::string data = table.auditData.empty() ? "NULL" : row + "." + text::QuotedName(table.auditData);
     return "BEGIN\n"
            "  INSERT INTO AuditLog (TableName, RecordID, AuditType, AddedOn, AuditUniqueID, AuditData, Origin, "
            "OriginID)\n"
            "  VALUES ('" +
-           std::string(table.name) + "', " + row + ".ID, " + std::string(auditType) + ", GETUTCDATE(), " + row +
+           std::string(table.name) + "', " + row + ".ID, " + std::to_string(auditType) + ", GETUTCDATE(), " + row +
            ".UniqueID, " + data +
            ",\n    (SELECT Origin FROM ImportMark), (SELECT OriginID FROM ImportMark));\n"
            "END;\n";
@@ -79,10 +80,11 @@ std::string TriggersScript(const Table& table) {
             changes += " OR OLD." + text::QuotedName(column.name) + " IS NOT NEW." + text::QuotedName(column.name);
         }
     }
-    std::string script = TriggerHead(table, "auditInsert", "INSERT") + "\n" + AuditStatement(table, "1", "NEW") +
-                         TriggerHead(table, "auditUpdate", "UPDATE OF " + ExchangedColumnList(table)) +
-                         "\n  AND (" + changes + ")\n" + AuditStatement(table, "2", "NEW") +
-                         TriggerHead(table, "auditDelete", "DELETE") + "\n" + AuditStatement(table, "3", "OLD");
+    std::string script =
+        TriggerHead(table, "auditInsert", "INSERT") + "\n" + AuditStatement(table, AuditInsertion, "NEW") +
+        TriggerHead(table, "auditUpdate", "UPDATE OF " + ExchangedColumnList(table)) + "\n  AND (" + changes +
+        ")\n" + AuditStatement(table, AuditUpdate, "NEW") + TriggerHead(table, "auditDelete", "DELETE") + "\n" +
+        AuditStatement(table, AuditDeletion, "OLD");
     const bool marksImported = std::any_of(table.columns.begin(), table.columns.end(),
                                            [](const Column& column) { return column.name == ImportedColumn; });
     if (marksImported) {

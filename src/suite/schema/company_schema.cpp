@@ -2,9 +2,11 @@
 
 #include "suite/schema/company_ddl.h"
 #include "suite/schema/exchange_memory.h"
+#include "suite/schema/vocabulary.h"
 #include "text/letter_case.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace qndr::suite {
 
@@ -102,9 +104,9 @@ CREATE TABLE SkippedRanges (
   FromID INTEGER NOT NULL,
   ToID INTEGER
 );
--- 1 and 6 are the states in which full data is owed.
+-- {InitialSyncRequired} and {ResetPending} are the states in which full data is owed.
 CREATE TRIGGER beginSkippedRange BEFORE UPDATE OF SyncState, NextSequenceToRoaming ON RoamingWorkstations
-WHEN NEW.SyncState IN (1, 6) OR NEW.NextSequenceToRoaming < OLD.NextSequenceToRoaming
+WHEN NEW.SyncState IN ({InitialSyncRequired}, {ResetPending}) OR NEW.NextSequenceToRoaming < OLD.NextSequenceToRoaming
 BEGIN
   INSERT INTO SkippedRanges (Receiver, FromID)
   SELECT NEW.UniqueID, ifnull(
@@ -114,9 +116,9 @@ BEGIN
   SELECT Receiver, FromID, ToID FROM NotTakenFiles WHERE Receiver = NEW.UniqueID;
   DELETE FROM NotTakenFiles WHERE Receiver = NEW.UniqueID;
 END;
--- An initial sync has gone out at 3, a reset's data when 5 becomes 4.
+-- An initial sync has gone out at {InitialSyncSent}, a reset's data when {ResetRequested} becomes {Ready}.
 CREATE TRIGGER endSkippedRange AFTER UPDATE OF SyncState ON RoamingWorkstations
-WHEN NEW.SyncState = 3 OR (OLD.SyncState = 5 AND NEW.SyncState = 4)
+WHEN NEW.SyncState = {InitialSyncSent} OR (OLD.SyncState = {ResetRequested} AND NEW.SyncState = {Ready})
 BEGIN
   UPDATE SkippedRanges SET ToID = NEW.LastAuditID WHERE Receiver = NEW.UniqueID AND ToID IS NULL;
 END;
@@ -142,26 +144,26 @@ INSERT INTO GivenUpMark (AuditID) VALUES (0);
 -- go with a later one. Reason as in ImportConflicts.
 CREATE VIEW vwUnconfirmedChanges AS
 SELECT TableName, AuditUniqueID AS RowUniqueID, MAX(ID) AS NewestID,
-  CASE WHEN MAX(ID) > (SELECT LastAuditID FROM Company) THEN 1 ELSE 2 END AS Reason,
+  CASE WHEN MAX(ID) > (SELECT LastAuditID FROM Company) THEN {GivenUp} ELSE {NotConfirmed} END AS Reason,
   MIN(ID) > (SELECT LastAuditID FROM Company)
-    AND MIN(ID) IS MIN(CASE AuditType WHEN 1 THEN ID END) AS Made
+    AND MIN(ID) IS MIN(CASE AuditType WHEN {Insertion} THEN ID END) AS Made
 FROM AuditLog, (
   SELECT ifnull((SELECT LastAuditID FROM SentRanges WHERE Receiver = '' ORDER BY NextSequence LIMIT 1), 0) AS Confirmed)
-WHERE (SELECT CompanyType FROM Company) = 2
+WHERE (SELECT CompanyType FROM Company) = {Roaming}
   AND ID > (SELECT AuditID FROM GivenUpMark)
   AND (ID > Confirmed OR EXISTS (
     SELECT 1 FROM NotTakenFiles WHERE Receiver = '' AND FromID < ID AND ID <= ToID AND NOT EXISTS (
       SELECT 1 FROM AuditLog AS Later WHERE Later.TableName = AuditLog.TableName COLLATE NOCASE
         AND Later.AuditUniqueID = AuditLog.AuditUniqueID AND Later.ID > ToID AND Later.ID <= Confirmed)))
 GROUP BY TableName COLLATE NOCASE, AuditUniqueID;
--- 6 is the state of a pending reset: nothing that stands in the log then is ever sent. At a reset's end the log counts
+-- {ResetPending} is the state of a pending reset: nothing that stands in the log then is ever sent. At a reset's end the log counts
 -- as sent up to the new LastAuditID, and what is above it will be sent.
 CREATE TRIGGER noteGivenUpChanges BEFORE UPDATE OF SyncState ON Company
-WHEN NEW.SyncState = 6 OR NEW.LastAuditID > OLD.LastAuditID
+WHEN NEW.SyncState = {ResetPending} OR NEW.LastAuditID > OLD.LastAuditID
 BEGIN
   INSERT INTO GivenUpChanges (TableName, RowUniqueID, Reason, Made)
   SELECT TableName, RowUniqueID, Reason, Made FROM vwUnconfirmedChanges
-  WHERE NEW.SyncState = 6 OR NewestID <= NEW.LastAuditID
+  WHERE NEW.SyncState = {ResetPending} OR NewestID <= NEW.LastAuditID
   ON CONFLICT DO UPDATE SET Reason = min(Reason, excluded.Reason);
 END;
 )";
@@ -241,6 +243,14 @@ const Table* FindAuditedTable(std::string_view name) {
     return found == tables.end() ? nullptr : &*found;
 }
 
+bool IsClosedToFiles(std::string_view table) {
+    constexpr std::string_view Closed[] = {
+        "cacheProductStyles", "Company",    "RoamingWorkstations", "AuditLog",       "CompanyOptions",
+        "CompanyEvents",      "ImportMark", "ImportConflicts",     "ImportProblems", "SentRanges"};
+    return std::any_of(std::begin(Closed), std::end(Closed),
+                       [&](auto own) { return text::EqualsWithoutCase(own, table); });
+}
+
 bool IsWhollyExported(const Table& table) {
     return table.exported && std::none_of(table.columns.begin(), table.columns.end(), [](const Column& column) {
                return column.name == "ActivityDate" || column.name == "AttachmentType";
@@ -248,8 +258,8 @@ bool IsWhollyExported(const Table& table) {
 }
 
 std::string CompanySchemaScript() {
-    std::string script = std::string(ExchangeTables) + SentRangesScript() + std::string(SkippedRangesScript) +
-                         std::string(LastImportsTable) + std::string(GivenUpScript) + std::string(OwnTables) +
+    std::string script = std::string(ExchangeTables) + SentRangesScript() + WithNumbers(SkippedRangesScript) +
+                         std::string(LastImportsTable) + WithNumbers(GivenUpScript) + std::string(OwnTables) +
                          SnapshotMemoryScript() + RefusalMemoryScript() +
                          "INSERT INTO SchemaVersion (Version) VALUES (" + std::to_string(CompanySchemaVersion) +
                          ");\n";

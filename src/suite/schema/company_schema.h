@@ -42,6 +42,10 @@ const std::vector<Table>& AuditedTables();
 /// Finds an audited table, without regard to letter case; null when there is none.
 const Table* FindAuditedTable(std::string_view name);
 
+/// Whether every company database has this table and no exchange file may write to it: the name of such a table is
+/// not unknown. Without regard to letter case.
+bool IsClosedToFiles(std::string_view table);
+
 /// Whether all of the table's rows are part of a full export. Orders are not, and of activities and
 /// attachments only some.
 bool IsWhollyExported(const Table& table);

@@ -1,6 +1,7 @@
 #include "suite/schema/exchange_memory.h"
 
 #include "suite/schema/company_events.h"
+#include "suite/schema/vocabulary.h"
 
 #include <string_view>
 
@@ -15,7 +16,7 @@ constexpr std::string_view SnapshotScript = R"(
 -- One row at most: the newest audit row of the last export of whole tables.
 CREATE TABLE ExportSnapshot (AuditID INTEGER NOT NULL);
 CREATE TRIGGER auditAnewSinceSnapshot AFTER UPDATE OF SyncState ON RoamingWorkstations
-WHEN NEW.SyncState = 3
+WHEN NEW.SyncState = {InitialSyncSent}
 BEGIN
   INSERT INTO AuditLog (TableName, RecordID, AuditType, AddedOn, AuditUniqueID, AuditData, Origin, OriginID)
   SELECT TableName, RecordID, AuditType, AddedOn, AuditUniqueID, AuditData, Origin, OriginID FROM AuditLog
@@ -53,13 +54,13 @@ WHEN NEW.NextSequenceToMain = 0
 BEGIN
   DELETE FROM NotTakenFiles WHERE Receiver = '';
 END;
--- A first exchange and a reset end with 4 whether the data are in or not. Behind a reset's data the number follows.
+-- A first exchange and a reset end with {Ready} whether the data are in or not. Behind a reset's data the number follows.
 CREATE TRIGGER countFullData AFTER UPDATE OF SyncState ON Company
-WHEN NEW.SyncState = 4 AND OLD.SyncState IN (2, 6)
+WHEN NEW.SyncState = {Ready} AND OLD.SyncState IN ({InitialSyncRequested}, {ResetPending})
 BEGIN
   INSERT OR IGNORE INTO RefusedFiles (Sender, Sequence, RefusedOn)
   SELECT '', -1, GETUTCDATE() WHERE NOT EXISTS (SELECT 1 FROM TakenFile WHERE Sender = '');
-  UPDATE TakenFile SET Sender = NULL WHERE OLD.SyncState = 2;
+  UPDATE TakenFile SET Sender = NULL WHERE OLD.SyncState = {InitialSyncRequested};
 END;
 )";
 
@@ -89,11 +90,11 @@ std::string RefusalEventScript() {
 } // namespace
 
 std::string SnapshotMemoryScript() {
-    return std::string(SnapshotScript);
+    return WithNumbers(SnapshotScript);
 }
 
 std::string RefusalMemoryScript() {
-    return std::string(RefusalTables) +
+    return WithNumbers(RefusalTables) +
            CountingScript("RoamingWorkstations", "NextSequenceFromRoaming", "NEW.UniqueID") +
            CountingScript("Company", "NextSequenceFromMain", "''") + RefusalEventScript();
 }
