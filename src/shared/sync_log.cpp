@@ -2,6 +2,7 @@
 
 #include "shared/failure_rule.h"
 #include "text/editing.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -40,14 +41,6 @@ std::string FormatRotationTime(const Date& now) {
            " " + text::Digits(civil.hour, 2) + text::Digits(civil.minute, 2);
 }
 
-/// How many bytes the character takes that begins the text; 1 also for a byte that begins none.
-std::size_t LengthOfCharacter(std::string_view text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 1;
-    const auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
-    return length <= text.size() && std::ranges::all_of(text.substr(1, length - 1), isContinuation) ? length : 1;
-}
-
 /// Whether a terminal or an editor obeys the character instead of showing it: C0, DEL, C1, and the two line breaks
 /// beyond them.
 bool IsControl(std::string_view character) {
@@ -65,7 +58,9 @@ std::string AsOneLine(std::string_view message) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string line;
     while (!message.empty()) {
-        const std::string_view character = message.substr(0, LengthOfCharacter(message));
+        // A byte that begins no character stands for itself.
+        const std::string_view character =
+            message.substr(0, std::max<std::size_t>(text::CharacterLength(message), 1));
         if (IsControl(character)) {
             for (const char byte : character) {
                 const auto value = static_cast<unsigned char>(byte);
