@@ -41,7 +41,7 @@ Judgement JudgeSyncFile(const FolderFile& file, const Files& files, const std::v
             continue;
         }
         Judgement here = company.isMain ? JudgeAtMain(company, file, files) : JudgeAtRoaming(company, file, files);
-        if (!judgement || (here.fate == Fate::Taken && judgement->fate != Fate::Taken)) {
+        if (!judgement || (here.Goes() && !judgement->Goes())) {
             judgement = std::move(here);
         }
     }
@@ -63,7 +63,7 @@ Judgement JudgeMisnamed(const FolderFile& file, const Files& files, const std::v
         return {Fate::Nobody, text};
     }
     const Judgement judgement = JudgeSyncFile(renamed, files, companies);
-    const bool isWanted = judgement.fate == Fate::Taken || judgement.fate == Fate::Waits;
+    const bool isWanted = judgement.Goes() || judgement.fate == Fate::Waits;
     return {Fate::Nobody,
             text + (isWanted ? ", which " + NameOf(renamed.entry.To, companies) + " needs: rename it back"
                              : "; under a right one: " + judgement.text)};
@@ -93,8 +93,8 @@ std::string AddresseeOf(const FolderFile& file, const std::vector<FolderFile>& f
         addressed.kind = FileKind::SyncFile;
         addressed.entry.To = NormalizeUniqueID(company.uniqueID);
         const bool isMissed = isPartner && !IsThere(addressed.entry, files);
-        const Fate fate = isMissed ? JudgeSyncFile(addressed, files, companies).fate : Fate::Nobody;
-        if (fate == Fate::Taken || fate == Fate::Waits) {
+        const Judgement judgement = isMissed ? JudgeSyncFile(addressed, files, companies) : Judgement();
+        if (judgement.Goes() || judgement.fate == Fate::Waits) {
             partners.push_back(addressed.entry.To);
         }
     }
@@ -110,7 +110,7 @@ std::vector<Judgement> JudgeFiles(const Files& files, const std::vector<CompanyF
             judgements.push_back(JudgeSyncFile(file, files, companies));
             break;
         case FileKind::Heartbeat:
-            judgements.push_back({Fate::Taken, "the main company's agent deletes it behind its next pass"});
+            judgements.push_back({Fate::Deleted, "the main company's agent deletes it behind its next pass"});
             break;
         case FileKind::Misnamed:
             judgements.push_back(JudgeMisnamed(file, files, companies));
@@ -132,6 +132,7 @@ std::vector<Judgement> JudgeFiles(const Files& files, const std::vector<CompanyF
 std::string_view FateWord(Fate fate) {
     switch (fate) {
     case Fate::Taken:
+    case Fate::Deleted:
         return "taken";
     case Fate::Waits:
         return "waits";

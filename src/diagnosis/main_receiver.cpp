@@ -18,7 +18,7 @@ class AtMain {
 
     Judgement Judge(const FolderFile& file) const {
         Judgement judgement = ByItsSteps(file);
-        if (judgement.fate == Fate::Taken && !company_.syncEnabled) {
+        if (judgement.Goes() && !company_.syncEnabled) {
             return {Fate::Waits, "waits until syncing is enabled for " + company_.name + " (EnableSync)"};
         }
         return judgement;
@@ -56,10 +56,10 @@ class AtMain {
             return Takes(company_);
         }
         if (listensToResets && AsksForReset(row)) {
-            return {Fate::Taken, company_.name + " deletes it with the reset request of " + row.name};
+            return {Fate::Deleted, company_.name + " deletes it with the reset request of " + row.name};
         }
         if (state == SyncStateResetPending) {
-            return {Fate::Taken, company_.name + " deletes it: the reset of " + row.name + " is under way"};
+            return {Fate::Deleted, company_.name + " deletes it: the reset of " + row.name + " is under way"};
         }
         if (entry.SyncState == SyncFileReady && company_.syncState != SyncStateNone) {
             return {Fate::Nobody, company_.name + " takes no acknowledge as long as its own state is not 0"};

@@ -29,8 +29,10 @@ Judgement BySequence(const CompanyFacts& receiver, std::int64_t sequence, std::i
         return Takes(receiver);
     }
     if (sequence > expected) {
-        return {Fate::Waits, "waits for sequence " + std::to_string(sequence) + " (" + receiver.name +
-                                 " expects " + std::to_string(expected) + ")"};
+        return {Fate::Waits,
+                "waits for sequence " + std::to_string(sequence) + " (" + receiver.name + " expects " +
+                    std::to_string(expected) + ")",
+                expected};
     }
     return {Fate::Late, "late: " + receiver.name + " is at " + std::to_string(expected) +
                             " already; will be ignored for ever"};

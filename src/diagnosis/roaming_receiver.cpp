@@ -53,7 +53,7 @@ Judgement JudgeAtRoaming(const CompanyFacts& company, const FolderFile& file, co
         return file.kind == FileKind::UnreadableSyncFile ? Unreadable(company, expected, files)
                                                          : BySequence(company, file.entry.Sequence, expected);
     case SyncStateResetRequested:
-        return {Fate::Taken, company.name + " deletes it unread when it asks for its reset"};
+        return {Fate::Deleted, company.name + " deletes it unread when it asks for its reset"};
     default:
         return {Fate::Nobody, company.name + " takes nothing: its state is " +
                                   NumberInWords(state, WordsForCompanyState(state))};

@@ -61,7 +61,6 @@ std::string ReadDescriptor(AgentContext& agent, FoundSyncFile& entry) {
     return damage;
 }
 
-/// Raises when the file is gone.
 ListedFile ReadFile(AgentContext& agent, const std::string& path) {
     services::FileTools& fileTools = agent.services.fileTools;
     ListedFile listed;
@@ -101,6 +100,11 @@ ListedFile ReadFile(AgentContext& agent, const std::string& path) {
 }
 
 } // namespace
+
+ListedFile ReadFileOfSyncFolder(const services::AgentServices& services, const std::string& path) {
+    AgentContext agent(services);
+    return ReadFile(agent, path);
+}
 
 std::vector<ListedFile> ReadSyncFolder(const services::AgentServices& services, const std::string& folder) {
     if (!services.pathTools.FolderExists(folder)) {

@@ -13,4 +13,7 @@ namespace qndr::observation {
 std::vector<diagnosis::ListedFile> ReadSyncFolder(const services::AgentServices& services,
                                                   const std::string& folder);
 
+/// The same of one file there. Raises services::Failure when it is gone.
+diagnosis::ListedFile ReadFileOfSyncFolder(const services::AgentServices& services, const std::string& path);
+
 } // namespace qndr::observation
