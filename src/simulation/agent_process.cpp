@@ -65,9 +65,9 @@ class NoProcesses : public services::Processes {
 class StubbornFileTools : public services::FileToolsWrapper {
   public:
     StubbornFileTools(services::FileTools& target, const SimulatedComputer& computer, const FaultPlan& plan,
-                      SeededRandom& random, Chronicle& chronicle)
+                      SeededRandom& random, Chronicle& chronicle, ImportWatch& watch)
         : FileToolsWrapper(target, nullptr), computer_(computer), plan_(plan), random_(random),
-          chronicle_(chronicle) {}
+          chronicle_(chronicle), watch_(watch) {}
     bool DeleteFile(const std::string& path) override {
         return !IsHeld(path) && FileToolsWrapper::DeleteFile(path);
     }
@@ -83,6 +83,7 @@ class StubbornFileTools : public services::FileToolsWrapper {
         }
         chronicle_.NoteFault(computer_.Name(), "refuse-deletion",
                              path.substr(folder.size()) + " cannot be deleted");
+        watch_.SeeHeld(path.substr(folder.size()));
         return true;
     }
 
@@ -90,7 +91,11 @@ class StubbornFileTools : public services::FileToolsWrapper {
     const FaultPlan& plan_;
     SeededRandom& random_;
     Chronicle& chronicle_;
+    ImportWatch& watch_;
 };
+
+/// The first of the clean-ups, which come behind the last step.
+constexpr const char* BehindAllSteps = "Cleaning up temp files...";
 
 } // namespace
 
@@ -100,24 +105,24 @@ class AgentProcess::Parts {
           const FaultPlan& plan, SeededRandom& random, Chronicle& chronicle, ImportWatch& watch)
         : objects(all.objects, watch), systemTools(all.systemTools, random),
           pathTools(all.pathTools, plan, random), processes(gate),
-          fileTools(all.fileTools, computer, plan, random, chronicle), services{objects,
-                                                                                all.commandLineTools,
-                                                                                all.registryTools,
-                                                                                fileTools,
-                                                                                pathTools,
-                                                                                all.iniTools,
-                                                                                all.textFileTools,
-                                                                                all.stringArrayTools,
-                                                                                all.arrayTools,
-                                                                                systemTools,
-                                                                                all.specialFolderTools,
-                                                                                all.clock,
-                                                                                all.messages,
-                                                                                all.timers,
-                                                                                all.fileVersions,
-                                                                                all.textAppender,
-                                                                                all.program,
-                                                                                processes} {}
+          fileTools(all.fileTools, computer, plan, random, chronicle, watch), services{objects,
+                                                                                       all.commandLineTools,
+                                                                                       all.registryTools,
+                                                                                       fileTools,
+                                                                                       pathTools,
+                                                                                       all.iniTools,
+                                                                                       all.textFileTools,
+                                                                                       all.stringArrayTools,
+                                                                                       all.arrayTools,
+                                                                                       systemTools,
+                                                                                       all.specialFolderTools,
+                                                                                       all.clock,
+                                                                                       all.messages,
+                                                                                       all.timers,
+                                                                                       all.fileVersions,
+                                                                                       all.textAppender,
+                                                                                       all.program,
+                                                                                       processes} {}
 
     WatchedObjects objects;
     SeededSystemTools systemTools;
@@ -153,7 +158,13 @@ void AgentProcess::Load() {
     }
 }
 
+void AgentProcess::SetText(const std::string& text) {
+    tray_ = text;
+    hasRunThrough_ = hasRunThrough_ || text == BehindAllSteps;
+}
+
 void AgentProcess::RunUntilNextTick() {
+    hasRunThrough_ = false;
     suite::HeadlessLoop& loop = computer_.Time().Loop();
     loop.AddTick(SyncTick, AgentScheduler::SyncInterval, [this] {
         const FaultGate::Tick tick(gate_);

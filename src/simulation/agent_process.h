@@ -27,6 +27,8 @@ class AgentProcess : private AgentView, private ActivityTarget {
     /// Lets the time run until tmr_Sync has ticked once, and with it the pass, when one is due.
     void RunUntilNextTick();
     void SyncNow() { scheduler_->SyncNow(); }
+    /// Whether a pass came to its end in that time with no step left out.
+    bool HasRunThrough() const { return hasRunThrough_; }
     /// Whether it has left after a request to stop.
     bool HasEnded() const { return hasEnded_; }
 
@@ -40,7 +42,7 @@ class AgentProcess : private AgentView, private ActivityTarget {
     void StopTimers() override;
     void Unload() override { hasEnded_ = true; }
     std::string Text() const override { return tray_; }
-    void SetText(const std::string& text) override { tray_ = text; }
+    void SetText(const std::string& text) override;
 
     SimulatedComputer& computer_;
     FaultGate& gate_;
@@ -49,6 +51,7 @@ class AgentProcess : private AgentView, private ActivityTarget {
     std::unique_ptr<AgentContext> context_;
     std::unique_ptr<AgentScheduler> scheduler_;
     std::string tray_;
+    bool hasRunThrough_ = false;
     bool hasEnded_ = false;
 };
 

@@ -50,6 +50,7 @@ class FaultGate : public services::CallGate {
     /// The calls that were refused in this pass.
     const std::set<std::string>& Refused() const { return refused_; }
     bool Died() const { return dying_; }
+    bool WasFeltBelow() const { return below_.WasFelt(); }
     /// Whether nothing at all has gone wrong in this pass, in front of the seam or below it.
     bool WasQuiet() const { return !dying_ && refused_.empty() && !below_.WasFelt(); }
 

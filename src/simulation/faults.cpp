@@ -30,6 +30,9 @@ std::string_view FaultName(Fault fault) {
 }
 
 FaultPlan::FaultPlan(const std::vector<std::string>& names, SeededRandom& random) {
+    if (names == std::vector<std::string>{"none"}) {
+        return;
+    }
     for (const std::string& name : names) {
         const auto found =
             std::find_if(Kinds.begin(), Kinds.end(), [&](const Kind& kind) { return kind.name == name; });

@@ -44,8 +44,8 @@ std::string_view FaultName(Fault fault);
 /// Which faults a run has, and how often each comes.
 class FaultPlan {
   public:
-    /// Without names each seed takes a subset of all faults, some of them more often than usual. Raises
-    /// services::Failure for a name that there is not.
+    /// "none" for a run in which nothing goes wrong. Without names each seed takes a subset of all faults, some of
+    /// them more often than usual. Raises services::Failure for a name that there is not.
     FaultPlan(const std::vector<std::string>& names, SeededRandom& random);
 
     /// The chance that the fault comes at an occasion for it; 0 for one that is not in the plan.

@@ -85,6 +85,7 @@ void ImportWatch::BeginPass() {
     outcomes_.clear();
     hasFailedUpdate_ = false;
     hasUpdatedNothing_ = false;
+    held_.clear();
 }
 
 void ImportWatch::SeeUpdate(std::int32_t rows) {

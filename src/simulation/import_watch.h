@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 
 namespace qndr::simulation {
@@ -31,6 +32,10 @@ class ImportWatch {
     /// Whether one found no row to write to.
     bool HasUpdatedNothing() const { return hasUpdatedNothing_; }
 
+    /// Whether somebody held the file when the agent would have it out of the Sync folder.
+    bool WasHeld(const std::string& file) const { return held_.contains(file); }
+
+    void SeeHeld(const std::string& file) { held_.insert(file); }
     void SeeNoArchive();
     void SeeOpened(const std::string& path, bool succeeded);
     void SeeDataAskedFor(bool found) { outcomes_[file_] = found ? Outcome::Unfinished : Outcome::NoData; }
@@ -43,6 +48,7 @@ class ImportWatch {
     std::map<std::string, Outcome> outcomes_;
     bool hasFailedUpdate_ = false;
     bool hasUpdatedNothing_ = false;
+    std::set<std::string> held_;
 };
 
 /// Creates what the factory behind it creates, with the watch looking on.

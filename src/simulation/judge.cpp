@@ -18,7 +18,7 @@ bool IsOfAbsentFolder(const std::string& reason) {
 
 Judge::Judge(std::vector<SimulatedComputer*> computers, const SyncFolders& folders, Chronicle& chronicle)
     : computers_(std::move(computers)), folders_(folders), chronicle_(chronicle), files_(computers_),
-      losses_(files_, chronicle) {
+      losses_(files_, chronicle), doctor_(computers_, folders) {
     for (std::size_t computer = 0; computer < computers_.size(); ++computer) {
         known_.push_back(Read(computer));
         if (computer > 0) {
@@ -78,6 +78,7 @@ void Judge::BeginPass(std::size_t computer, const FaultGate& gate) {
     computer_ = computer;
     gate_ = &gate;
     present_ = folders_.Names(computer);
+    foreseen_ = doctor_.Foresee(computer);
     temporaryFiles_ = computers_[computer]->TemporaryFiles();
     firstAuditId_ = computers_[computer]->Company().Number("SELECT MAX(ID) FROM AuditLog");
     editedInPass_ = false;
@@ -104,7 +105,7 @@ void Judge::AfterCall(std::string_view call) {
     }
 }
 
-void Judge::EndPass(const std::vector<std::string>& abandoned) {
+void Judge::EndPass(const std::vector<std::string>& abandoned, bool ranThrough) {
     AfterCall("Database.ExecuteNonQuery");
     const std::set<std::string> names = folders_.Names(computer_);
     for (const std::string& name : names) {
@@ -124,6 +125,7 @@ void Judge::EndPass(const std::vector<std::string>& abandoned) {
             DemandRetired(name, *file);
         }
     }
+    DemandFates(names, ranThrough);
     if (editedInPass_) {
         sql::Statement edited = computers_[computer_]->Company().Prepare(
             "SELECT DISTINCT AuditUniqueID FROM AuditLog WHERE ID > ? AND Origin IS NULL");

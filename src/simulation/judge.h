@@ -1,6 +1,7 @@
 #pragma once
 
 #include "simulation/chronicle.h"
+#include "simulation/doctor.h"
 #include "simulation/dropped_files.h"
 #include "simulation/fault_gate.h"
 #include "simulation/import_watch.h"
@@ -45,8 +46,11 @@ class Judge {
     /// A user changed something in the pass.
     void NoteEdit() { editedInPass_ = true; }
     /// To be called before the Sync folder takes up what the pass has dropped. `abandoned` are the statements that
-    /// were given up in it.
-    void EndPass(const std::vector<std::string>& abandoned);
+    /// were given up in it; it ran through when no step was left out.
+    void EndPass(const std::vector<std::string>& abandoned, bool ranThrough);
+    /// In a run in which nothing goes wrong, between two passes: the doctor at that computer may name nothing but
+    /// these troubles.
+    void DemandNoTrouble(std::size_t computer, const std::set<std::string_view>& real) const;
 
     /// Somebody other than an agent changed numbers or states; they hold from now on.
     void Accept(std::size_t computer) { known_[computer] = Read(computer); }
@@ -109,6 +113,14 @@ class Judge {
     bool IsWhole(const std::string& name, const DroppedFile& file) const;
     bool CouldNotBeRead() const;
 
+    // judge_fates.cpp: what the doctor said of the files, and what has become of them
+    void DemandFates(const std::set<std::string>& names, bool ranThrough) const;
+    void DemandPlace(const std::string& name, const Prophecy& said) const;
+    bool MayStay(const std::string& name, const Prophecy& said, bool ranThrough) const;
+    bool MayGo(const Prophecy& said) const;
+    bool HasTaken(const Prophecy& said, std::int64_t sequence) const;
+    [[noreturn]] void Contradict(const std::string& name, const Prophecy& said, const std::string& what) const;
+
     KnownLoss Loss(const char* name, std::size_t workstation, const std::string& file = "") const;
     void Note(KnownLoss loss);
     bool HasRefused(const std::set<std::string>& calls) const;
@@ -122,12 +134,14 @@ class Judge {
     DroppedFiles files_;
     KnownLosses losses_;
     ImportWatch watch_;
+    Doctor doctor_;
     std::set<std::string> editedInPasses_;
 
     // The pass in work.
     std::size_t computer_ = 0;
     const FaultGate* gate_ = nullptr;
     std::set<std::string> present_;                        ///< in the folder when it began
+    std::map<std::string, Prophecy> foreseen_;             ///< what was said of them then
     std::set<std::string> taken_;                          ///< files whose number counts since
     std::set<std::string> sent_;                           ///< files that count as sent since
     std::map<std::size_t, std::set<std::int64_t>> states_; ///< in which each pairing has been

@@ -60,6 +60,7 @@ bool Simulation::Exchange(int rounds) {
         for (std::size_t place = stations_.size(); place-- > 0;) {
             RunPass(place);
         }
+        AskTheDoctors();
         const std::string now = Position();
         still = now == before ? still + 1 : 0;
         if (still == 2) {

@@ -49,6 +49,8 @@ void SimulatedComputer::SetUp(int type, const std::string& syncFolder, std::int3
         {.psdFile = Companies() + "/dealer.psd", .name = name_, .type = type, .connectionString = ""},
         all.iniTools, identifiers, time_);
     all.registryTools.SetString(services::CurrentUserHive, settings::DefaultProfileKey, "UFL:Sync", syncFolder);
+    all.registryTools.SetString(services::CurrentUserHive, settings::DefaultProfileKey, "UFL:Companies",
+                                Companies());
     all.registryTools.SetLong(services::CurrentUserHive, settings::DefaultProfileKey, "RoamingWorkstation",
                               isMain_ ? 0 : 1);
     SetSetting(settings::SyncFrequency, frequency);

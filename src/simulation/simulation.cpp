@@ -1,5 +1,6 @@
 #include "simulation/simulation.h"
 
+#include "diagnosis/troubles.h"
 #include "services/company_numbers.h"
 #include "services/failure.h"
 #include "shared/failure_rule.h"
@@ -8,6 +9,9 @@
 #include "suite/admin/provisioning.h"
 
 #include <algorithm>
+#include <set>
+#include <string_view>
+#include <utility>
 
 namespace qndr::simulation {
 namespace {
@@ -16,6 +20,8 @@ constexpr std::int64_t HourMinutes = 60;
 constexpr std::int64_t DayMinutes = 24 * HourMinutes;
 /// Longer than an agent of the simulation waits between its passes, so that each wake brings one.
 constexpr std::int32_t Frequency = 30;
+/// A workstation gives main so long to answer.
+constexpr std::int64_t HeartbeatMinutes = 2 * Frequency;
 
 class AbandonedStatements : public FailureObserver {
   public:
@@ -114,6 +120,7 @@ void Simulation::LiveThrough(std::int64_t minutes) {
         stations_[place].computer->MoveTo(minute_);
         ActAround(place);
         RunPass(place);
+        AskTheDoctors();
         ScheduleNextWake(place);
     }
 }
@@ -215,6 +222,7 @@ void Simulation::RunPass(std::size_t place) {
             }
         }
     }
+    const bool ranThrough = station.agent != nullptr && station.agent->HasRunThrough();
     station.below->EndPass();
     if (random_.Chance(plan_.Rate(Fault::PowerCut))) {
         LosePower(place, unflushed);
@@ -225,8 +233,28 @@ void Simulation::RunPass(std::size_t place) {
     }
     ++result_.passes;
     computer.StampNewFiles();
-    judge_->EndPass(abandoned.reasons);
+    judge_->EndPass(abandoned.reasons, ranThrough);
     folders_->Collect(place, minute_);
+    station.minutesWithoutMain = minute_ - std::exchange(mainPassed_, place == 0 ? minute_ : mainPassed_);
+}
+
+/// Where nothing goes wrong there is no trouble, but that main sleeps for longer than its agent may, and that
+/// people let losing versions lie.
+void Simulation::AskTheDoctors() {
+    if (!result_.faultsInPlan.empty()) {
+        return;
+    }
+    for (std::size_t place = 0; place < stations_.size(); ++place) {
+        std::set<std::string_view> real{diagnosis::troubles::ConflictsOpen.code};
+        if (stations_[place].minutesWithoutMain >= HeartbeatMinutes) {
+            real.insert(diagnosis::troubles::MainNoResponse.code);
+        }
+        if (minute_ - mainPassed_ >= DayMinutes) {
+            real.insert(diagnosis::troubles::HeartbeatUnanswered.code);
+        }
+        stations_[place].computer->MoveTo(minute_);
+        judge_->DemandNoTrouble(place, real);
+    }
 }
 
 void Simulation::LosePower(std::size_t place, UnflushedFiles& files) {

@@ -61,6 +61,7 @@ class Simulation {
         std::unique_ptr<AgentProcess> agent; ///< null while none runs
         std::int64_t nextWake = 0;           ///< minutes since the start
         std::int64_t clockWrongUntil = 0;
+        std::int64_t minutesWithoutMain = 0; ///< since main's last pass, when this computer had its own last one
     };
 
     void SetUp();
@@ -72,6 +73,7 @@ class Simulation {
     void LosePower(std::size_t place, UnflushedFiles& files);
     void RestoreBackup(std::size_t place);
     void RunPass(std::size_t place);
+    void AskTheDoctors();
     void ScheduleNextWake(std::size_t place);
     bool Exchange(int rounds);
     std::string Position() const;
@@ -91,6 +93,7 @@ class Simulation {
     std::unique_ptr<Users> users_;
     std::unique_ptr<Judge> judge_;
     std::int64_t minute_ = 0;
+    std::int64_t mainPassed_ = 0; ///< minute of its last pass
     bool quiet_ = false;
     SimulationResult result_;
 };

@@ -41,6 +41,10 @@ TEST_P(SomeFaults, LoseNothingThatNoKnownLossExplains) {
 
 INSTANTIATE_TEST_SUITE_P(Simulation, SomeFaults, ::testing::Values(0, 1, CanaryGroup, RareCanaryGroup));
 
+TEST(Simulation, ShowsTheDoctorNoTroubleWhereNothingGoesWrong) {
+    ExpectAllWell(Seed(9), {"none"}, 2, 2);
+}
+
 TEST(Simulation, GoesTheSameWayAgain) {
     const auto first = Live(Seed(7), {}, 2);
     const auto second = Live(Seed(7), {}, 2);

@@ -2,7 +2,6 @@
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
 #include "programs/qndr5ctl/sync_words.h"
-#include "programs/qndr5ctl/whole_number.h"
 #include "services/company_numbers.h"
 #include "services/failure.h"
 #include "shared/dates.h"
@@ -10,6 +9,7 @@
 #include "suite/admin/provisioning.h"
 #include "suite/admin/sample_data.h"
 #include "suite/engine/given_up_changes.h"
+#include "text/whole_number.h"
 
 namespace qndr::control {
 
@@ -75,7 +75,7 @@ void AddResets(const OpenedCompany& company, const ControlContext& context, Fact
 void AddMainFacts(const OpenedCompany& company, const ControlContext& context, Facts& facts) {
     const auto option = [&](const char* key) -> Json {
         const auto value = suite::GetCompanyOption(company.Database(), RoamingSection, key);
-        const auto number = ParseWholeNumber(value.value_or(""));
+        const auto number = text::ParseWholeNumber(value.value_or(""));
         return number ? Json(*number) : value ? Json(*value) : Json();
     };
     facts.Add("Workstations", "workstations",

@@ -1,7 +1,7 @@
+#include "observation/computer_places.h"
+#include "observation/folder_probe.h"
 #include "programs/qndr5ctl/commands.h"
-#include "programs/qndr5ctl/computer_places.h"
 #include "programs/qndr5ctl/did_you_mean.h"
-#include "programs/qndr5ctl/folder_probe.h"
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
 #include "shared/settings.h"
@@ -63,11 +63,11 @@ void SetSyncFolder(const ControlContext& context, const std::string& profile, co
     std::string trouble;
     try {
         identity = suite::MakeSyncFolderMark(folder);
-        trouble = WhatFails(ProbeFolder(context, folder));
+        trouble = observation::WhatFails(observation::ProbeFolder(context.services, folder));
     } catch (const services::Failure& failure) {
         trouble = failure.what();
     }
-    WriteSyncLocation(context, profile, folder, identity);
+    observation::WriteSyncLocation(context.services, profile, folder, identity);
     if (!trouble.empty()) {
         context.out << "Warning: " << trouble << "; 'qndr5ctl doctor' tells what to do.\n";
     }
@@ -83,8 +83,8 @@ void SetLocation(const ControlContext& context, const LocationSetArguments& argu
     if (name == "Sync") {
         SetSyncFolder(context, arguments.profile, folder);
     } else {
-        context.services.registryTools.SetString(CurrentUserHive, ProfileKey(arguments.profile), "UFL:" + name,
-                                                 folder);
+        context.services.registryTools.SetString(CurrentUserHive, observation::ProfileKey(arguments.profile),
+                                                 "UFL:" + name, folder);
     }
     context.out << name << " is at " << folder << (isNew ? ", a new folder" : "") << ".\n";
 }
@@ -94,7 +94,7 @@ void ListLocations(const ControlContext& context, const LocationListArguments& a
     for (const std::string_view name : LocationNames) {
         std::string profile = arguments.profile;
         const auto folderOf = [&] {
-            return context.services.registryTools.GetString(CurrentUserHive, ProfileKey(profile),
+            return context.services.registryTools.GetString(CurrentUserHive, observation::ProfileKey(profile),
                                                             "UFL:" + std::string(name), "");
         };
         std::string folder = folderOf();
@@ -113,17 +113,17 @@ void ListLocations(const ControlContext& context, const LocationListArguments& a
 
 void Role(const ControlContext& context, const RoleArguments& arguments) {
     auto& registry = context.services.registryTools;
-    const std::string key = ProfileKey(arguments.profile);
+    const std::string key = observation::ProfileKey(arguments.profile);
     if (!arguments.role.empty()) {
-        registry.SetLong(CurrentUserHive, key, RoleName, arguments.role == "roaming" ? 1 : 0);
+        registry.SetLong(CurrentUserHive, key, observation::RoleName, arguments.role == "roaming" ? 1 : 0);
         context.out << "This computer is "
                     << (arguments.role == "main" ? "a main computer" : "a Roaming Workstation") << " now.\n";
         return;
     }
     constexpr std::int32_t Unset = -1;
-    const std::int32_t fallback =
-        registry.GetLong(CurrentUserHive, ProfileKey(suite::DefaultProfile), RoleName, Unset);
-    const std::int32_t role = registry.GetLong(CurrentUserHive, key, RoleName, fallback);
+    const std::int32_t fallback = registry.GetLong(CurrentUserHive, observation::ProfileKey(suite::DefaultProfile),
+                                                   observation::RoleName, Unset);
+    const std::int32_t role = registry.GetLong(CurrentUserHive, key, observation::RoleName, fallback);
     context.out << (role == Unset ? "main (not set)" : role != 0 ? "roaming" : "main") << '\n';
 }
 

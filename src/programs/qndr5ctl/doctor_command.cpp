@@ -1,5 +1,7 @@
+#include "diagnosis/diagnosis.h"
+#include "observation/folder_probe.h"
+#include "observation/observe.h"
 #include "programs/qndr5ctl/commands.h"
-#include "programs/qndr5ctl/observations.h"
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
 
@@ -8,10 +10,14 @@
 
 namespace qndr::control {
 
+using diagnosis::Finding;
+using diagnosis::Observations;
+using diagnosis::Severity;
+
 namespace {
 
 struct DoctorArguments {
-    WhatToObserve what;
+    observation::WhatToObserve what;
     std::string level = "warning";
     bool probe = false;
     bool json = false;
@@ -82,7 +88,7 @@ void Print(const ControlContext& context, const Observations& seen, const std::v
     }
     if (CountFrom(findings, Severity::Warning) == 0) {
         const bool isWhole = std::none_of(findings.begin(), findings.end(), [](const Finding& finding) {
-            return finding.code == troubles::OneSideOnly.code;
+            return finding.code == diagnosis::troubles::OneSideOnly.code;
         });
         context.out << (isWhole ? "All is well" : "Nothing is wrong as far as it can be seen from here")
                     << ": companies asked " << seen.companies.size() << ", files in the Sync folder "
@@ -91,8 +97,11 @@ void Print(const ControlContext& context, const Observations& seen, const std::v
 }
 
 void Doctor(const ControlContext& context, const DoctorArguments& arguments) {
-    const Observations seen = Observe(context, arguments.what);
-    const std::vector<Finding> findings = Diagnose(seen);
+    Observations seen = observation::Observe(context.computer, context.services, arguments.what);
+    if (seen.syncFolderExists && seen.IsRightFolder()) {
+        seen.probe = observation::ProbeFolder(context.services, seen.syncFolder);
+    }
+    const std::vector<Finding> findings = diagnosis::Diagnose(seen);
     if (arguments.json) {
         PrintJson(context, seen, findings);
     } else {

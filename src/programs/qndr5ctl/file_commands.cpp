@@ -2,11 +2,11 @@
 #include "programs/qndr5ctl/commands.h"
 #include "programs/qndr5ctl/file_import.h"
 #include "programs/qndr5ctl/output.h"
-#include "programs/qndr5ctl/shell_text.h"
 #include "programs/qndr5ctl/sync_words.h"
 #include "programs/qndr5ctl/taken_out_files.h"
-#include "programs/qndr5ctl/whole_number.h"
 #include "syncfiles/descriptor.h"
+#include "text/shell_text.h"
+#include "text/whole_number.h"
 
 namespace qndr::control {
 
@@ -19,7 +19,7 @@ struct ShowArguments {
 
 /// What a descriptor's value says to a person, the value alone where it speaks for itself.
 std::string InWords(const std::string& key, const std::string& value) {
-    const auto whole = ParseWholeNumber(value);
+    const auto whole = text::ParseWholeNumber(value);
     if (!whole) {
         return value;
     }
@@ -49,7 +49,7 @@ void Show(const ControlContext& context, const ShowArguments& arguments) {
     for (const auto& [key, value] :
          contents.descriptor.value_or(std::vector<std::pair<std::string, std::string>>{})) {
         descriptor.Add(key, "", InWords(key, value));
-        const auto number = ParseWholeNumber(value);
+        const auto number = text::ParseWholeNumber(value);
         descriptor.Add("", key, number && IsNumeric(key) ? Json(*number) : Json(value));
     }
     Listing entries({{"Entry", "name"}, {"Bytes", "size"}, {"Packed", "packedSize"}});
@@ -98,7 +98,7 @@ void Import(const ControlContext& context, const ImportArguments& arguments) {
                 << Counted(result.conflicts, "losing version") << " kept, " << Counted(result.problems, "record")
                 << " put aside.\n";
     if (result.conflicts > 0) {
-        context.out << "See 'qndr5ctl conflicts list " << ShellQuoted(arguments.company) << "'.\n";
+        context.out << "See 'qndr5ctl conflicts list " << text::ShellQuoted(arguments.company) << "'.\n";
     }
 }
 

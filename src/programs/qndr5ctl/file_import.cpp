@@ -1,6 +1,6 @@
 #include "programs/qndr5ctl/file_import.h"
 
-#include "programs/qndr5ctl/computer_places.h"
+#include "observation/working_folder.h"
 #include "services/failure.h"
 #include "shared/records.h"
 #include "suite/computer/system_facts.h"
@@ -16,7 +16,8 @@ namespace {
 constexpr const char* AgentProgramName = "qndr5rwsync";
 
 /// The descriptor, and below the folder the data.
-FoundSyncFile Unpack(const ControlContext& context, const std::string& archive, const WorkingFolder& folder) {
+FoundSyncFile Unpack(const ControlContext& context, const std::string& archive,
+                     const observation::WorkingFolder& folder) {
     const auto zip = context.services.objects.CreateZipArchive();
     if (!zip || zip->OpenZip(archive) == 0) {
         throw Failure("the archive '" + archive + "' cannot be read" + (zip ? ": " + zip->LastErrorText() : ""));
@@ -57,7 +58,7 @@ suite::ImportResult ImportByHand(const ControlContext& context, const OpenedComp
     if (agent.AnotherCopyIsRunning()) {
         throw Failure("the agent of this computer is running: 'qndr5ctl stop' ends it, then try again");
     }
-    const WorkingFolder folder(context.services);
+    const observation::WorkingFolder folder(context.services);
     DemandChangesOfAPartner(company, Unpack(context, archive, folder));
     return suite::Import(company.Database(), folder.FileOf("data.xml"),
                          suite::ImportReader::UnknownTables::PassOver, suite::Arrival::ByHand);

@@ -1,7 +1,10 @@
+#include "diagnosis/fates.h"
+#include "observation/company_facts.h"
+#include "observation/computer_places.h"
+#include "observation/sync_folder_files.h"
 #include "programs/qndr5ctl/commands.h"
-#include "programs/qndr5ctl/computer_places.h"
+#include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/output.h"
-#include "programs/qndr5ctl/sync_folder_files.h"
 #include "services/failure.h"
 #include "suite/admin/provisioning.h"
 #include "suite/files/sync_folder_mark.h"
@@ -20,18 +23,18 @@ struct FolderArguments {
 };
 
 struct KnownCompanies {
-    std::vector<CompanyFacts> facts;
+    std::vector<diagnosis::CompanyFacts> facts;
     Listing passedOver{{{"Company file", "file"}, {"Not asked because", "reason"}}};
 };
 
 /// The companies that were named must open; of those that merely lie in the Companies location one may be broken.
 KnownCompanies AskCompanies(const ControlContext& context, const std::vector<std::string>& named) {
     KnownCompanies known;
-    for (const std::string& file : named.empty() ? CompanyFilesHere(context) : named) {
+    for (const std::string& file : named.empty() ? observation::CompanyFilesHere(context.services) : named) {
         try {
             const OpenedCompany company(context, file, OpenedCompany::Older::Leave);
             if (company.IsMain() || company.IsRoaming()) {
-                known.facts.push_back(FactsOf(company));
+                known.facts.push_back(observation::ReadCompanyFacts(company.Database()));
             }
         } catch (const services::Failure& failure) {
             if (!named.empty()) {
@@ -53,15 +56,16 @@ std::string AgeInWords(std::int64_t seconds) {
                                 : std::to_string(seconds / Day) + " days";
 }
 
-bool CarriesSequence(const FolderFile& file) {
-    return file.kind == FileKind::SyncFile && file.entry.SyncState == 0;
+bool CarriesSequence(const diagnosis::FolderFile& file) {
+    return file.kind == diagnosis::FileKind::SyncFile && file.entry.SyncState == 0;
 }
 
 Json OrNull(const std::string& text) {
     return text.empty() ? Json() : Json(text);
 }
 
-Listing ListFiles(const std::vector<ListedFile>& files, const std::vector<CompanyFacts>& companies) {
+Listing ListFiles(const std::vector<diagnosis::ListedFile>& files,
+                  const std::vector<diagnosis::CompanyFacts>& companies) {
     Listing listing({{"To", "addressee"},
                      {"", "addresseeID"},
                      {"From", "sender"},
@@ -75,39 +79,41 @@ Listing ListFiles(const std::vector<ListedFile>& files, const std::vector<Compan
                      {"", "fate"},
                      {"", "damage"},
                      {"File", "file"}});
-    std::vector<FolderFile> judged(files.size());
+    std::vector<diagnosis::FolderFile> judged(files.size());
     std::transform(files.begin(), files.end(), judged.begin(),
-                   [](const ListedFile& listed) { return listed.file; });
-    const std::vector<Judgement> judgements = JudgeFiles(judged, companies);
+                   [](const diagnosis::ListedFile& listed) { return listed.file; });
+    const std::vector<diagnosis::Judgement> judgements = diagnosis::JudgeFiles(judged, companies);
     for (std::size_t index = 0; index < files.size(); ++index) {
-        const ListedFile& listed = files[index];
+        const diagnosis::ListedFile& listed = files[index];
         const FoundSyncFile& entry = listed.file.entry;
-        const Judgement& judgement = judgements[index];
-        listing.Add({OrNull(NameOf(entry.To, companies)), OrNull(entry.To), OrNull(NameOf(entry.From, companies)),
-                     OrNull(entry.From), KindInWords(listed.file),
+        const diagnosis::Judgement& judgement = judgements[index];
+        listing.Add({OrNull(diagnosis::NameOf(entry.To, companies)), OrNull(entry.To),
+                     OrNull(diagnosis::NameOf(entry.From, companies)), OrNull(entry.From),
+                     diagnosis::KindInWords(listed.file),
                      CarriesSequence(listed.file) ? Json(entry.Sequence) : Json(), AgeInWords(listed.ageSeconds),
-                     listed.ageSeconds, listed.size, judgement.text, FateWord(judgement.fate),
+                     listed.ageSeconds, listed.size, judgement.text, diagnosis::FateWord(judgement.fate),
                      OrNull(listed.damage), listed.name});
     }
     return listing;
 }
 
 void Folder(const ControlContext& context, const FolderArguments& arguments) {
-    const SyncLocation own = ReadSyncLocation(context, suite::DefaultProfile);
+    const observation::SyncLocation own = observation::ReadSyncLocation(context.services, suite::DefaultProfile);
     const std::string folder = arguments.folder.empty() ? own.folder : arguments.folder;
     if (folder.empty()) {
         throw services::Failure("this computer has no Sync location: name a folder, or 'qndr5ctl location set "
                                 "Sync FOLDER'");
     }
     const KnownCompanies known = AskCompanies(context, arguments.companies);
-    std::vector<ListedFile> files = ReadSyncFolder(context, folder);
+    std::vector<diagnosis::ListedFile> files = observation::ReadSyncFolder(context.services, folder);
     // What one party awaits from another stands together and in its order.
-    std::stable_sort(files.begin(), files.end(), [](const ListedFile& left, const ListedFile& right) {
-        const auto key = [](const ListedFile& listed) {
-            return std::tie(listed.file.entry.To, listed.file.entry.From, listed.file.entry.Sequence);
-        };
-        return key(left) < key(right);
-    });
+    std::stable_sort(
+        files.begin(), files.end(), [](const diagnosis::ListedFile& left, const diagnosis::ListedFile& right) {
+            const auto key = [](const diagnosis::ListedFile& listed) {
+                return std::tie(listed.file.entry.To, listed.file.entry.From, listed.file.entry.Sequence);
+            };
+            return key(left) < key(right);
+        });
     const Listing listing = ListFiles(files, known.facts);
 
     if (arguments.json) {

@@ -1,7 +1,7 @@
 #include "programs/qndr5ctl/order_backup.h"
 
+#include "observation/working_folder.h"
 #include "programs/qndr5ctl/archive_contents.h"
-#include "programs/qndr5ctl/computer_places.h"
 #include "services/failure.h"
 #include "suite/exchange/import_reader.h"
 #include "syncfiles/discovery.h"
@@ -98,7 +98,7 @@ OrderBackup ReadOrderBackup(const ControlContext& context, const std::string& ar
     if (contents.backupEntry.empty()) {
         throw Failure("'" + archive + "' is no order backup");
     }
-    const WorkingFolder folder(context.services);
+    const observation::WorkingFolder folder(context.services);
     const auto zip = context.services.objects.CreateZipArchive();
     if (!zip || zip->OpenZip(archive) == 0) {
         throw Failure("'" + archive + "' cannot be opened");

@@ -1,6 +1,6 @@
+#include "observation/computer_places.h"
 #include "programs/qndr5ctl/column_values.h"
 #include "programs/qndr5ctl/commands.h"
-#include "programs/qndr5ctl/computer_places.h"
 #include "programs/qndr5ctl/order_restore.h"
 #include "programs/qndr5ctl/output.h"
 #include "services/failure.h"
@@ -70,7 +70,7 @@ std::vector<std::string> FoldersToList(const ControlContext& context, const List
         return {BackupFolderOf(context, arguments.company)};
     }
     std::vector<std::string> folders;
-    for (const std::string& file : CompanyFilesHere(context)) {
+    for (const std::string& file : observation::CompanyFilesHere(context.services)) {
         folders.push_back(BackupFolderOf(context, file));
     }
     if (folders.empty()) {

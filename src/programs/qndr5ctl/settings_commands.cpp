@@ -2,9 +2,9 @@
 #include "programs/qndr5ctl/did_you_mean.h"
 #include "programs/qndr5ctl/known_settings.h"
 #include "programs/qndr5ctl/output.h"
-#include "programs/qndr5ctl/whole_number.h"
 #include "services/failure.h"
 #include "shared/settings.h"
+#include "text/whole_number.h"
 
 namespace qndr::control {
 
@@ -37,12 +37,12 @@ Json ReadStored(services::RegistryTools& registry, const std::string& key, const
         registry.GetLong(CurrentUserHive, key, name, 0);
         return {};
     }
-    const auto number = ParseWholeNumber(text);
+    const auto number = text::ParseWholeNumber(text);
     return number ? Json(*number) : Json(text);
 }
 
 Json DefaultOf(const KnownSetting& setting) {
-    const auto number = ParseWholeNumber(std::string(setting.fallback));
+    const auto number = text::ParseWholeNumber(std::string(setting.fallback));
     return number ? Json(*number) : Json(setting.fallback);
 }
 
@@ -99,7 +99,7 @@ void Get(const ControlContext& context, const GetArguments& arguments) {
 void DemandFitting(const KnownSetting& setting, const std::string& value) {
     const std::string name(setting.name);
     if (setting.kind == SettingKind::Number) {
-        const auto number = ParseWholeNumber(value);
+        const auto number = text::ParseWholeNumber(value);
         if (!number || *number < setting.lowest || *number > setting.highest) {
             throw Failure("'" + value + "' is no value for " + name + ", which is a number from " +
                           std::to_string(setting.lowest) + " to " + std::to_string(setting.highest));
@@ -117,7 +117,7 @@ void Set(const ControlContext& context, const SetArguments& arguments) {
     if (known != nullptr) {
         DemandFitting(*known, arguments.value);
     }
-    const auto number = ParseWholeNumber(arguments.value);
+    const auto number = text::ParseWholeNumber(arguments.value);
     if (number && (known == nullptr || known->kind == SettingKind::Number)) {
         registry.SetLong(CurrentUserHive, key, name, *number);
     } else {

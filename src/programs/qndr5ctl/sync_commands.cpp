@@ -1,5 +1,5 @@
+#include "observation/computer_places.h"
 #include "programs/qndr5ctl/commands.h"
-#include "programs/qndr5ctl/computer_places.h"
 #include "programs/qndr5ctl/opened_company.h"
 #include "programs/qndr5ctl/sync_words.h"
 #include "programs/qndr5ctl/taken_out_files.h"
@@ -32,8 +32,9 @@ struct CancelArguments {
 /// An old request, acknowledge or full data of the two would be taken for a part of the new exchange.
 void TakeOutOldFiles(const ControlContext& context, const InitialArguments& arguments,
                      const std::string& uniqueID) {
-    const std::string folder =
-        arguments.syncFolder.empty() ? UserFileLocation(context, "Sync") : arguments.syncFolder;
+    const std::string folder = arguments.syncFolder.empty()
+                                   ? observation::UserFileLocation(context.services, "Sync")
+                                   : arguments.syncFolder;
     if (folder.empty() || !context.services.pathTools.FolderExists(folder)) {
         context.out << "No Sync folder is reached from here: files of this workstation that lie in it stay there "
                        "(--sync names it).\n";

@@ -1,6 +1,6 @@
 #include "programs/qndr5ctl/taken_out_files.h"
 
-#include "programs/qndr5ctl/sync_folder_files.h"
+#include "observation/sync_folder_files.h"
 #include "services/failure.h"
 #include "shared/records.h"
 
@@ -30,10 +30,10 @@ std::string TakeOut(const ControlContext& context, const std::string& path) {
 std::size_t TakeOutFilesOf(const ControlContext& context, const std::string& syncFolder,
                            const std::string& workstationUniqueID) {
     std::size_t count = 0;
-    for (const ListedFile& listed : ReadSyncFolder(context, syncFolder)) {
+    for (const diagnosis::ListedFile& listed : observation::ReadSyncFolder(context.services, syncFolder)) {
         const FoundSyncFile& entry = listed.file.entry;
-        const bool isSyncFile =
-            listed.file.kind == FileKind::SyncFile || listed.file.kind == FileKind::UnreadableSyncFile;
+        const bool isSyncFile = listed.file.kind == diagnosis::FileKind::SyncFile ||
+                                listed.file.kind == diagnosis::FileKind::UnreadableSyncFile;
         if (isSyncFile && (EqualIdentities(entry.From, workstationUniqueID) ||
                            EqualIdentities(entry.To, NormalizeUniqueID(workstationUniqueID)))) {
             TakeOut(context, entry.FilePath);

@@ -31,7 +31,7 @@ void Declare(CLI::App& program, Arguments& arguments) {
         ->check(CLI::Range(1, 3660));
     program
         .add_option("--faults", arguments.options.faults,
-                    "only these, with commas; otherwise each seed takes some")
+                    "only these, with commas, or none; otherwise each seed takes some")
         ->delimiter(',');
     program.add_flag("--json", arguments.json, "one line of JSON instead of the table");
 }
