@@ -14,9 +14,9 @@ void CallTimes::Stop() {
     current_ = nullptr;
 }
 
-bool CallTimes::Admits(std::string_view call) {
+bool CallTimes::Admits(Call call) {
     if (current_ != nullptr) {
-        Turn(call);
+        Turn(call.Name());
     }
     return true;
 }

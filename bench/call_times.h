@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/call_gate.h"
+#include "services/gated/call_gate.h"
 
 #include <chrono>
 #include <functional>
@@ -23,7 +23,7 @@ class CallTimes : public services::CallGate {
     /// Takes the time from here on; what comes before the first call stands under "start".
     void Start();
     void Stop();
-    bool Admits(std::string_view call) override;
+    bool Admits(Call call) override;
 
     double Seconds() const;
     /// The sums as one JSON object, from call to [seconds, calls].

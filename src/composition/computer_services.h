@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/agent_services.h"
+#include "services/gated/call_gate.h"
 #include "suite/computer/computer.h"
 #include "suite/files/file_reads.h"
 

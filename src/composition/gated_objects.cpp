@@ -1,43 +1,33 @@
 #include "composition/gated_objects.h"
 
-#include <utility>
+#include "services/gated/company_library.h"
+#include "services/gated/company_services.h"
+#include "services/gated/zip_archive.h"
 
 namespace qndr {
-namespace {
-
-/// The object behind its wrapper; nothing stays nothing.
-template <typename Wrapper, typename Object>
-std::unique_ptr<Object> Wrap(std::unique_ptr<Object> object, services::CallGate* gate) {
-    if (!object) {
-        return nullptr;
-    }
-    return std::make_unique<Wrapper>(std::move(object), gate);
-}
-
-} // namespace
-
 std::unique_ptr<services::SharedCodeLibrary> GatedObjects::CreateSharedCodeLibrary() {
-    return Wrap<services::SharedCodeLibraryWrapper>(ObjectFactoryWrapper::CreateSharedCodeLibrary(), gate_);
+    return services::Behind<services::SharedCodeLibraryWrapper>(ObjectFactoryWrapper::CreateSharedCodeLibrary(),
+                                                                Gate());
 }
 
 std::unique_ptr<services::Engine> GatedObjects::CreateEngine() {
-    return Wrap<services::EngineWrapper>(ObjectFactoryWrapper::CreateEngine(), gate_);
+    return services::Behind<services::EngineWrapper>(ObjectFactoryWrapper::CreateEngine(), Gate());
 }
 
 std::unique_ptr<services::CompanyManager> GatedObjects::CreateCompanyManager() {
-    return Wrap<services::CompanyManagerWrapper>(ObjectFactoryWrapper::CreateCompanyManager(), gate_);
+    return services::Behind<services::CompanyManagerWrapper>(ObjectFactoryWrapper::CreateCompanyManager(), Gate());
 }
 
 std::unique_ptr<services::FileManager> GatedObjects::CreateFileManager() {
-    return Wrap<services::FileManagerWrapper>(ObjectFactoryWrapper::CreateFileManager(), gate_);
+    return services::Behind<services::FileManagerWrapper>(ObjectFactoryWrapper::CreateFileManager(), Gate());
 }
 
 std::unique_ptr<services::Upgrader> GatedObjects::CreateUpgrader() {
-    return Wrap<services::UpgraderWrapper>(ObjectFactoryWrapper::CreateUpgrader(), gate_);
+    return services::Behind<services::UpgraderWrapper>(ObjectFactoryWrapper::CreateUpgrader(), Gate());
 }
 
 std::unique_ptr<services::ZipArchive> GatedObjects::CreateZipArchive() {
-    return Wrap<services::ZipArchiveWrapper>(ObjectFactoryWrapper::CreateZipArchive(), gate_);
+    return services::Behind<services::ZipArchiveWrapper>(ObjectFactoryWrapper::CreateZipArchive(), Gate());
 }
 
 } // namespace qndr

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/object_factory.h"
+#include "services/gated/object_factory.h"
 
 namespace qndr {
 
@@ -9,8 +9,7 @@ namespace qndr {
 class GatedObjects : public services::ObjectFactoryWrapper {
   public:
     /// Both must outlive the objects that are created here; a null gate admits all.
-    GatedObjects(services::ObjectFactory& target, services::CallGate* gate)
-        : ObjectFactoryWrapper(target, gate), gate_(gate) {}
+    GatedObjects(services::ObjectFactory& target, services::CallGate* gate) : ObjectFactoryWrapper(target, gate) {}
 
     std::unique_ptr<services::SharedCodeLibrary> CreateSharedCodeLibrary() override;
     std::unique_ptr<services::Engine> CreateEngine() override;
@@ -18,9 +17,6 @@ class GatedObjects : public services::ObjectFactoryWrapper {
     std::unique_ptr<services::FileManager> CreateFileManager() override;
     std::unique_ptr<services::Upgrader> CreateUpgrader() override;
     std::unique_ptr<services::ZipArchive> CreateZipArchive() override;
-
-  private:
-    services::CallGate* gate_;
 };
 
 } // namespace qndr

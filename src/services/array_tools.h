@@ -1,7 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
-
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -22,30 +20,6 @@ class StringArrayTools {
     virtual void AddString(const std::string& value, std::vector<std::string>& array, bool unique) = 0;
 };
 
-/// Forwards every call of a StringArrayTools that `gate` admits. A null gate admits all.
-class StringArrayToolsWrapper : public StringArrayTools, private Gated {
-  public:
-    StringArrayToolsWrapper(StringArrayTools& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    std::int32_t FindString(const std::string& value, const std::vector<std::string>& array, bool matchCase,
-                            bool partial) override {
-        if (!Admits("StringArrayTools.FindString")) {
-            return -1;
-        }
-        return target_->FindString(value, array, matchCase, partial);
-    }
-    void AddString(const std::string& value, std::vector<std::string>& array, bool unique) override {
-        Demand("StringArrayTools.AddString");
-        target_->AddString(value, array, unique);
-    }
-
-  protected:
-    StringArrayTools& Target() const { return *target_; }
-
-  private:
-    StringArrayTools* target_;
-};
-
 /// Searches and grows arrays of numbers.
 class ArrayTools {
   public:
@@ -56,29 +30,6 @@ class ArrayTools {
 
     /// With `unique` a number that is there already is not added again.
     virtual void AddLong(std::int32_t value, std::vector<std::int32_t>& array, bool unique) = 0;
-};
-
-/// Forwards every call of a ArrayTools that `gate` admits. A null gate admits all.
-class ArrayToolsWrapper : public ArrayTools, private Gated {
-  public:
-    ArrayToolsWrapper(ArrayTools& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    std::int32_t FindLong(std::int32_t value, const std::vector<std::int32_t>& array) override {
-        if (!Admits("ArrayTools.FindLong")) {
-            return -1;
-        }
-        return target_->FindLong(value, array);
-    }
-    void AddLong(std::int32_t value, std::vector<std::int32_t>& array, bool unique) override {
-        Demand("ArrayTools.AddLong");
-        target_->AddLong(value, array, unique);
-    }
-
-  protected:
-    ArrayTools& Target() const { return *target_; }
-
-  private:
-    ArrayTools* target_;
 };
 
 } // namespace qndr::services

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
 #include "services/record_document.h"
 #include "services/statement.h"
 #include "services/variant.h"
@@ -34,40 +33,6 @@ class Database {
     virtual std::string LastSQLErrorDescription() const = 0;
 };
 
-/// Forwards every call of a Database that `gate` admits. A null gate admits all.
-class DatabaseWrapper : public Database, private Gated {
-  public:
-    DatabaseWrapper(Database& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    Variant ExecuteScaler(const Statement& statement, const std::string& second,
-                          const Variant& fallback) override {
-        Demand("Database.ExecuteScaler");
-        return target_->ExecuteScaler(statement, second, fallback);
-    }
-    std::int32_t ExecuteNonQuery(const Statement& statement) override {
-        if (!Admits("Database.ExecuteNonQuery")) {
-            return -1;
-        }
-        return target_->ExecuteNonQuery(statement);
-    }
-    std::unique_ptr<RecordDocument> ExecuteRead(const Statement& statement) override {
-        if (!Admits("Database.ExecuteRead")) {
-            return nullptr;
-        }
-        return target_->ExecuteRead(statement);
-    }
-    std::string LastSQLErrorDescription() const override {
-        Demand("Database.LastSQLErrorDescription");
-        return target_->LastSQLErrorDescription();
-    }
-
-  protected:
-    Database& Target() const { return *target_; }
-
-  private:
-    Database* target_;
-};
-
 /// A database object for statements outside the company's own one.
 class SqlConnection {
   public:
@@ -76,30 +41,6 @@ class SqlConnection {
     /// As on Database.
     virtual std::int32_t ExecuteNonQuery(const Statement& statement) = 0;
     virtual void PreTerminate() = 0;
-};
-
-/// Forwards every call of a SqlConnection that `gate` admits. A null gate admits all.
-class SqlConnectionWrapper : public SqlConnection, private Gated {
-  public:
-    SqlConnectionWrapper(SqlConnection& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    std::int32_t ExecuteNonQuery(const Statement& statement) override {
-        if (!Admits("SqlConnection.ExecuteNonQuery")) {
-            return -1;
-        }
-        return target_->ExecuteNonQuery(statement);
-    }
-    void PreTerminate() override {
-        if (Admits("SqlConnection.PreTerminate")) {
-            target_->PreTerminate();
-        }
-    }
-
-  protected:
-    SqlConnection& Target() const { return *target_; }
-
-  private:
-    SqlConnection* target_;
 };
 
 /// The profiles of settings on this computer.
@@ -111,23 +52,6 @@ class Profiles {
     virtual void SetProfile(const std::string& name) = 0;
 };
 
-/// Forwards every call of a Profiles that `gate` admits. A null gate admits all.
-class ProfilesWrapper : public Profiles, private Gated {
-  public:
-    ProfilesWrapper(Profiles& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    void SetProfile(const std::string& name) override {
-        Demand("Profiles.SetProfile");
-        target_->SetProfile(name);
-    }
-
-  protected:
-    Profiles& Target() const { return *target_; }
-
-  private:
-    Profiles* target_;
-};
-
 /// What this computer is.
 class Security {
   public:
@@ -135,23 +59,6 @@ class Security {
 
     /// True on a computer that is set up as a Roaming Workstation. Needs no open company.
     virtual bool IsRoamingWorkstation() const = 0;
-};
-
-/// Forwards every call of a Security that `gate` admits. A null gate admits all.
-class SecurityWrapper : public Security, private Gated {
-  public:
-    SecurityWrapper(Security& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    bool IsRoamingWorkstation() const override {
-        Demand("Security.IsRoamingWorkstation");
-        return target_->IsRoamingWorkstation();
-    }
-
-  protected:
-    Security& Target() const { return *target_; }
-
-  private:
-    Security* target_;
 };
 
 /// Options of the company and locations on this computer.
@@ -165,30 +72,6 @@ class Options {
 
     /// A folder path; empty when the location is not set.
     virtual std::string UserFileLocation(const std::string& name) = 0;
-};
-
-/// Forwards every call of a Options that `gate` admits. A null gate admits all.
-class OptionsWrapper : public Options, private Gated {
-  public:
-    OptionsWrapper(Options& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    Variant GetCompanyOption(const std::string& section, const std::string& key,
-                             const Variant& fallback) override {
-        Demand("Options.GetCompanyOption");
-        return target_->GetCompanyOption(section, key, fallback);
-    }
-    std::string UserFileLocation(const std::string& name) override {
-        if (!Admits("Options.UserFileLocation")) {
-            return "";
-        }
-        return target_->UserFileLocation(name);
-    }
-
-  protected:
-    Options& Target() const { return *target_; }
-
-  private:
-    Options* target_;
 };
 
 /// The services of one company: qndrscl5.SharedCodeLibrary. The sub-objects live as long as the library and are
@@ -220,69 +103,6 @@ class SharedCodeLibrary {
     /// The library behind any wrapper, for the services of the same make that take a library (engine, file
     /// manager).
     virtual SharedCodeLibrary& Implementation() { return *this; }
-};
-
-/// Forwards every call of a SharedCodeLibrary that `gate` admits, its sub-objects' calls included. A null gate
-/// admits all.
-class SharedCodeLibraryWrapper : public SharedCodeLibrary, private Gated {
-  public:
-    SharedCodeLibraryWrapper(std::unique_ptr<SharedCodeLibrary> target, CallGate* gate)
-        : Gated(gate), target_(std::move(target)), profiles_(target_->Profiles(), gate),
-          security_(target_->Security(), gate), options_(target_->Options(), gate),
-          database_(target_->Database(), gate) {}
-
-    void SetConnectionString(const std::string& text) override {
-        Demand("SharedCodeLibrary.SetConnectionString");
-        target_->SetConnectionString(text);
-    }
-    void SetPSDFile(const std::string& path) override {
-        Demand("SharedCodeLibrary.SetPSDFile");
-        target_->SetPSDFile(path);
-    }
-    void SetOperatingMode(std::int16_t mode) override {
-        Demand("SharedCodeLibrary.SetOperatingMode");
-        target_->SetOperatingMode(mode);
-    }
-    std::int16_t OperatingMode() const override {
-        Demand("SharedCodeLibrary.OperatingMode");
-        return target_->OperatingMode();
-    }
-    services::Profiles& Profiles() override { return profiles_; }
-    services::Security& Security() override { return security_; }
-    services::Options& Options() override { return options_; }
-    services::Database& Database() override { return database_; }
-    SqlConnection* QNDRSQL() override {
-        if (!Admits("SharedCodeLibrary.QNDRSQL")) {
-            return nullptr;
-        }
-        SqlConnection* connection = target_->QNDRSQL();
-        if (connection == nullptr) {
-            return nullptr;
-        }
-        connection_.emplace(*connection, Gate());
-        return &*connection_;
-    }
-    void RecordEvent(const std::string& text, std::optional<std::int32_t> number) override {
-        Demand("SharedCodeLibrary.RecordEvent");
-        target_->RecordEvent(text, number);
-    }
-    void PreTerminate() override {
-        if (Admits("SharedCodeLibrary.PreTerminate")) {
-            target_->PreTerminate();
-        }
-    }
-    SharedCodeLibrary& Implementation() override { return target_->Implementation(); }
-
-  protected:
-    SharedCodeLibrary& Target() const { return *target_; }
-
-  private:
-    std::unique_ptr<SharedCodeLibrary> target_;
-    ProfilesWrapper profiles_;
-    SecurityWrapper security_;
-    OptionsWrapper options_;
-    DatabaseWrapper database_;
-    std::optional<SqlConnectionWrapper> connection_;
 };
 
 } // namespace qndr::services

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
 #include "services/company_library.h"
 
 #include <memory>
@@ -39,62 +38,6 @@ class Engine {
     virtual void PreTerminate() = 0;
 };
 
-/// Forwards every call of a Engine that `gate` admits. A null gate admits all.
-class EngineWrapper : public Engine, private Gated {
-  public:
-    EngineWrapper(std::unique_ptr<Engine> target, CallGate* gate) : Gated(gate), target_(std::move(target)) {}
-
-    void Initialize(SharedCodeLibrary& library) override {
-        Demand("Engine.Initialize");
-        target_->Initialize(library);
-    }
-    void SetVerbose(bool value) override {
-        Demand("Engine.SetVerbose");
-        target_->SetVerbose(value);
-    }
-    void SetIgnoreUnknownTables(bool value) override {
-        Demand("Engine.SetIgnoreUnknownTables");
-        target_->SetIgnoreUnknownTables(value);
-    }
-    void ClearExports() override {
-        Demand("Engine.ClearExports");
-        target_->ClearExports();
-    }
-    void AddToExport(const std::string& table, const std::string& statement, bool deletion) override {
-        Demand("Engine.AddToExport");
-        target_->AddToExport(table, statement, deletion);
-    }
-    bool DoExport(const std::string& path) override {
-        if (!Admits("Engine.DoExport")) {
-            return false;
-        }
-        return target_->DoExport(path);
-    }
-    bool ImportFile(const std::string& path) override {
-        if (!Admits("Engine.ImportFile")) {
-            return false;
-        }
-        return target_->ImportFile(path);
-    }
-    bool ExportOrder(std::int32_t id, const std::string& path) override {
-        if (!Admits("Engine.ExportOrder")) {
-            return false;
-        }
-        return target_->ExportOrder(id, path);
-    }
-    void PreTerminate() override {
-        if (Admits("Engine.PreTerminate")) {
-            target_->PreTerminate();
-        }
-    }
-
-  protected:
-    Engine& Target() const { return *target_; }
-
-  private:
-    std::unique_ptr<Engine> target_;
-};
-
 /// A company file as the Company Manager reads it.
 class PsdFile {
   public:
@@ -105,29 +48,6 @@ class PsdFile {
 
     /// Valid after a Load that returned true.
     virtual std::string ConnectionString() const = 0;
-};
-
-/// Forwards every call of a PsdFile that `gate` admits. A null gate admits all.
-class PsdFileWrapper : public PsdFile, private Gated {
-  public:
-    PsdFileWrapper(PsdFile& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    bool Load(const std::string& path) override {
-        if (!Admits("PsdFile.Load")) {
-            return false;
-        }
-        return target_->Load(path);
-    }
-    std::string ConnectionString() const override {
-        Demand("PsdFile.ConnectionString");
-        return target_->ConnectionString();
-    }
-
-  protected:
-    PsdFile& Target() const { return *target_; }
-
-  private:
-    PsdFile* target_;
 };
 
 /// The file locations of a company: qndrfm5.Library.
@@ -143,33 +63,6 @@ class FileManager {
     virtual void PreTerminate() = 0;
 };
 
-/// Forwards every call of a FileManager that `gate` admits. A null gate admits all.
-class FileManagerWrapper : public FileManager, private Gated {
-  public:
-    FileManagerWrapper(std::unique_ptr<FileManager> target, CallGate* gate)
-        : Gated(gate), target_(std::move(target)) {}
-
-    void Initialize(SharedCodeLibrary& library) override {
-        Demand("FileManager.Initialize");
-        target_->Initialize(library);
-    }
-    std::string GetRootFolderPath(bool& flag) override {
-        Demand("FileManager.GetRootFolderPath");
-        return target_->GetRootFolderPath(flag);
-    }
-    void PreTerminate() override {
-        if (Admits("FileManager.PreTerminate")) {
-            target_->PreTerminate();
-        }
-    }
-
-  protected:
-    FileManager& Target() const { return *target_; }
-
-  private:
-    std::unique_ptr<FileManager> target_;
-};
-
 /// The company upgrader: qndrcup5.Upgrader.
 class Upgrader {
   public:
@@ -178,28 +71,6 @@ class Upgrader {
     /// The version of company databases that this installation works with.
     virtual std::string LatestVersion() const = 0;
     virtual void PreTerminate() = 0;
-};
-
-/// Forwards every call of a Upgrader that `gate` admits. A null gate admits all.
-class UpgraderWrapper : public Upgrader, private Gated {
-  public:
-    UpgraderWrapper(std::unique_ptr<Upgrader> target, CallGate* gate) : Gated(gate), target_(std::move(target)) {}
-
-    std::string LatestVersion() const override {
-        Demand("Upgrader.LatestVersion");
-        return target_->LatestVersion();
-    }
-    void PreTerminate() override {
-        if (Admits("Upgrader.PreTerminate")) {
-            target_->PreTerminate();
-        }
-    }
-
-  protected:
-    Upgrader& Target() const { return *target_; }
-
-  private:
-    std::unique_ptr<Upgrader> target_;
 };
 
 /// The Company Manager: qndrcmgr5.Library.
@@ -211,27 +82,6 @@ class CompanyManager {
     /// database.
     virtual bool CanOpenCompany(const std::string& path) = 0;
     virtual void PreTerminate() = 0;
-};
-
-/// Forwards every call of a CompanyManager that `gate` admits. A null gate admits all.
-class CompanyManagerWrapper : public CompanyManager, private Gated {
-  public:
-    CompanyManagerWrapper(std::unique_ptr<CompanyManager> target, CallGate* gate)
-        : Gated(gate), target_(std::move(target)), psd_(target_->PSD(), gate) {}
-
-    PsdFile& PSD() override { return psd_; }
-    bool CanOpenCompany(const std::string& path) override {
-        return Admits("CompanyManager.CanOpenCompany") && target_->CanOpenCompany(path);
-    }
-    void PreTerminate() override {
-        if (Admits("CompanyManager.PreTerminate")) {
-            target_->PreTerminate();
-        }
-    }
-
-  private:
-    std::unique_ptr<CompanyManager> target_;
-    PsdFileWrapper psd_;
 };
 
 } // namespace qndr::services

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -90,77 +88,6 @@ class DirectoryCalls {
 
     /// The path with "..." in the place of its middle when it is wider than `width`.
     virtual std::string CompactPath(const DeviceContext& device, const std::string& path, int width) = 0;
-};
-
-/// Forwards every call of a DirectoryListing that `gate` admits. A null gate admits all.
-class DirectoryListingWrapper : public DirectoryListing, private Gated {
-  public:
-    DirectoryListingWrapper(std::unique_ptr<DirectoryListing> target, CallGate* gate)
-        : Gated(gate), target_(std::move(target)) {}
-
-    std::optional<DirectoryEntry> Next() override {
-        Demand("DirectoryListing.Next");
-        return target_->Next();
-    }
-
-  protected:
-    DirectoryListing& Target() const { return *target_; }
-
-  private:
-    std::unique_ptr<DirectoryListing> target_;
-};
-
-/// Forwards every call of a DirectoryCalls that `gate` admits, those of its listings included. A null gate admits
-/// all.
-class DirectoryCallsWrapper : public DirectoryCalls, private Gated {
-  public:
-    DirectoryCallsWrapper(DirectoryCalls& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    char Separator() const override { return target_->Separator(); }
-    std::size_t MaximumPathLength() const override { return target_->MaximumPathLength(); }
-    std::unique_ptr<DirectoryListing> List(const std::string& folder, const std::string& pattern) override {
-        if (!Admits("DirectoryCalls.List")) {
-            return nullptr;
-        }
-        auto listing = target_->List(folder, pattern);
-        if (listing == nullptr) {
-            return nullptr;
-        }
-        return std::make_unique<DirectoryListingWrapper>(std::move(listing), Gate());
-    }
-    std::optional<DirectoryEntry> Find(const std::string& path) override {
-        if (!Admits("DirectoryCalls.Find")) {
-            return std::nullopt;
-        }
-        return target_->Find(path);
-    }
-    bool MakeDirectory(const std::string& path) override {
-        return Admits("DirectoryCalls.MakeDirectory") && target_->MakeDirectory(path);
-    }
-    bool RemoveEmptyDirectory(const std::string& path) override {
-        return Admits("DirectoryCalls.RemoveEmptyDirectory") && target_->RemoveEmptyDirectory(path);
-    }
-    std::string TemporaryPath() override {
-        Demand("DirectoryCalls.TemporaryPath");
-        return target_->TemporaryPath();
-    }
-    NetworkConnection FindNetworkConnection(const std::string& drive) override {
-        Demand("DirectoryCalls.FindNetworkConnection");
-        return target_->FindNetworkConnection(drive);
-    }
-    bool MatchesPattern(const std::string& name, const std::string& pattern) override {
-        return Admits("DirectoryCalls.MatchesPattern") && target_->MatchesPattern(name, pattern);
-    }
-    std::string CompactPath(const DeviceContext& device, const std::string& path, int width) override {
-        Demand("DirectoryCalls.CompactPath");
-        return target_->CompactPath(device, path, width);
-    }
-
-  protected:
-    DirectoryCalls& Target() const { return *target_; }
-
-  private:
-    DirectoryCalls* target_;
 };
 
 } // namespace qndr::services

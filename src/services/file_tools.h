@@ -1,6 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
 #include "services/date.h"
 
 #include <string>
@@ -53,82 +52,6 @@ class FileTools {
 
     /// The text with every character that a file name cannot carry, and "~", replaced by "-".
     virtual std::string ToFileToken(const std::string& text) = 0;
-};
-
-/// Forwards every call of a FileTools that `gate` admits. A null gate admits all.
-class FileToolsWrapper : public FileTools, private Gated {
-  public:
-    FileToolsWrapper(FileTools& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    bool FileIsPresent(const std::string& path) override {
-        if (!Admits("FileTools.FileIsPresent")) {
-            return false;
-        }
-        return target_->FileIsPresent(path);
-    }
-    bool FileExists(const std::string& path) override {
-        if (!Admits("FileTools.FileExists")) {
-            return false;
-        }
-        return target_->FileExists(path);
-    }
-    std::int64_t GetFileSize(const std::string& path) override {
-        Demand("FileTools.GetFileSize");
-        return target_->GetFileSize(path);
-    }
-    std::string GetFileName(const std::string& path) override {
-        Demand("FileTools.GetFileName");
-        return target_->GetFileName(path);
-    }
-    std::string GetFileBaseName(const std::string& path) override {
-        Demand("FileTools.GetFileBaseName");
-        return target_->GetFileBaseName(path);
-    }
-    bool FileHasAttribute(const std::string& path, int attribute) override {
-        if (!Admits("FileTools.FileHasAttribute")) {
-            return false;
-        }
-        return target_->FileHasAttribute(path, attribute);
-    }
-    Date GetFileDate(const std::string& path) override {
-        Demand("FileTools.GetFileDate");
-        return target_->GetFileDate(path);
-    }
-    std::string CreateTemporaryFile(const std::string& folder, const std::string& prefix,
-                                    const std::string& extension) override {
-        if (!Admits("FileTools.CreateTemporaryFile")) {
-            return "";
-        }
-        return target_->CreateTemporaryFile(folder, prefix, extension);
-    }
-    bool DeleteFile(const std::string& path) override {
-        if (!Admits("FileTools.DeleteFile")) {
-            return false;
-        }
-        return target_->DeleteFile(path);
-    }
-    bool CopyFile(const std::string& source, const std::string& target, bool overwrite) override {
-        if (!Admits("FileTools.CopyFile")) {
-            return false;
-        }
-        return target_->CopyFile(source, target, overwrite);
-    }
-    bool MoveFile(const std::string& source, const std::string& target, bool overwrite) override {
-        if (!Admits("FileTools.MoveFile")) {
-            return false;
-        }
-        return target_->MoveFile(source, target, overwrite);
-    }
-    std::string ToFileToken(const std::string& text) override {
-        Demand("FileTools.ToFileToken");
-        return target_->ToFileToken(text);
-    }
-
-  protected:
-    FileTools& Target() const { return *target_; }
-
-  private:
-    FileTools* target_;
 };
 
 } // namespace qndr::services

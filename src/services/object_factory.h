@@ -1,6 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
 #include "services/company_services.h"
 #include "services/zip_archive.h"
 
@@ -32,55 +31,6 @@ class ObjectFactory {
 
     /// The ZIP component.
     virtual std::unique_ptr<ZipArchive> CreateZipArchive() = 0;
-};
-
-/// Forwards every call of a ObjectFactory that `gate` admits. A null gate admits all.
-class ObjectFactoryWrapper : public ObjectFactory, private Gated {
-  public:
-    ObjectFactoryWrapper(ObjectFactory& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    std::unique_ptr<SharedCodeLibrary> CreateSharedCodeLibrary() override {
-        if (!Admits("ObjectFactory.CreateSharedCodeLibrary")) {
-            return nullptr;
-        }
-        return target_->CreateSharedCodeLibrary();
-    }
-    std::unique_ptr<Engine> CreateEngine() override {
-        if (!Admits("ObjectFactory.CreateEngine")) {
-            return nullptr;
-        }
-        return target_->CreateEngine();
-    }
-    std::unique_ptr<CompanyManager> CreateCompanyManager() override {
-        if (!Admits("ObjectFactory.CreateCompanyManager")) {
-            return nullptr;
-        }
-        return target_->CreateCompanyManager();
-    }
-    std::unique_ptr<FileManager> CreateFileManager() override {
-        if (!Admits("ObjectFactory.CreateFileManager")) {
-            return nullptr;
-        }
-        return target_->CreateFileManager();
-    }
-    std::unique_ptr<Upgrader> CreateUpgrader() override {
-        if (!Admits("ObjectFactory.CreateUpgrader")) {
-            return nullptr;
-        }
-        return target_->CreateUpgrader();
-    }
-    std::unique_ptr<ZipArchive> CreateZipArchive() override {
-        if (!Admits("ObjectFactory.CreateZipArchive")) {
-            return nullptr;
-        }
-        return target_->CreateZipArchive();
-    }
-
-  protected:
-    ObjectFactory& Target() const { return *target_; }
-
-  private:
-    ObjectFactory* target_;
 };
 
 } // namespace qndr::services

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
-
 #include <string>
 #include <vector>
 
@@ -41,78 +39,6 @@ class PathTools {
     /// The path of the folder, empty on failure. An empty parent stands for the temporary folder.
     virtual std::string CreateTemporaryFolder(const std::string& parentFolder, const std::string& prefix,
                                               bool makeUnique) = 0;
-};
-
-/// Forwards every call of a PathTools that `gate` admits. A null gate admits all.
-class PathToolsWrapper : public PathTools, private Gated {
-  public:
-    PathToolsWrapper(PathTools& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    bool FolderExists(const std::string& path) override {
-        if (!Admits("PathTools.FolderExists")) {
-            return false;
-        }
-        return target_->FolderExists(path);
-    }
-    bool FolderContainsFiles(const std::string& path, bool recurse) override {
-        Demand("PathTools.FolderContainsFiles");
-        return target_->FolderContainsFiles(path, recurse);
-    }
-    std::vector<std::string> FindFiles(const std::string& folder, const std::string& pattern,
-                                       bool recurse) override {
-        if (!Admits("PathTools.FindFiles")) {
-            return {""};
-        }
-        return target_->FindFiles(folder, pattern, recurse);
-    }
-    std::vector<std::string> FindFolders(const std::string& folder) override {
-        if (!Admits("PathTools.FindFolders")) {
-            return {""};
-        }
-        return target_->FindFolders(folder);
-    }
-    bool SplitPath(const std::string& path, std::string& folder, std::string& name,
-                   std::string& extension) override {
-        Demand("PathTools.SplitPath");
-        return target_->SplitPath(path, folder, name, extension);
-    }
-    bool SplitPath2(const std::string& path, std::string& folder, std::string& fileName) override {
-        Demand("PathTools.SplitPath2");
-        return target_->SplitPath2(path, folder, fileName);
-    }
-    std::string FixPath(const std::string& path, bool addSeparator) override {
-        Demand("PathTools.FixPath");
-        return target_->FixPath(path, addSeparator);
-    }
-    bool CreateNestedFolder(const std::string& path) override {
-        if (!Admits("PathTools.CreateNestedFolder")) {
-            return false;
-        }
-        return target_->CreateNestedFolder(path);
-    }
-    bool DeleteFolder(const std::string& path, bool recursive) override {
-        if (!Admits("PathTools.DeleteFolder")) {
-            return false;
-        }
-        return target_->DeleteFolder(path, recursive);
-    }
-    std::string GetTemporaryFolder() override {
-        Demand("PathTools.GetTemporaryFolder");
-        return target_->GetTemporaryFolder();
-    }
-    std::string CreateTemporaryFolder(const std::string& parentFolder, const std::string& prefix,
-                                      bool makeUnique) override {
-        if (!Admits("PathTools.CreateTemporaryFolder")) {
-            return "";
-        }
-        return target_->CreateTemporaryFolder(parentFolder, prefix, makeUnique);
-    }
-
-  protected:
-    PathTools& Target() const { return *target_; }
-
-  private:
-    PathTools* target_;
 };
 
 } // namespace qndr::services

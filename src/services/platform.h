@@ -1,6 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
 #include "services/date.h"
 
 #include <cstdint>
@@ -38,27 +37,6 @@ class Clock {
     virtual TimeZoneInformation GetTimeZoneInformation() const = 0;
 };
 
-/// Forwards every call of a Clock that `gate` admits. A null gate admits all.
-class ClockWrapper : public Clock, private Gated {
-  public:
-    ClockWrapper(Clock& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    Date Now() const override {
-        Demand("Clock.Now");
-        return target_->Now();
-    }
-    TimeZoneInformation GetTimeZoneInformation() const override {
-        Demand("Clock.GetTimeZoneInformation");
-        return target_->GetTimeZoneInformation();
-    }
-
-  protected:
-    Clock& Target() const { return *target_; }
-
-  private:
-    Clock* target_;
-};
-
 /// The queue through which ticks, clicks and signals reach the one thread of the agent.
 class MessagePump {
   public:
@@ -66,23 +44,6 @@ class MessagePump {
 
     /// Delivers what is pending now and returns. Handlers run inside this call.
     virtual void ProcessMessages() = 0;
-};
-
-/// Forwards every call of a MessagePump that `gate` admits. A null gate admits all.
-class MessagePumpWrapper : public MessagePump, private Gated {
-  public:
-    MessagePumpWrapper(MessagePump& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    void ProcessMessages() override {
-        Demand("MessagePump.ProcessMessages");
-        target_->ProcessMessages();
-    }
-
-  protected:
-    MessagePump& Target() const { return *target_; }
-
-  private:
-    MessagePump* target_;
 };
 
 /// A named timer of the operating system; closed with its destruction.
@@ -101,32 +62,6 @@ class WaitableTimer {
     virtual bool WaitForMessages() = 0;
 };
 
-/// Forwards every call of a WaitableTimer that `gate` admits. A null gate admits all.
-class WaitableTimerWrapper : public WaitableTimer, private Gated {
-  public:
-    WaitableTimerWrapper(std::unique_ptr<WaitableTimer> target, CallGate* gate)
-        : Gated(gate), target_(std::move(target)) {}
-
-    bool AlreadyExists() const override {
-        Demand("WaitableTimer.AlreadyExists");
-        return target_->AlreadyExists();
-    }
-    void Set(std::int32_t low, std::int32_t high) override {
-        Demand("WaitableTimer.Set");
-        target_->Set(low, high);
-    }
-    bool WaitForMessages() override {
-        Demand("WaitableTimer.WaitForMessages");
-        return target_->WaitForMessages();
-    }
-
-  protected:
-    WaitableTimer& Target() const { return *target_; }
-
-  private:
-    std::unique_ptr<WaitableTimer> target_;
-};
-
 /// Makes waitable timers.
 class WaitableTimers {
   public:
@@ -134,23 +69,6 @@ class WaitableTimers {
 
     /// Raises when no timer can be had.
     virtual std::unique_ptr<WaitableTimer> Create(const std::string& name) = 0;
-};
-
-/// Forwards every call of a WaitableTimers that `gate` admits. A null gate admits all.
-class WaitableTimersWrapper : public WaitableTimers, private Gated {
-  public:
-    WaitableTimersWrapper(WaitableTimers& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    std::unique_ptr<WaitableTimer> Create(const std::string& name) override {
-        Demand("WaitableTimers.Create");
-        return target_->Create(name);
-    }
-
-  protected:
-    WaitableTimers& Target() const { return *target_; }
-
-  private:
-    WaitableTimers* target_;
 };
 
 /// Version resources of program files.
@@ -162,25 +80,6 @@ class FileVersions {
     virtual std::optional<FixedFileVersion> GetFileVersion(const std::string& path) = 0;
 };
 
-/// Forwards every call of a FileVersions that `gate` admits. A null gate admits all.
-class FileVersionsWrapper : public FileVersions, private Gated {
-  public:
-    FileVersionsWrapper(FileVersions& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    std::optional<FixedFileVersion> GetFileVersion(const std::string& path) override {
-        if (!Admits("FileVersions.GetFileVersion")) {
-            return std::nullopt;
-        }
-        return target_->GetFileVersion(path);
-    }
-
-  protected:
-    FileVersions& Target() const { return *target_; }
-
-  private:
-    FileVersions* target_;
-};
-
 /// Appends to text files, for the log.
 class TextAppender {
   public:
@@ -188,23 +87,6 @@ class TextAppender {
 
     /// Opens, appends and closes. Makes the file when it is missing. Raises when it cannot.
     virtual void Append(const std::string& path, const std::string& text) = 0;
-};
-
-/// Forwards every call of a TextAppender that `gate` admits. A null gate admits all.
-class TextAppenderWrapper : public TextAppender, private Gated {
-  public:
-    TextAppenderWrapper(TextAppender& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    void Append(const std::string& path, const std::string& text) override {
-        Demand("TextAppender.Append");
-        target_->Append(path, text);
-    }
-
-  protected:
-    TextAppender& Target() const { return *target_; }
-
-  private:
-    TextAppender* target_;
 };
 
 /// Facts of the running program.
@@ -226,37 +108,6 @@ class ProgramFacts {
     virtual bool AnotherCopyIsRunning() = 0;
 };
 
-/// Forwards every call of a ProgramFacts that `gate` admits. A null gate admits all.
-class ProgramFactsWrapper : public ProgramFacts, private Gated {
-  public:
-    ProgramFactsWrapper(ProgramFacts& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    std::string ExecutableName() const override {
-        Demand("ProgramFacts.ExecutableName");
-        return target_->ExecutableName();
-    }
-    std::string Folder() const override {
-        Demand("ProgramFacts.Folder");
-        return target_->Folder();
-    }
-    std::string Version() const override {
-        Demand("ProgramFacts.Version");
-        return target_->Version();
-    }
-    bool AnotherCopyIsRunning() override {
-        if (!Admits("ProgramFacts.AnotherCopyIsRunning")) {
-            return false;
-        }
-        return target_->AnotherCopyIsRunning();
-    }
-
-  protected:
-    ProgramFacts& Target() const { return *target_; }
-
-  private:
-    ProgramFacts* target_;
-};
-
 /// The processes of this computer.
 class Processes {
   public:
@@ -265,25 +116,6 @@ class Processes {
     /// The file names of the programs that run at this moment, with extension and without folder; none when the
     /// system does not tell.
     virtual std::vector<std::string> Names() = 0;
-};
-
-/// Forwards every call of a Processes that `gate` admits. A null gate admits all.
-class ProcessesWrapper : public Processes, private Gated {
-  public:
-    ProcessesWrapper(Processes& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    std::vector<std::string> Names() override {
-        if (!Admits("Processes.Names")) {
-            return {};
-        }
-        return target_->Names();
-    }
-
-  protected:
-    Processes& Target() const { return *target_; }
-
-  private:
-    Processes* target_;
 };
 
 } // namespace qndr::services

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
-
 #include <cstdint>
 #include <string>
 
@@ -32,40 +30,6 @@ class RegistryTools {
     /// Raises when the store cannot be written.
     virtual void SetLong(std::int32_t hive, const std::string& key, const std::string& name,
                          std::int32_t value) = 0;
-};
-
-/// Forwards every call of a RegistryTools that `gate` admits. A null gate admits all.
-class RegistryToolsWrapper : public RegistryTools, private Gated {
-  public:
-    RegistryToolsWrapper(RegistryTools& target, CallGate* gate) : Gated(gate), target_(&target) {}
-
-    std::string GetString(std::int32_t hive, const std::string& key, const std::string& name,
-                          const std::string& fallback) override {
-        if (!Admits("RegistryTools.GetString")) {
-            return fallback;
-        }
-        return target_->GetString(hive, key, name, fallback);
-    }
-    std::int32_t GetLong(std::int32_t hive, const std::string& key, const std::string& name,
-                         std::int32_t fallback) override {
-        Demand("RegistryTools.GetLong");
-        return target_->GetLong(hive, key, name, fallback);
-    }
-    void SetString(std::int32_t hive, const std::string& key, const std::string& name,
-                   const std::string& value) override {
-        Demand("RegistryTools.SetString");
-        target_->SetString(hive, key, name, value);
-    }
-    void SetLong(std::int32_t hive, const std::string& key, const std::string& name, std::int32_t value) override {
-        Demand("RegistryTools.SetLong");
-        target_->SetLong(hive, key, name, value);
-    }
-
-  protected:
-    RegistryTools& Target() const { return *target_; }
-
-  private:
-    RegistryTools* target_;
 };
 
 } // namespace qndr::services

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "services/call_gate.h"
-
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -17,25 +15,6 @@ class ZipEntry {
     /// path the archive gives it, and nothing else. On failure the archive's LastErrorText tells why, and no file
     /// is left.
     virtual std::int32_t Extract(const std::string& folder) = 0;
-};
-
-/// Forwards every call of a ZipEntry that `gate` admits. A null gate admits all.
-class ZipEntryWrapper : public ZipEntry, private Gated {
-  public:
-    ZipEntryWrapper(std::unique_ptr<ZipEntry> target, CallGate* gate) : Gated(gate), target_(std::move(target)) {}
-
-    std::int32_t Extract(const std::string& folder) override {
-        if (!Admits("ZipEntry.Extract")) {
-            return 0;
-        }
-        return target_->Extract(folder);
-    }
-
-  protected:
-    ZipEntry& Target() const { return *target_; }
-
-  private:
-    std::unique_ptr<ZipEntry> target_;
 };
 
 /// One ZIP archive, written or read; an object serves one archive. Results other than success leave a text in
@@ -65,63 +44,6 @@ class ZipArchive {
     /// descriptor a file would be taken for one that it is not.
     virtual std::unique_ptr<ZipEntry> GetEntryByName(const std::string& name) = 0;
     virtual void CloseZip() = 0;
-};
-
-/// Forwards every call of a ZipArchive that `gate` admits, those of its entries included. A null gate admits all.
-class ZipArchiveWrapper : public ZipArchive, private Gated {
-  public:
-    ZipArchiveWrapper(std::unique_ptr<ZipArchive> target, CallGate* gate)
-        : Gated(gate), target_(std::move(target)) {}
-
-    std::string LastErrorText() const override {
-        Demand("ZipArchive.LastErrorText");
-        return target_->LastErrorText();
-    }
-    std::int32_t NewZip(const std::string& path) override {
-        if (!Admits("ZipArchive.NewZip")) {
-            return 0;
-        }
-        return target_->NewZip(path);
-    }
-    std::int32_t AppendFiles(const std::string& pattern, std::int32_t recurse) override {
-        if (!Admits("ZipArchive.AppendFiles")) {
-            return 0;
-        }
-        return target_->AppendFiles(pattern, recurse);
-    }
-    std::int32_t WriteZipAndClose() override {
-        if (!Admits("ZipArchive.WriteZipAndClose")) {
-            return 0;
-        }
-        return target_->WriteZipAndClose();
-    }
-    std::int32_t OpenZip(const std::string& path) override {
-        if (!Admits("ZipArchive.OpenZip")) {
-            return 0;
-        }
-        return target_->OpenZip(path);
-    }
-    std::unique_ptr<ZipEntry> GetEntryByName(const std::string& name) override {
-        if (!Admits("ZipArchive.GetEntryByName")) {
-            return nullptr;
-        }
-        auto entry = target_->GetEntryByName(name);
-        if (entry == nullptr) {
-            return nullptr;
-        }
-        return std::make_unique<ZipEntryWrapper>(std::move(entry), Gate());
-    }
-    void CloseZip() override {
-        if (Admits("ZipArchive.CloseZip")) {
-            target_->CloseZip();
-        }
-    }
-
-  protected:
-    ZipArchive& Target() const { return *target_; }
-
-  private:
-    std::unique_ptr<ZipArchive> target_;
 };
 
 } // namespace qndr::services

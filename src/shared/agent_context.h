@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/agent_services.h"
+#include "services/failure.h"
 
 #include <cstdint>
 #include <memory>

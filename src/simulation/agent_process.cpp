@@ -1,6 +1,9 @@
 #include "simulation/agent_process.h"
 
 #include "agent/start_up.h"
+#include "services/gated/file_tools.h"
+#include "services/gated/path_tools.h"
+#include "services/gated/system_tools.h"
 
 #include <algorithm>
 #include <vector>
@@ -53,7 +56,7 @@ class NoProcesses : public services::Processes {
   public:
     explicit NoProcesses(FaultGate& gate) : gate_(gate) {}
     std::vector<std::string> Names() override {
-        gate_.Admits("Processes.Names");
+        gate_.Admits(calls::Processes::Names);
         return {};
     }
 

@@ -12,9 +12,9 @@ constexpr std::int64_t Kibibyte = 1024;
 constexpr std::int64_t LongestLockSeconds = 20 * 60; ///< twice as long as an import waits
 constexpr const char* UnlockTick = "another program lets go";
 
-bool WritesToTheDatabase(std::string_view call) {
-    return call == "Database.ExecuteNonQuery" || call == "Engine.ImportFile" ||
-           call == "SharedCodeLibrary.QNDRSQL" || call == "SqlConnection.ExecuteNonQuery";
+bool WritesToTheDatabase(Call call) {
+    return call == calls::Database::ExecuteNonQuery || call == calls::Engine::ImportFile ||
+           call == calls::SharedCodeLibrary::QNDRSQL || call == calls::SqlConnection::ExecuteNonQuery;
 }
 
 } // namespace
@@ -54,7 +54,7 @@ void ComputerFaults::BeginPass() {
     writesUntilLock_ = random_.Chance(plan_.Rate(Fault::LockDatabase)) ? random_.Below(8) : -1;
 }
 
-void ComputerFaults::BeforeCall(std::string_view call) {
+void ComputerFaults::BeforeCall(Call call) {
     if (writesUntilLock_ >= 0 && WritesToTheDatabase(call) && --writesUntilLock_ < 0) {
         Hold();
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/gated/call_names.h"
 #include "simulation/chronicle.h"
 #include "simulation/faults.h"
 #include "simulation/simulated_computer.h"
@@ -28,7 +29,7 @@ class ComputerFaults : public suite::FileReads {
     void MoveTo(std::int64_t minute);
     void BeginPass();
     /// In front of a call of the pass.
-    void BeforeCall(std::string_view call);
+    void BeforeCall(Call call);
     void EndPass();
     /// Everything is mended.
     void End();

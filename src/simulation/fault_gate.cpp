@@ -11,69 +11,70 @@ constexpr double Weak = 0.06;
 constexpr double WeakOften = 0.1;
 /// Of the calls on whose answer it hangs whether a file counts as made, as sent or as taken.
 constexpr double DecisiveWeak = 0.4;
-const std::set<std::string, std::less<>> Decisive{
-    "Database.ExecuteNonQuery",        "Engine.DoExport",  "FileTools.CopyFile",
-    "PathTools.CreateTemporaryFolder", "ZipEntry.Extract",
+const std::set<Call> Decisive{
+    calls::Database::ExecuteNonQuery,        calls::Engine::DoExport,  calls::FileTools::CopyFile,
+    calls::PathTools::CreateTemporaryFolder, calls::ZipEntry::Extract,
 };
 /// What is small still finds room on a full disk.
 constexpr double FullOften = 0.7;
 
-const std::set<std::string, std::less<>> WritesToTheDisk{
-    "Engine.DoExport",
-    "Engine.ExportOrder",
-    "FileTools.CopyFile",
-    "FileTools.CreateTemporaryFile",
-    "IniTools.SetValue",
-    "PathTools.CreateNestedFolder",
-    "PathTools.CreateTemporaryFolder",
-    "RegistryTools.SetLong",
-    "RegistryTools.SetString",
-    "TextAppender.Append",
-    "TextFileTools.WriteTextFile",
-    "ZipArchive.WriteZipAndClose",
-    "ZipEntry.Extract",
+const std::set<Call> WritesToTheDisk{
+    calls::Engine::DoExport,
+    calls::Engine::ExportOrder,
+    calls::FileTools::CopyFile,
+    calls::FileTools::CreateTemporaryFile,
+    calls::IniTools::SetValue,
+    calls::PathTools::CreateNestedFolder,
+    calls::PathTools::CreateTemporaryFolder,
+    calls::RegistryTools::SetLong,
+    calls::RegistryTools::SetString,
+    calls::TextAppender::Append,
+    calls::TextFileTools::WriteTextFile,
+    calls::ZipArchive::WriteZipAndClose,
+    calls::ZipEntry::Extract,
 };
 
 /// Comes once for each level of a path from the root down. Were it counted, a seed would lead elsewhere in a
 /// folder that lies deeper.
-constexpr std::string_view PerLevel = "DirectoryCalls.Find";
+constexpr Call PerLevel = calls::DirectoryCalls::Find;
 
 /// What these answer for a computer's own trouble is settled behind the seam. There it is brought about.
-bool IsSettledBehindTheSeam(std::string_view call) {
-    return call == "Engine.ImportFile" || call == "Engine.Initialize" || call == "ZipArchive.OpenZip" ||
-           call == "ZipArchive.GetEntryByName" || call == "ObjectFactory.CreateZipArchive";
+bool IsSettledBehindTheSeam(Call call) {
+    return call == calls::Engine::ImportFile || call == calls::Engine::Initialize ||
+           call == calls::ZipArchive::OpenZip || call == calls::ZipArchive::GetEntryByName ||
+           call == calls::ObjectFactory::CreateZipArchive;
 }
 
 /// Refused, it would end the whole agent before it has begun anything.
-bool IsPartOfTheStart(std::string_view call) {
-    return call.starts_with("CommandLineTools.") || call.starts_with("ProgramFacts.");
+bool IsPartOfTheStart(Call call) {
+    return call.Name().starts_with("CommandLineTools.") || call.Name().starts_with("ProgramFacts.");
 }
 
 } // namespace
 
 void FaultGate::BeginPass() {
     refused_.clear();
-    previous_.clear();
+    previous_.reset();
     dying_ = false;
 }
 
-bool FaultGate::Admits(std::string_view call) {
+bool FaultGate::Admits(Call call) {
     if (dying_) {
         return false;
     }
     if (call == PerLevel) {
         return true;
     }
-    const bool stops = call == "MessagePump.ProcessMessages" && Strikes(Fault::StopAgent);
+    const bool stops = call == calls::MessagePump::ProcessMessages && Strikes(Fault::StopAgent);
     if (depth_ > 1) {
         if (stops) {
             stop_();
         }
         return true;
     }
-    if (!previous_.empty()) {
+    if (previous_) {
         try {
-            afterCall_(std::exchange(previous_, std::string()));
+            afterCall_(*std::exchange(previous_, std::nullopt));
         } catch (const Violation&) {
             dying_ = true; // what unwinds now is not to be judged again
             throw;
@@ -87,21 +88,21 @@ bool FaultGate::Admits(std::string_view call) {
         stop_();
     }
     if (!IsPartOfTheStart(call) && Strikes(Fault::Die)) {
-        chronicle_.NoteFault(computer_, "die", "the agent dies at " + previous_);
+        chronicle_.NoteFault(computer_, "die", "the agent dies at " + std::string(call.Name()));
         dying_ = true;
         throw AgentDied();
     }
     below_.BeforeCall(call);
-    if (IsRefused(previous_)) {
-        refused_.insert(previous_);
+    if (IsRefused(call)) {
+        refused_.insert(call);
         return false;
     }
     return true;
 }
 
-bool FaultGate::IsRefused(const std::string& call) {
+bool FaultGate::IsRefused(Call call) {
     if (below_.IsDiskFull() && WritesToTheDisk.contains(call) && random_.Chance(FullOften)) {
-        chronicle_.Note(computer_, call + " is refused, for the disk is full");
+        chronicle_.Note(computer_, std::string(call.Name()) + " is refused, for the disk is full");
         return true;
     }
     const double rate = plan_.Rate(Fault::RefuseCall);
@@ -115,7 +116,7 @@ bool FaultGate::IsRefused(const std::string& call) {
     if (!random_.Chance(weak->second ? WeakOften : rate)) {
         return false;
     }
-    chronicle_.NoteFault(computer_, "refuse-call", call + " is refused");
+    chronicle_.NoteFault(computer_, "refuse-call", std::string(call.Name()) + " is refused");
     return true;
 }
 

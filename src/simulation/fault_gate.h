@@ -1,12 +1,13 @@
 #pragma once
 
-#include "services/call_gate.h"
+#include "services/gated/call_gate.h"
 #include "simulation/chronicle.h"
 #include "simulation/computer_faults.h"
 #include "simulation/faults.h"
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -25,12 +26,12 @@ class FaultGate : public services::CallGate {
               ComputerFaults& below)
         : computer_(std::move(computer)), plan_(plan), random_(random), chronicle_(chronicle), below_(below) {}
 
-    /// Called between two calls, with the name of the one that was made.
-    void AfterCall(std::function<void(std::string_view)> handler) { afterCall_ = std::move(handler); }
+    /// Called between two calls, with the one that was made.
+    void AfterCall(std::function<void(Call)> handler) { afterCall_ = std::move(handler); }
     void OnEdit(std::function<void()> handler) { edit_ = std::move(handler); }
     void OnStop(std::function<void()> handler) { stop_ = std::move(handler); }
 
-    bool Admits(std::string_view call) override;
+    bool Admits(Call call) override;
 
     /// A timer's tick of the agent. While it waits within a call, say for the lock of its database, further ticks
     /// come: what they ask for is not judged, and nobody edits, because the call is not at its end.
@@ -48,7 +49,7 @@ class FaultGate : public services::CallGate {
     /// Forgets what the last pass suffered.
     void BeginPass();
     /// The calls that were refused in this pass.
-    const std::set<std::string>& Refused() const { return refused_; }
+    const std::set<Call>& Refused() const { return refused_; }
     bool Died() const { return dying_; }
     bool WasFeltBelow() const { return below_.WasFelt(); }
     /// Whether nothing at all has gone wrong in this pass, in front of the seam or below it.
@@ -56,21 +57,21 @@ class FaultGate : public services::CallGate {
 
   private:
     bool Strikes(Fault fault) { return random_.Chance(plan_.Rate(fault)); }
-    bool IsRefused(const std::string& call);
+    bool IsRefused(Call call);
 
     std::string computer_;
     const FaultPlan& plan_;
     SeededRandom random_;
     Chronicle& chronicle_;
-    std::function<void(std::string_view)> afterCall_;
+    std::function<void(Call)> afterCall_;
     std::function<void()> edit_;
     std::function<void()> stop_;
-    std::string previous_;
-    std::set<std::string> refused_;
+    std::optional<Call> previous_;
+    std::set<Call> refused_;
     bool dying_ = false;
     int depth_ = 0; ///< ticks within each other
     ComputerFaults& below_;
-    std::map<std::string, bool> weak_; ///< calls that fail often in this run
+    std::map<Call, bool> weak_; ///< calls that fail often in this run
 };
 
 } // namespace qndr::simulation

@@ -1,5 +1,9 @@
 #include "simulation/import_watch.h"
 
+#include "services/gated/company_library.h"
+#include "services/gated/company_services.h"
+#include "services/gated/zip_archive.h"
+
 #include <filesystem>
 #include <utility>
 

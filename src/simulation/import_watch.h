@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/object_factory.h"
+#include "services/gated/object_factory.h"
 
 #include <cstdint>
 #include <map>

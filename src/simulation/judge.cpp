@@ -92,8 +92,8 @@ void Judge::BeginPass(std::size_t computer, const FaultGate& gate) {
     watch_.BeginPass();
 }
 
-void Judge::AfterCall(std::string_view call) {
-    if (call != "Database.ExecuteNonQuery" && call != "Engine.ImportFile") {
+void Judge::AfterCall(Call call) {
+    if (call != calls::Database::ExecuteNonQuery && call != calls::Engine::ImportFile) {
         return;
     }
     const Ends now = Read(computer_);
@@ -106,7 +106,7 @@ void Judge::AfterCall(std::string_view call) {
 }
 
 void Judge::EndPass(const std::vector<std::string>& abandoned, bool ranThrough) {
-    AfterCall("Database.ExecuteNonQuery");
+    AfterCall(calls::Database::ExecuteNonQuery);
     const std::set<std::string> names = folders_.Names(computer_);
     for (const std::string& name : names) {
         if (!present_.contains(name) && name.ends_with(".zip")) {
@@ -165,7 +165,7 @@ void Judge::Compare(std::size_t workstation, const End& before, const End& now) 
     const bool logMayBeEmpty = now.state == SyncStateInitialSyncRequested || before.state == SyncStateResetPending;
     // A first exchange's number that cannot be read is 0, and then everything travels once more.
     const bool couldNotBeRead = AtMain() && now.state == SyncStateInitialSyncSent && now.lastAudit == 0 &&
-                                HasRefused({"Database.ExecuteScaler"});
+                                HasRefused({calls::Database::ExecuteScaler});
     if (now.lastAudit < before.lastAudit && (AtMain() ? !couldNotBeRead : !logMayBeEmpty)) {
         Accuse("LastAuditID of " + computers_[workstation]->Name() + " went back from " +
                std::to_string(before.lastAudit) + " to " + std::to_string(now.lastAudit));
@@ -297,9 +297,9 @@ bool Judge::IsInStep(std::size_t workstation) const {
            laptop.nextIn == row.nextOut && laptop.lastAudit >= highest(workstation) && row.lastAudit >= highest(0);
 }
 
-bool Judge::HasRefused(const std::set<std::string>& calls) const {
+bool Judge::HasRefused(const std::set<Call>& calls) const {
     return std::any_of(gate_->Refused().begin(), gate_->Refused().end(),
-                       [&](const std::string& call) { return calls.contains(call); });
+                       [&](Call call) { return calls.contains(call); });
 }
 
 } // namespace qndr::simulation

@@ -42,7 +42,7 @@ class Judge {
     /// To be shown to the agents' objects.
     ImportWatch& Watch() { return watch_; }
     /// Between two calls of the pass.
-    void AfterCall(std::string_view call);
+    void AfterCall(Call call);
     /// A user changed something in the pass.
     void NoteEdit() { editedInPass_ = true; }
     /// To be called before the Sync folder takes up what the pass has dropped. `abandoned` are the statements that
@@ -123,7 +123,7 @@ class Judge {
 
     KnownLoss Loss(const char* name, std::size_t workstation, const std::string& file = "") const;
     void Note(KnownLoss loss);
-    bool HasRefused(const std::set<std::string>& calls) const;
+    bool HasRefused(const std::set<Call>& calls) const;
     [[noreturn]] void Accuse(const std::string& what) const;
 
     std::vector<SimulatedComputer*> computers_;

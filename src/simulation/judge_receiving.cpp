@@ -8,14 +8,14 @@ namespace {
 using Outcome = ImportWatch::Outcome;
 
 /// Any of them leaves something of a descriptor unread, which then counts as 0 or empty.
-const std::set<std::string> ReadingADescriptor{"FileTools.FileExists",
-                                               "IniTools.GetValue",
-                                               "ObjectFactory.CreateZipArchive",
-                                               "PathTools.CreateTemporaryFolder",
-                                               "PathTools.FixPath",
-                                               "ZipArchive.GetEntryByName",
-                                               "ZipArchive.OpenZip",
-                                               "ZipEntry.Extract"};
+const std::set<Call> ReadingADescriptor{calls::FileTools::FileExists,
+                                        calls::IniTools::GetValue,
+                                        calls::ObjectFactory::CreateZipArchive,
+                                        calls::PathTools::CreateTemporaryFolder,
+                                        calls::PathTools::FixPath,
+                                        calls::ZipArchive::GetEntryByName,
+                                        calls::ZipArchive::OpenZip,
+                                        calls::ZipEntry::Extract};
 
 bool IsRequest(const Descriptor& descriptor) {
     return descriptor.state == SyncFileInitialSyncRequest ||

@@ -9,8 +9,9 @@ namespace {
 
 /// No write of a descriptor is examined, and a number or an identity that cannot be read is 0 or empty. An entry
 /// that cannot be added is passed over.
-const std::set<std::string> BuildingAFile{"IniTools.SetValue", "PathTools.FixPath", "Database.ExecuteScaler",
-                                          "Engine.AddToExport", "Database.ExecuteRead"};
+const std::set<Call> BuildingAFile{calls::IniTools::SetValue, calls::PathTools::FixPath,
+                                   calls::Database::ExecuteScaler, calls::Engine::AddToExport,
+                                   calls::Database::ExecuteRead};
 
 /// Stands in data.xml before the identity of a record; references to it have none.
 const std::string RowMark = "<UniqueID>";
@@ -204,7 +205,7 @@ void Judge::NoteAstray(const std::string& name) {
 
 /// Its descriptor says less than it should.
 void Judge::NoteIncomplete(const std::string& name) {
-    if (!HasRefused({"IniTools.SetValue", "PathTools.FixPath", "Database.ExecuteScaler"})) {
+    if (!HasRefused({calls::IniTools::SetValue, calls::PathTools::FixPath, calls::Database::ExecuteScaler})) {
         Accuse("it dropped " + name + ", which does not say what it is");
     }
     KnownLoss incomplete = Loss(loss::IncompleteFile, files_.Find(name)->workstation, name);

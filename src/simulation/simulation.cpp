@@ -70,7 +70,7 @@ void Simulation::SetUp() {
     judge_ = std::make_unique<Judge>(Computers(), *folders_, chronicle_);
     folders_->OnLostFile([this](const std::string& name) { judge_->NoteLostFile(name); });
     for (std::size_t place = 0; place < stations_.size(); ++place) {
-        stations_[place].gate->AfterCall([this](std::string_view call) { judge_->AfterCall(call); });
+        stations_[place].gate->AfterCall([this](Call call) { judge_->AfterCall(call); });
         stations_[place].gate->OnEdit([this, place] {
             if (stations_[place].below->IsClosedToUsers()) {
                 return;

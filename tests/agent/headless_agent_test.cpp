@@ -16,7 +16,7 @@ class HeadlessAgentTest : public AgentTest {
 
 TEST_F(HeadlessAgentTest, EndRequestBecomesAStopRequestAndEndsTheAgentAtItsExitTick) {
     // The first pass, one minute from now, is asked to end while it runs.
-    gate.Before("PathTools.FindFiles", [this] { time.RequestEnd(); });
+    gate.Before(calls::PathTools::FindFiles, [this] { time.RequestEnd(); });
     agent.Run();
     EXPECT_EQ(TakeLog(), (Lines{"Starting Sync", "Stopping Sync", "StopSync found. Application will exit."}));
     EXPECT_EQ(ReadNumber(settings::StopSync), 1);
@@ -26,8 +26,8 @@ TEST_F(HeadlessAgentTest, EndRequestBecomesAStopRequestAndEndsTheAgentAtItsExitT
 }
 
 TEST_F(HeadlessAgentTest, EndRequestThatCannotBeStoredStillEndsTheAgent) {
-    gate.Before("PathTools.FindFiles", [this] {
-        gate.Refuse("RegistryTools.SetLong");
+    gate.Before(calls::PathTools::FindFiles, [this] {
+        gate.Refuse(calls::RegistryTools::SetLong);
         time.RequestEnd();
     });
     agent.Run();
@@ -38,17 +38,17 @@ TEST_F(HeadlessAgentTest, EndRequestThatCannotBeStoredStillEndsTheAgent) {
 TEST_F(HeadlessAgentTest, PassesRunAtOnceUntilTheStopRequest) {
     SetText(settings::RootKey, settings::NextSync, "2030-01-01 00:00:00");
     agent.RunPasses(2);
-    EXPECT_EQ(gate.Count("PathTools.FindFiles"), 2);
+    EXPECT_EQ(gate.Count(calls::PathTools::FindFiles), 2);
     EXPECT_EQ(time.Now(), *ParseDate("2026-11-22 14:08:52"));
 
-    gate.Before("PathTools.FindFiles", [this] { SetNumber(settings::StopSync, 1); });
+    gate.Before(calls::PathTools::FindFiles, [this] { SetNumber(settings::StopSync, 1); });
     agent.RunPasses(2);
-    EXPECT_EQ(gate.Count("PathTools.FindFiles"), 3);
+    EXPECT_EQ(gate.Count(calls::PathTools::FindFiles), 3);
 }
 
 TEST_F(HeadlessAgentTest, ScheduleFromAWrongClockIsDueAtTheNextTick) {
     SetText(settings::RootKey, settings::NextSync, "2026-11-22 15:20:00");
-    gate.Before("PathTools.FindFiles", [this] { time.RequestEnd(); });
+    gate.Before(calls::PathTools::FindFiles, [this] { time.RequestEnd(); });
     agent.Run();
     EXPECT_LT(time.Now(), *ParseDate("2026-11-22 14:20:00")) << "not in an hour";
 }

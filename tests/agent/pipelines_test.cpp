@@ -50,7 +50,7 @@ TEST_F(PipelinesTest, StopRequestIsTestedBehindEachStep) {
     EXPECT_TRUE(run({first, failing, last}));
     EXPECT_EQ(activity.texts, (Lines{"first", "last"}));
 
-    gate.Refuse("RegistryTools.GetLong", 1);
+    gate.Refuse(calls::RegistryTools::GetLong, 1);
     EXPECT_FALSE(run({first, last})) << "a request that cannot be read counts as one";
     EXPECT_EQ(activity.texts, Lines{"first"});
 
@@ -62,7 +62,7 @@ TEST_F(PipelinesTest, StopRequestIsTestedBehindEachStep) {
 
 TEST_F(PipelinesTest, IdsAreReadOnceByThePipelineOfTheCompanysRole) {
     OpenCompany(1);
-    gate.Refuse("Database.ExecuteScaler", 2);
+    gate.Refuse(calls::Database::ExecuteScaler, 2);
     SyncAsMain(context, nullptr);
     EXPECT_EQ(context.MainUniqueID, "") << "a type that cannot be read lets the steps run, without an id";
     SyncAsRoaming(context, nullptr);

@@ -40,12 +40,13 @@ TEST_F(RunSyncTest, WithoutCompaniesThePassEndsNormally) {
 
 TEST_F(RunSyncTest, WithoutALibraryOrAnEngineTheWalkGoesOn) {
     const Lines paths = AddMains(3);
-    gate.Refuse("ObjectFactory.CreateSharedCodeLibrary", 1);
-    gate.Refuse("ObjectFactory.CreateEngine", 1);
+    gate.Refuse(calls::ObjectFactory::CreateSharedCodeLibrary, 1);
+    gate.Refuse(calls::ObjectFactory::CreateEngine, 1);
     ExpectPass({"Processing file " + paths[0], Taking(paths[1]),
                 "Error: Unable to access the QNDR 5 Import/Export engine.", Taking(paths[2]), synced});
-    EXPECT_EQ(gate.CallsOf({"Engine.PreTerminate", "SharedCodeLibrary.PreTerminate"}),
-              (Lines{"SharedCodeLibrary.PreTerminate", "Engine.PreTerminate", "SharedCodeLibrary.PreTerminate"}));
+    EXPECT_EQ(gate.CallsOf({calls::Engine::PreTerminate, calls::SharedCodeLibrary::PreTerminate}),
+              (CallList{calls::SharedCodeLibrary::PreTerminate, calls::Engine::PreTerminate,
+                        calls::SharedCodeLibrary::PreTerminate}));
 }
 
 TEST_F(RunSyncTest, CompanyThatCannotBeOpenedIsReportedAndReleased) {
@@ -53,15 +54,15 @@ TEST_F(RunSyncTest, CompanyThatCannotBeOpenedIsReportedAndReleased) {
     const auto expect = [&](const std::string& why) {
         ExpectPass({Taking(a), why, "Error: Unable to open the company referenced in '" + a + "'."});
     };
-    gate.Refuse("ObjectFactory.CreateCompanyManager", 1);
+    gate.Refuse(calls::ObjectFactory::CreateCompanyManager, 1);
     expect("Error: Unable to access the QNDR 5 Company Manager library.");
-    EXPECT_EQ(gate.Count("CompanyManager.PreTerminate"), 0);
-    gate.Refuse("PsdFile.Load", 1);
+    EXPECT_EQ(gate.Count(calls::CompanyManager::PreTerminate), 0);
+    gate.Refuse(calls::PsdFile::Load, 1);
     expect("Error: The .psd file '" + a + "' cannot be loaded.");
     std::filesystem::remove(DatabaseOf(a));
     expect("Error: The company database referenced in .psd '" + a + "' cannot be opened.");
-    EXPECT_EQ(gate.Count("CompanyManager.PreTerminate"), 2);
-    EXPECT_EQ(gate.Count("SharedCodeLibrary.PreTerminate"), 3);
+    EXPECT_EQ(gate.Count(calls::CompanyManager::PreTerminate), 2);
+    EXPECT_EQ(gate.Count(calls::SharedCodeLibrary::PreTerminate), 3);
 }
 
 TEST_F(RunSyncTest, OneCompanyThatQualifiesLetsAllLaterOnesOfThePassThrough) {
@@ -80,7 +81,7 @@ TEST_F(RunSyncTest, OneCompanyThatQualifiesLetsAllLaterOnesOfThePassThrough) {
     EXPECT_EQ(ReadNumber(settings::StopSync), 1);
     // The next pass begins anew.
     RunSync(context, nullptr);
-    EXPECT_EQ(gate.Count("ObjectFactory.CreateEngine"), 6);
+    EXPECT_EQ(gate.Count(calls::ObjectFactory::CreateEngine), 6);
 }
 
 TEST_F(RunSyncTest, RoleComesFromTheCompanyAndModeFromTheComputer) {
@@ -103,20 +104,20 @@ TEST_F(RunSyncTest, RoleComesFromTheCompanyAndModeFromTheComputer) {
 TEST_F(RunSyncTest, FailedTestsCountAsPassedAndFailedStatementsAreSkipped) {
     const std::string a = AddMain("a");
     SetOption(a, "SyncComputerName", "OtherPC");
-    gate.Refuse("Security.IsRoamingWorkstation", 1);
-    gate.Refuse("SharedCodeLibrary.OperatingMode", 1);
-    gate.Refuse("SystemTools.GetComputerName", 1);
-    gate.Refuse("Engine.Initialize", 1);
+    gate.Refuse(calls::Security::IsRoamingWorkstation, 1);
+    gate.Refuse(calls::SharedCodeLibrary::OperatingMode, 1);
+    gate.Refuse(calls::SystemTools::GetComputerName, 1);
+    gate.Refuse(calls::Engine::Initialize, 1);
     // No line about the mode; the comparison of the computers passed.
     ExpectPass({"Processing file " + a, synced});
     EXPECT_EQ(context.OperatingMode, 2);
     EXPECT_EQ(ReadNumber(settings::StopSync), 0);
-    EXPECT_EQ(gate.Count("Engine.SetIgnoreUnknownTables"), 1);
+    EXPECT_EQ(gate.Count(calls::Engine::SetIgnoreUnknownTables), 1);
 
     // A type that cannot be read leads into the main branch, also for a roaming company.
     SetType(a, 2);
     MakeRoamingComputer();
-    gate.Refuse("Database.ExecuteScaler", 1);
+    gate.Refuse(calls::Database::ExecuteScaler, 1);
     RunSync(context, nullptr);
     EXPECT_EQ(TakePassLog().at(4), "Begin syncing as main");
 }

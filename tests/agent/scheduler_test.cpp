@@ -67,7 +67,7 @@ TEST_F(SchedulerTest, NextPassIsCountedFromTheEndOfThisOne) {
     scheduler.TickSync();
     EXPECT_EQ(TakeLog(), Lines{});
     time.Advance(60000);
-    gate.Before("PathTools.FindFiles", [this] { time.Advance(9 * 60000); });
+    gate.Before(calls::PathTools::FindFiles, [this] { time.Advance(9 * 60000); });
     view.Take();
     activity.texts = {kTitle};
     scheduler.TickSync();
@@ -98,13 +98,13 @@ TEST_F(SchedulerTest, HeartbeatBelongsToThePassAndTakesTheSchedulersFrequency) {
         scheduler.TickSync();
         return ReadNumber(settings::SyncHeartbeat);
     };
-    gate.Before("FileTools.CopyFile", [&] {
+    gate.Before(calls::FileTools::CopyFile, [&] {
         EXPECT_EQ(activity.Text(), "Checking heartbeat...");
         EXPECT_FALSE(scheduler.MayClose());
         EXPECT_EQ(ReadSetting(settings::LastSync), "");
     });
     EXPECT_EQ(heartbeatAfter(1), 0);
-    EXPECT_EQ(gate.Count("FileTools.CopyFile"), 1);
+    EXPECT_EQ(gate.Count(calls::FileTools::CopyFile), 1);
     EXPECT_EQ(heartbeatAfter(13), 0);
     EXPECT_EQ(heartbeatAfter(1), 2);
     EXPECT_EQ(activity.Text(), kTitle);
@@ -114,14 +114,14 @@ TEST_F(SchedulerTest, TicksInsideAPassLeaveThePassAndTheExitAlone) {
     scheduler.Load();
     time.Advance(60000);
     view.Take();
-    gate.Before("PathTools.FindFiles", [this] {
+    gate.Before(calls::PathTools::FindFiles, [this] {
         RequestStopSync(context);
         scheduler.TickSync();
         scheduler.TickExit();
         EXPECT_FALSE(scheduler.MayClose());
     });
     scheduler.TickSync();
-    EXPECT_EQ(gate.Count("PathTools.FindFiles"), 1);
+    EXPECT_EQ(gate.Count(calls::PathTools::FindFiles), 1);
     EXPECT_EQ(view.Take(), (Lines{"refresh", "Starting sync", "refresh"}));
     EXPECT_TRUE(scheduler.MayClose());
 
@@ -129,7 +129,7 @@ TEST_F(SchedulerTest, TicksInsideAPassLeaveThePassAndTheExitAlone) {
     SetNumber(settings::DebugSyncAgent, 0);
     TakeLog();
     bool nested = false;
-    gate.Before("MessagePump.ProcessMessages", [&] {
+    gate.Before(calls::MessagePump::ProcessMessages, [&] {
         if (!std::exchange(nested, true)) {
             scheduler.TickExit();
         }
@@ -151,8 +151,8 @@ TEST_F(SchedulerTest, NoFailureOfTheOutsideLeavesTheScheduler) {
     EXPECT_EQ(view.Take(), (Lines{"refresh", "refresh"}));
 
     activity.SetText("Copying");
-    gate.Refuse("RegistryTools.GetLong", 1);
-    gate.Refuse("MessagePump.ProcessMessages", 1);
+    gate.Refuse(calls::RegistryTools::GetLong, 1);
+    gate.Refuse(calls::MessagePump::ProcessMessages, 1);
     scheduler.TickExit();
     EXPECT_EQ(view.Take(), Lines{"Copying"}) << "a request that cannot be read ends no agent";
     activity.SetText(kTitle);

@@ -50,23 +50,23 @@ TEST_F(StartUpTest, DeveloperRunWorksThroughItsTwoCompanies) {
     EXPECT_EQ(first.Profile, "Two");
     EXPECT_EQ(first.CompaniesFolder + first.SyncFolder, "");
     EXPECT_EQ(first.OperatingMode, 0);
-    EXPECT_EQ(gate.Count("SharedCodeLibrary.SetOperatingMode"), 2);
-    EXPECT_EQ(gate.CallsOf({"Engine.PreTerminate", "SharedCodeLibrary.PreTerminate"}),
-              (Lines{"Engine.PreTerminate", "SharedCodeLibrary.PreTerminate", "Engine.PreTerminate",
-                     "SharedCodeLibrary.PreTerminate"}));
+    EXPECT_EQ(gate.Count(calls::SharedCodeLibrary::SetOperatingMode), 2);
+    EXPECT_EQ(gate.CallsOf({calls::Engine::PreTerminate, calls::SharedCodeLibrary::PreTerminate}),
+              (CallList{calls::Engine::PreTerminate, calls::SharedCodeLibrary::PreTerminate,
+                        calls::Engine::PreTerminate, calls::SharedCodeLibrary::PreTerminate}));
     EXPECT_EQ(TakeLog().front(), "Start receiveing initial sync requests.") << "the run itself reports nothing";
 }
 
 TEST_F(StartUpTest, DeveloperSyncReleasesWhatItOpened) {
     const std::string path = Path(AddMain("a"));
-    gate.Refuse("ObjectFactory.CreateEngine", 1);
+    gate.Refuse(calls::ObjectFactory::CreateEngine, 1);
     int opened = 0;
     for (const std::string& file : {path, path + "x"}) {
         RunDeveloperSync(first, file, 1);
         EXPECT_EQ(first.Library, nullptr);
-        EXPECT_EQ(gate.Count("SharedCodeLibrary.PreTerminate"), ++opened);
+        EXPECT_EQ(gate.Count(calls::SharedCodeLibrary::PreTerminate), ++opened);
     }
-    EXPECT_EQ(gate.Count("SharedCodeLibrary.SetOperatingMode"), 1);
+    EXPECT_EQ(gate.Count(calls::SharedCodeLibrary::SetOperatingMode), 1);
     EXPECT_EQ(TakeLog(), Lines{"Error: The .psd file 'Companies/a.psdx' cannot be loaded."});
 }
 

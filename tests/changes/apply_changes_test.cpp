@@ -40,7 +40,7 @@ TEST_P(ApplyChangesTest, OnlyTheExpectedSequenceIsTaken) {
 
 TEST_P(ApplyChangesTest, UpdateOfTheNumbersThatDoesNotTouchOneRowLeavesTheFile) {
     Drop(5);
-    gate.Before("Engine.ImportFile", [&] { Sql("DELETE FROM " + Pick("RoamingWorkstations", "Company")); });
+    gate.Before(calls::Engine::ImportFile, [&] { Sql("DELETE FROM " + Pick("RoamingWorkstations", "Company")); });
     Apply();
     EXPECT_EQ(engine->imports.size(), 1U);
     EXPECT_EQ(FilesBelow("Sync"), Lines{"Sync/" + name});
@@ -68,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(OnRoaming, ApplyChangesFromMainTest, ::testing::Values(
 TEST_P(ApplyChangesFromMainTest, StatesOtherThanReadyAndResetPendingRefuse) {
     Drop(5);
     for (const int state : {0, 1, 2, 3, 5, 6}) {
-        EXPECT_EQ(gate.Count("ZipArchive.OpenZip"), 0);
+        EXPECT_EQ(gate.Count(calls::ZipArchive::OpenZip), 0);
         Sql("UPDATE Company SET SyncState = " + std::to_string(state));
         Apply();
     }

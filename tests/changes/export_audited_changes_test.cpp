@@ -26,7 +26,7 @@ TEST_F(ExportAuditedChangesTest, EachAuditRowOfTheRangeIsOneEntryInItsOrder) {
     Audit("Customers", 7, 2);
     Audit("Terms", 1, 1);
     engine->exports = {{"left", "over"}};
-    gate.Before("Database.ExecuteRead",
+    gate.Before(calls::Database::ExecuteRead,
                 [&] { EXPECT_EQ(FormatGeneralDate(time.Now()), "2026-11-22 14:08:53") << "a pause comes first"; });
     EXPECT_TRUE(Export(1, 8));
     const NotingEngine::Entries expected{
@@ -46,7 +46,7 @@ TEST_F(ExportAuditedChangesTest, NothingToSendIsNoFailure) {
     Audit("RoamingWorkstations", 1, 2);
     Audit("Terms", 1, 4);
     EXPECT_FALSE(Export(0, 1)) << "rows about workstations only";
-    gate.Refuse("Database.ExecuteRead", 1);
+    gate.Refuse(calls::Database::ExecuteRead, 1);
     EXPECT_FALSE(Export(0, 2)) << "rows that cannot be read";
     EXPECT_EQ(engine->exported.size(), 0U);
     EXPECT_EQ(TakeLog(), Lines{});

@@ -40,7 +40,7 @@ TEST_P(SendChangesTest, NothingLeavesInOtherStatesAndWhenThereIsNothingToSend) {
             EXPECT_EQ(Send(), Lines{});
         }
     }
-    EXPECT_EQ(gate.Count("PathTools.CreateTemporaryFolder"), 3);
+    EXPECT_EQ(gate.Count(calls::PathTools::CreateTemporaryFolder), 3);
     EXPECT_EQ(FilesBelow("Sync"), Lines{});
 }
 
@@ -48,7 +48,7 @@ TEST_P(SendChangesToRoamingTest, EachWorkstationGetsItsOwnRange) {
     AddWorkstation(OtherID, 4);
     AddWorkstation("NOT-SERVED", 3);
     Audit("Terms", 1, 1);
-    gate.Refuse("PathTools.CreateTemporaryFolder", 1);
+    gate.Refuse(calls::PathTools::CreateTemporaryFolder, 1);
     Send();
     EXPECT_EQ(Numbers(), "1,5,4, 2,1,4,20261122 19:08:56 0,0,3,") << "a failure for one does not stop the next";
     Send();
@@ -60,7 +60,7 @@ TEST_P(SendChangesToRoamingTest, EachWorkstationGetsItsOwnRange) {
 TEST_P(SendChangesToRoamingTest, StateIsReadAfreshAndAllElseComesFromTheRecord) {
     Sql("DELETE FROM AuditLog");
     engine->exports = {{"left", "over"}};
-    gate.Before("PathTools.CreateTemporaryFolder",
+    gate.Before(calls::PathTools::CreateTemporaryFolder,
                 [&] { Sql("UPDATE RoamingWorkstations SET SyncState = 5, NextSequenceToRoaming = 0"); });
     Send(); // the full data goes out even when the log is empty
     NotingEngine::Entries all;

@@ -28,8 +28,8 @@ Step FindStep(const Scene& scene) {
 
 } // namespace
 
-bool IsOfTheStep(const std::string& call) {
-    return !call.starts_with("Directory");
+bool IsOfTheStep(Call call) {
+    return !call.Name().starts_with("Directory");
 }
 
 GoldenRun::GoldenRun(const Scene& scene, const State& before)
@@ -38,7 +38,7 @@ GoldenRun::GoldenRun(const Scene& scene, const State& before)
     fs::current_path(folder.Path());
     gate.isOpen = true;
     // What is reported behind a failed write bears a new time.
-    gate.Before("Database.ExecuteNonQuery", [this] { time.Advance(10'000); });
+    gate.Before(calls::Database::ExecuteNonQuery, [this] { time.Advance(10'000); });
     scene.prepare(*this);
     // A file whose data are in leaves this mark; without it the counter would tell of a refused one.
     engine->duringImport = [this, ofTheScene = engine->duringImport] {
@@ -113,7 +113,7 @@ Lines GoldenRun::Transcript() const {
         std::string text;
         std::string last;
         int times = 1;
-        const auto write = [&](const std::string& name) {
+        const auto write = [&](std::string_view name) {
             if (name == last) {
                 ++times;
                 return;
@@ -122,13 +122,13 @@ Lines GoldenRun::Transcript() const {
             if (text.size() + name.size() > 112) {
                 lines.push_back("  " + std::exchange(text, ""));
             }
-            text += " " + name;
+            text.append(" ").append(name);
             last = name;
             times = 1;
         };
         for (; call < end; ++call) {
             if (IsOfTheStep(gate.Calls()[call])) {
-                write(gate.Calls()[call]);
+                write(gate.Calls()[call].Name());
             }
         }
         text += times == 1 ? "" : " x" + std::to_string(times);
@@ -145,9 +145,12 @@ Lines GoldenRun::Transcript() const {
 }
 
 std::string GoldenRun::NameOfCall(std::size_t number) const {
-    const auto& calls = gate.Calls();
-    const auto end = calls.begin() + static_cast<std::ptrdiff_t>(number);
-    return calls[number - 1] + " " + std::to_string(std::count(calls.begin(), end, calls[number - 1]));
+    return std::string(CallAt(number).Name()) + " " + std::to_string(TimesUpTo(number));
+}
+
+std::ptrdiff_t GoldenRun::TimesUpTo(std::size_t number) const {
+    const auto first = gate.Calls().begin();
+    return std::count(first, first + static_cast<std::ptrdiff_t>(number), CallAt(number));
 }
 
 GoldenRun::State GoldenRun::Look() {

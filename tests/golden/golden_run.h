@@ -1,9 +1,12 @@
 #pragma once
 
+#include "services/gated/path_tools.h"
+#include "services/gated/registry_tools.h"
 #include "shared/failure_rule.h"
 #include "support/agent_bench.h"
 
 #include <map>
+#include <set>
 
 namespace qndr::testing {
 
@@ -22,7 +25,7 @@ struct Scene {
 const std::vector<Scene>& Scenes();
 
 /// Whether a call is the step's own: what lies beneath the folder library is seen through its calls.
-bool IsOfTheStep(const std::string& call);
+bool IsOfTheStep(Call call);
 
 /// Lets the log pass the gate: what it asks of the outside is not the step's.
 class OpenForTheLog : public LogLines, public services::RegistryToolsWrapper {
@@ -78,6 +81,9 @@ class GoldenRun : public AgentBench, private FailureObserver {
     Lines Transcript() const;
     /// "Database.ExecuteScaler 2" for the second call of that name.
     std::string NameOfCall(std::size_t number) const;
+    Call CallAt(std::size_t number) const { return gate.Calls()[number - 1]; }
+    /// How many such calls there were up to that one.
+    std::ptrdiff_t TimesUpTo(std::size_t number) const;
     /// Whether the refused call raised, as one without a result does.
     bool RefusalRaised() const { return refusalRaised_; }
     std::size_t Calls() const { return gate.Calls().size(); }

@@ -59,9 +59,9 @@ TEST_F(HeartbeatTest, FileIsAwaitedWhateverItsLetterCaseAndAlsoWhileTheFolderIsA
     std::filesystem::create_directory(Path("Sync"));
     std::filesystem::rename(Path("Away"), Path("Sync/" + text::ToUpperCase(waiting.filename().string())));
     EXPECT_EQ(Step(), 2);
-    gate.Before("PathTools.FindFiles", Break);
+    gate.Before(calls::PathTools::FindFiles, Break);
     EXPECT_EQ(Step(), 2) << "a folder that cannot be read says nothing of main";
-    gate.Before("PathTools.FindFiles", [] {});
+    gate.Before(calls::PathTools::FindFiles, [] {});
     Answer();
     WriteText(Path("Sync/other~a~b.rhb"), "");
     EXPECT_EQ(Step(), 1) << "only the own file counts";
@@ -69,7 +69,7 @@ TEST_F(HeartbeatTest, FileIsAwaitedWhateverItsLetterCaseAndAlsoWhileTheFolderIsA
 }
 
 TEST_F(HeartbeatTest, FileThatDoesNotGetThereIsTriedAgain) {
-    gate.Refuse("FileTools.CopyFile", 1);
+    gate.Refuse(calls::FileTools::CopyFile, 1);
     Step();
     EXPECT_EQ(Step(6000), 0) << "what never was there is no answer";
     Answer();
@@ -96,12 +96,12 @@ TEST_F(HeartbeatTest, NothingHappensWhenItIsOffOrHasNoRole) {
     context.OperatingMode = 0;
     Step();
     EXPECT_EQ(activity.texts, Lines{"Checking heartbeat..."});
-    EXPECT_EQ(gate.Count("ObjectFactory.CreateSharedCodeLibrary"), 0);
+    EXPECT_EQ(gate.Count(calls::ObjectFactory::CreateSharedCodeLibrary), 0);
     EXPECT_EQ(FilesBelow("Sync"), Lines{});
     context.OperatingMode = 1;
     context.Profile = "Field";
     EXPECT_EQ(Step(), 1);
-    EXPECT_EQ(gate.Count("Profiles.SetProfile"), 1);
+    EXPECT_EQ(gate.Count(calls::Profiles::SetProfile), 1);
 }
 
 } // namespace

@@ -109,9 +109,9 @@ TEST_F(CleanupTest, ProtectedFoldersOfTheTemporaryTreeAreLeftAlone) {
     fs::remove(Path("Temp/young.zip"));
     EXPECT_EQ(FilesBelow("Temp"), kept);
     Lines list{"", Path("Temp/.hidden"), Path("Temp/.hidden/empty")};
-    const auto asked = gate.Count("FileTools.FileHasAttribute");
+    const auto asked = gate.Count(calls::FileTools::FileHasAttribute);
     ExcludeProtectedFolders(cleaning, list);
-    EXPECT_EQ(gate.Count("FileTools.FileHasAttribute") - asked, 6) << "system and hidden, of each of them";
+    EXPECT_EQ(gate.Count(calls::FileTools::FileHasAttribute) - asked, 6) << "system and hidden, of each of them";
     EXPECT_EQ(list, (Lines{"", "", Path("Temp/.hidden/empty")}));
 }
 
@@ -136,19 +136,19 @@ TEST_F(CleanupTest, LinksAreNeverFollowed) {
 TEST_F(CleanupTest, NothingIsDeletedOnAnAnswerThatDidNotCome) {
     // Whether a folder is protected, or has files, cannot be told: it stays.
     MakeFile("Temp/below/old");
-    gate.Before("FileTools.FileHasAttribute", Break);
+    gate.Before(calls::FileTools::FileHasAttribute, Break);
     CleanupTempFiles(cleaning, nullptr);
     EXPECT_EQ(FilesBelow("Temp").size(), 1U);
     MakeFolder("Temp/empty");
     SetDate("Temp/empty", Old);
-    gate.Before("PathTools.FolderContainsFiles", [this] { gate.Refuse("DirectoryCalls.List", 1); });
+    gate.Before(calls::PathTools::FolderContainsFiles, [this] { gate.Refuse(calls::DirectoryCalls::List, 1); });
     DeleteOldEmptyFolders(cleaning, {Path("Temp/empty")}, 3);
     EXPECT_TRUE(fs::exists(Path("Temp/empty")));
     // Without a root the path would lead below the present folder.
-    const auto searches = gate.Count("PathTools.FindFiles");
-    gate.Refuse("ObjectFactory.CreateFileManager");
+    const auto searches = gate.Count(calls::PathTools::FindFiles);
+    gate.Refuse(calls::ObjectFactory::CreateFileManager);
     CleanupDeletedSyncFiles(cleaning, nullptr);
-    EXPECT_EQ(gate.Count("PathTools.FindFiles"), searches);
+    EXPECT_EQ(gate.Count(calls::PathTools::FindFiles), searches);
 }
 
 TEST_F(CleanupTest, MainApplicationKeepsTheTemporaryFolderFromBeingTouched) {

@@ -27,7 +27,7 @@ TEST_F(InitialSyncRoamingTest, StepsDoNothingInTheStatesOfOthers) {
         }
         EXPECT_EQ(State(), std::to_string(state) + ",9");
     }
-    EXPECT_EQ(gate.Count("ZipArchive.OpenZip"), 0);
+    EXPECT_EQ(gate.Count(calls::ZipArchive::OpenZip), 0);
     EXPECT_EQ(FilesBelow("Sync").size(), 1U);
 }
 

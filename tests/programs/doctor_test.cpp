@@ -541,21 +541,21 @@ TEST_F(Doctor, NamesWhatIsWrongWithTheComputer) {
     EXPECT_NE(Run({"doctor", "--probe"}).out.find("clock-off"), std::string::npos);
     EXPECT_EQ(folder_.Names("sync"), std::vector<std::string>{"sync-folder.qndr5"});
     testing::ScriptedGate gate;
-    gate.Refuse("FileTools.CreateTemporaryFile");
+    gate.Refuse(calls::FileTools::CreateTemporaryFile);
     EXPECT_EQ(Troubles({"doctor"}, &gate), "sync-folder-not-writable " + dealer_.SyncFolder());
-    gate.Refuse("FileTools.CreateTemporaryFile", 0);
-    gate.Refuse("FileTools.DeleteFile");
+    gate.Refuse(calls::FileTools::CreateTemporaryFile, 0);
+    gate.Refuse(calls::FileTools::DeleteFile);
     for (int look = 0; look < 2; ++look) {
         EXPECT_EQ(Troubles({"doctor"}, &gate), "sync-folder-not-cleanable " + dealer_.SyncFolder());
         EXPECT_EQ(folder_.Names("sync").size(), 2U) << "a second look leaves no second file";
     }
-    gate.Refuse("FileTools.DeleteFile", 0);
+    gate.Refuse(calls::FileTools::DeleteFile, 0);
     DoLiterally();
     EXPECT_EQ(Troubles({"doctor"}), "");
-    gate.Refuse("RegistryTools.GetLong");
+    gate.Refuse(calls::RegistryTools::GetLong);
     EXPECT_NE(Troubles({"doctor"}, &gate).find("bad-setting StopSync"), std::string::npos);
-    gate.Refuse("RegistryTools.GetLong", 0);
-    gate.Refuse("PathTools.CreateTemporaryFolder");
+    gate.Refuse(calls::RegistryTools::GetLong, 0);
+    gate.Refuse(calls::PathTools::CreateTemporaryFolder);
     EXPECT_EQ(Troubles({"doctor"}, &gate), "sync-folder-unreadable " + dealer_.SyncFolder());
 }
 
@@ -564,7 +564,7 @@ TEST_F(Doctor, GoesByOneMomentWhileAgentsWork) {
     dealer_.Laptop().RunPass();
     testing::ScriptedGate gate;
     bool isTaken = false;
-    gate.Before("FileTools.GetFileSize", [&] {
+    gate.Before(calls::FileTools::GetFileSize, [&] {
         if (!std::exchange(isTaken, true)) {
             dealer_.Main().RunPass();
             dealer_.Laptop().RunPass();

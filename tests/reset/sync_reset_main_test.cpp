@@ -33,7 +33,7 @@ TEST_F(SyncResetMainTest, EachWorkstationsRequestsAreTakenInItsOwnTurn) {
     Drop("b", -1);
     Drop("c", -1, OtherID);
     Run(CheckForSyncResets);
-    EXPECT_EQ(gate.Count("Database.ExecuteNonQuery"), 3);
+    EXPECT_EQ(gate.Count(calls::Database::ExecuteNonQuery), 3);
     EXPECT_EQ(Rows(), "6,0,0,3,20261122 19:08:52 6,0,0,0,20261122 19:08:52") << "the drain starts anew";
     EXPECT_EQ(FilesBelow("Sync"), Lines{});
 }

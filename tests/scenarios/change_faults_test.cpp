@@ -39,19 +39,20 @@ class ChangeFaults : public RecordedPasses {
               {// All arrived, and a file that is taken no more lies in the folder: an UPDATE behind a copy that
                // was not made, for want of its time too, sends the number again; a file whose existence is denied
                // is not retired.
-               {"file left", {{"Database.ExecuteNonQuery", "Clock.Now", "FileTools.FileExists", Death}}},
+               {"file left",
+                {{calls::Database::ExecuteNonQuery, calls::Clock::Now, calls::FileTools::FileExists, Death}}},
                // All arrived but the number of the order, which was flagged as queued and was not.
-               {"number lost", {{"Database.ExecuteNonQuery"}}},
+               {"number lost", {{calls::Database::ExecuteNonQuery}}},
                // The number arrived twice: it was queued and could not be flagged, or not in time.
-               {"number twice",
-                {{"Database.ExecuteNonQuery", Death + std::string(" at Database.ExecuteNonQuery")}}},
+               {"number twice", {{calls::Database::ExecuteNonQuery}, false, {calls::Database::ExecuteNonQuery}}},
                // The archive or the engine refused data, which nobody sends again.
                {"data refused",
-                {{"Engine.ImportFile", "Engine.AddToExport", "ObjectFactory.CreateZipArchive",
-                  "ZipArchive.OpenZip", "ZipArchive.GetEntryByName"}}},
+                {{calls::Engine::ImportFile, calls::Engine::AddToExport, calls::ObjectFactory::CreateZipArchive,
+                  calls::ZipArchive::OpenZip, calls::ZipArchive::GetEntryByName}}},
                // A file went out with another number than the next: no write of a descriptor is examined, and a
                // number or an identity that cannot be read is 0 or empty. The pairing waits for a reset.
-               {"misnumbered", {{"IniTools.SetValue", "PathTools.FixPath", "Database.ExecuteScaler"}}}}) {
+               {"misnumbered",
+                {{calls::IniTools::SetValue, calls::PathTools::FixPath, calls::Database::ExecuteScaler}}}}) {
         MakePair(dealer);
         dealer.Main().Put("Groups", "A", "Name", "before");
         dealer.Laptop().Put("Groups", "B", "Name", "before");
@@ -88,7 +89,7 @@ class ChangeFaults : public RecordedPasses {
         }
         return dealer.FilesInSyncFolder() == 0 ? Complete : "file left";
     }
-    bool IsOfInterest(const Calls& names, std::size_t place) const override {
+    bool IsOfInterest(const CallList& names, std::size_t place) const override {
         return IsBehindTheOpening(names, place);
     }
     /// Asks for a reset of a pairing whose numbers are apart.

@@ -18,7 +18,7 @@ class CleanUpFaults : public ::testing::Test {
         FillPlaces();
         ScriptedGate counting;
         main.RunPass(&counting);
-        calls = counting.Calls();
+        made = counting.Calls();
         ExpectOnlyYoungFiles("without a fault");
     }
 
@@ -62,20 +62,21 @@ class CleanUpFaults : public ::testing::Test {
     test::TemporaryFolder folder{test::QuickPlace()};
     Dealer dealer{folder.Path(), 0};
     const DealerComputer& main = dealer.Main();
-    std::vector<std::string> calls;
+    CallList made;
     std::vector<std::string> young;
     std::vector<std::string> old;
 };
 
 TEST_F(CleanUpFaults, NoRefusedOrRaisingCallTakesAFileBeforeItsTime) {
-    const auto [first, behind] = CallsOfTheCleanUps(calls);
+    const auto [first, behind] = CallsOfTheCleanUps(made);
     ASSERT_GT(behind, first + 50);
     for (std::size_t place = first; place < behind; ++place) {
-        if (calls[place] == "MessagePump.ProcessMessages") {
+        if (made[place] == calls::MessagePump::ProcessMessages) {
             continue;
         }
         for (const auto way : {ScriptedGate::Way::Refuse, ScriptedGate::Way::Raise}) {
-            const std::string what = "call " + std::to_string(place) + " of a pass, " + calls[place];
+            const std::string what =
+                "call " + std::to_string(place) + " of a pass, " + std::string(made[place].Name());
             FillPlaces();
             ScriptedGate gate;
             gate.FailAt(place + 1, way);

@@ -45,13 +45,13 @@ class MishapAt : public services::CallGate {
           number_(number) {}
     ~MishapAt() override { time_.Loop().RemoveTick("unlock"); }
 
-    bool Admits(std::string_view call) override {
-        static const std::vector<std::string_view> writing{"Database.ExecuteNonQuery", "Engine.ImportFile",
-                                                           "SharedCodeLibrary.QNDRSQL",
-                                                           "SqlConnection.ExecuteNonQuery"};
-        isOver_ = isOver_ || call == "FileTools.MoveFile";
+    bool Admits(Call call) override {
+        static const std::vector<Call> writing{calls::Database::ExecuteNonQuery, calls::Engine::ImportFile,
+                                               calls::SharedCodeLibrary::QNDRSQL,
+                                               calls::SqlConnection::ExecuteNonQuery};
+        isOver_ = isOver_ || call == calls::FileTools::MoveFile;
         // The clearing is one thing as far as this goes, but for its beginning.
-        const bool again = call == last_ && call == "SqlConnection.ExecuteNonQuery";
+        const bool again = call == last_ && call == calls::SqlConnection::ExecuteNonQuery;
         const bool writes = !again && std::find(writing.begin(), writing.end(), call) != writing.end();
         if (writes && (number_ == 0 || (!isOver_ && ++count_ == number_))) {
             Begin();
@@ -83,7 +83,7 @@ class MishapAt : public services::CallGate {
     int number_;
     int count_ = 0;
     bool isOver_ = false;
-    std::string last_;
+    std::optional<Call> last_;
     std::optional<Locker> lock_;
     std::optional<test::FullDisk> disk_;
 };

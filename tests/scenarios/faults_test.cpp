@@ -13,24 +13,25 @@ class Faults : public RecordedPasses {
               {// The request was taken but the row was not moved: 2 here, 0 there. No write of a descriptor is
                // examined, and one that cannot be read whole counts as it stands: its row is not found.
                {"request lost",
-                {{"IniTools.SetValue", "IniTools.GetValue", "PathTools.FixPath", "Database.ExecuteScaler",
-                  "Database.ExecuteNonQuery"}}},
+                {{calls::IniTools::SetValue, calls::IniTools::GetValue, calls::PathTools::FixPath,
+                  calls::Database::ExecuteScaler, calls::Database::ExecuteNonQuery}}},
                // The acknowledge was taken but the row was not moved: 4 here, 3 there.
                {"acknowledge missed",
-                {{"IniTools.SetValue", "IniTools.GetValue", "PathTools.FixPath", "Database.ExecuteScaler",
-                  "Database.ExecuteNonQuery"}}},
+                {{calls::IniTools::SetValue, calls::IniTools::GetValue, calls::PathTools::FixPath,
+                  calls::Database::ExecuteScaler, calls::Database::ExecuteNonQuery}}},
                // Taken in, but the acknowledge or the own move failed: 2 here, 3 or 4 there. Whatever the
                // acknowledge is built of and sent with.
-               {"acknowledge lost", {{"Engine.ImportFile", Death}, true}},
+               {"acknowledge lost", {{calls::Engine::ImportFile, Death}, true}},
                // A file that nobody takes lies in the folder: 2 here, or 4 with the data. Also a request that
                // could not be retired, or a row that was not moved behind the copy.
                {"file left",
-                {{"IniTools.SetValue", "IniTools.GetValue", "PathTools.FixPath", "Database.ExecuteScaler",
-                  "FileTools.FileExists", "FileTools.DeleteFile", "Database.ExecuteNonQuery", Death}}},
+                {{calls::IniTools::SetValue, calls::IniTools::GetValue, calls::PathTools::FixPath,
+                  calls::Database::ExecuteScaler, calls::FileTools::FileExists, calls::FileTools::DeleteFile,
+                  calls::Database::ExecuteNonQuery, Death}}},
                // The archive or the engine refused the file on the laptop: 4 at both ends, without the data.
                {"data refused",
-                {{"Engine.ImportFile", "Engine.AddToExport", "ObjectFactory.CreateZipArchive",
-                  "ZipArchive.OpenZip", "ZipArchive.GetEntryByName"}}}}) {
+                {{calls::Engine::ImportFile, calls::Engine::AddToExport, calls::ObjectFactory::CreateZipArchive,
+                  calls::ZipArchive::OpenZip, calls::ZipArchive::GetEntryByName}}}}) {
         dealer.SetUp(60);
         Record(4);
     }
@@ -58,7 +59,7 @@ class Faults : public RecordedPasses {
     }
 
     /// Each computer opens its company in its first pass as in its second.
-    bool IsOfInterest(const Calls& names, std::size_t place) const override {
+    bool IsOfInterest(const CallList& names, std::size_t place) const override {
         return IsFirstPass(names) || IsBehindTheOpening(names, place);
     }
 

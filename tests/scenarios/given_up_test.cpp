@@ -35,7 +35,7 @@ TEST(GivenUp, NoFaultWhileTheDataIsTakenLosesAChangeOrKeepsItTwice) {
     ScriptedGate counting;
     laptop.RunPass(&counting);
     const auto clearing = static_cast<std::size_t>(
-        std::ranges::find(counting.Calls(), "SharedCodeLibrary.QNDRSQL") - counting.Calls().begin() + 1);
+        std::ranges::find(counting.Calls(), calls::SharedCodeLibrary::QNDRSQL) - counting.Calls().begin() + 1);
     ASSERT_LT(clearing, counting.Calls().size());
     for (std::size_t number = clearing; number < clearing + 45; ++number) {
         SCOPED_TRACE(number);

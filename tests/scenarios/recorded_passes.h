@@ -5,20 +5,21 @@
 
 #include <initializer_list>
 #include <map>
+#include <optional>
 #include <set>
 #include <tuple>
 #include <utility>
 
 namespace qndr::testing {
 
-inline bool IsOneOf(const std::string& call, std::initializer_list<const char*> names) {
+inline bool IsOneOf(Call call, std::initializer_list<Call> names) {
     return std::find(names.begin(), names.end(), call) != names.end();
 }
 
 /// The place of the first call of a pass's clean-ups and the one behind their last; both the end without any.
-inline std::pair<std::size_t, std::size_t> CallsOfTheCleanUps(const std::vector<std::string>& names) {
-    const auto first = std::find(names.begin(), names.end(), "Processes.Names");
-    const auto last = std::find(names.rbegin(), names.rend(), "PathTools.FolderContainsFiles");
+inline std::pair<std::size_t, std::size_t> CallsOfTheCleanUps(const CallList& names) {
+    const auto first = std::find(names.begin(), names.end(), calls::Processes::Names);
+    const auto last = std::find(names.rbegin(), names.rend(), calls::PathTools::FolderContainsFiles);
     return first == names.end()
                ? std::pair{names.size(), names.size()}
                : std::pair<std::size_t, std::size_t>(first - names.begin(), last.base() - names.begin());
@@ -29,15 +30,15 @@ inline std::pair<std::size_t, std::size_t> CallsOfTheCleanUps(const std::vector<
 class RecordedPasses : public ::testing::TestWithParam<int> {
   protected:
     using Way = ScriptedGate::Way;
-    using Calls = std::vector<std::string>;
     static constexpr const char* Complete = "complete";
     static constexpr const char* Unexplained = "unexplained";
-    static constexpr const char* Death = "the process's death";
+    static constexpr Call Death{"the process's death"};
 
-    /// The calls that can lead to an end when they are refused, or all but some.
+    /// The calls that can lead to an end when they are refused, or all but some, and those at which a death can.
     struct Ending {
-        Calls causes;
+        CallList causes;
         bool allBut = false;
+        CallList deaths = {};
     };
 
     // Without a root folder what is retired goes to a folder below the present one.
@@ -52,7 +53,7 @@ class RecordedPasses : public ::testing::TestWithParam<int> {
     /// What a person does about such an end, and whether all is well then.
     virtual bool ComesBackFrom(const std::string& ending) = 0;
     /// Whether a call belongs to what this is about.
-    virtual bool IsOfInterest(const Calls& names, std::size_t place) const = 0;
+    virtual bool IsOfInterest(const CallList& names, std::size_t place) const = 0;
 
     void Record(int passes) {
         for (int pass = 0; pass < passes; ++pass) {
@@ -68,11 +69,13 @@ class RecordedPasses : public ::testing::TestWithParam<int> {
     // A call without a result that could say no raises when it is refused. One behind the same other call is most
     // often at the same place of a routine that runs several times in a pass, and is refused there once.
     void RefuseInTurn() {
-        std::set<std::tuple<const Calls*, std::string, std::string>> places;
-        FailInTurn(Way::Refuse, [&](const Calls& names, std::size_t place) {
+        std::set<std::tuple<const CallList*, std::optional<Call>, Call>> places;
+        FailInTurn(Way::Refuse, [&](const CallList& names, std::size_t place) {
             return IsOfInterest(names, place) && StandsForItself(names[place]) &&
-                   (names[place].starts_with("Database.") ||
-                    places.emplace(&names, place == 0 ? "" : names[place - 1], names[place]).second);
+                   (names[place].Name().starts_with("Database.") ||
+                    places
+                        .emplace(&names, place == 0 ? std::nullopt : std::optional(names[place - 1]), names[place])
+                        .second);
         });
     }
     void DieInTurn() { FailInTurn(Way::Die, StandsBesideAChange); }
@@ -80,24 +83,24 @@ class RecordedPasses : public ::testing::TestWithParam<int> {
     std::string Live() const { return folder.Path() + "/live"; }
 
     /// Whether these are the calls of the first pass of its computer.
-    bool IsFirstPass(const Calls& names) const { return &names == &calls_[0] || &names == &calls_[1]; }
+    bool IsFirstPass(const CallList& names) const { return &names == &calls_[0] || &names == &calls_[1]; }
     /// Whether the company is open at that place. The calls that open it are alike in all passes of a computer.
-    static bool IsBehindTheOpening(const std::vector<std::string>& names, std::size_t place) {
-        const auto opened = std::find(names.begin(), names.end(), "Engine.Initialize");
+    static bool IsBehindTheOpening(const CallList& names, std::size_t place) {
+        const auto opened = std::find(names.begin(), names.end(), calls::Engine::Initialize);
         return opened <= names.begin() + static_cast<std::ptrdiff_t>(place);
     }
     /// What lies beneath the folder library is seen through its own calls, and the log's switch is read at every
     /// line.
-    static bool StandsForItself(const std::string& call) {
-        return call.rfind("Directory", 0) != 0 && call != "RegistryTools.GetLong" &&
-               call != "MessagePump.ProcessMessages";
+    static bool StandsForItself(Call call) {
+        return !call.Name().starts_with("Directory") && call != calls::RegistryTools::GetLong &&
+               call != calls::MessagePump::ProcessMessages;
     }
     /// Between two calls of which neither changes anything a death is like one before the first.
-    static bool StandsBesideAChange(const std::vector<std::string>& names, std::size_t place) {
-        const auto isChange = [](const std::string& name) {
-            return IsOneOf(name,
-                           {"FileTools.CopyFile", "FileTools.DeleteFile", "FileTools.MoveFile", "Engine.DoExport",
-                            "Engine.ImportFile", "ZipArchive.WriteZipAndClose", "Database.ExecuteNonQuery"});
+    static bool StandsBesideAChange(const CallList& names, std::size_t place) {
+        const auto isChange = [](Call name) {
+            return IsOneOf(name, {calls::FileTools::CopyFile, calls::FileTools::DeleteFile,
+                                  calls::FileTools::MoveFile, calls::Engine::DoExport, calls::Engine::ImportFile,
+                                  calls::ZipArchive::WriteZipAndClose, calls::Database::ExecuteNonQuery});
         };
         return isChange(names[place]) || (place > 0 && isChange(names[place - 1]));
     }
@@ -121,7 +124,7 @@ class RecordedPasses : public ::testing::TestWithParam<int> {
                 if ((place < cleanUp || place >= behind) && wanted(calls_[pass], place) &&
                     turn++ % shards_ == static_cast<std::size_t>(GetParam())) {
                     SCOPED_TRACE("call " + std::to_string(place + 1) + " of pass " + std::to_string(pass) + ", " +
-                                 calls_[pass][place]);
+                                 std::string(calls_[pass][place].Name()));
                     Fail(way, pass, place);
                 }
             }
@@ -136,11 +139,9 @@ class RecordedPasses : public ::testing::TestWithParam<int> {
         ScriptedGate gate;
         gate.FailAt(place + 1, way);
         ASSERT_EQ(Survives(pass, gate), way != Way::Die);
-        const std::string& call = calls_[pass][place];
+        const Call call = calls_[pass][place];
         const std::string ending = Recover(pass);
-        ASSERT_TRUE(Explains(way == Way::Die ? Death : call, ending) ||
-                    (way == Way::Die && Explains(Death + (" at " + call), ending)))
-            << "came to " << ending;
+        ASSERT_TRUE(Explains(way, call, ending)) << "came to " << ending;
         ASSERT_TRUE(way != Way::Refuse || LeavesTemporaryFile(call) ||
                     dealer.Laptop().TemporaryFiles() + dealer.Main().TemporaryFiles() == 0);
         ASSERT_TRUE(ending == Complete || ComesBackFrom(ending)) << "came to " << ending;
@@ -165,22 +166,27 @@ class RecordedPasses : public ::testing::TestWithParam<int> {
         }
         return ending;
     }
-    bool Explains(const std::string& call, const std::string& name) const {
-        const auto ending = endings_.find(name);
-        return name == Complete || (ending != endings_.end() && (std::ranges::count(ending->second.causes, call) !=
-                                                                 0) != ending->second.allBut);
+    bool Explains(Way way, Call call, const std::string& name) const {
+        const auto found = endings_.find(name);
+        if (name == Complete || found == endings_.end()) {
+            return name == Complete;
+        }
+        const auto& [causes, allBut, deaths] = found->second;
+        const bool isCause = std::ranges::count(causes, way == Way::Die ? Death : call) != 0;
+        return isCause != allBut || (way == Way::Die && std::ranges::count(deaths, call) != 0);
     }
     /// Whether a refused call of that name may leave a temporary file behind. A half-made archive is left to the
     /// clean-up of the temporary folder.
-    static bool LeavesTemporaryFile(const std::string& call) {
-        return IsOneOf(call, {"FileTools.DeleteFile", "PathTools.DeleteFolder", "PathTools.FixPath",
-                              "ZipArchive.NewZip", "ZipArchive.AppendFiles", "ZipArchive.WriteZipAndClose"});
+    static bool LeavesTemporaryFile(Call call) {
+        return IsOneOf(call, {calls::FileTools::DeleteFile, calls::PathTools::DeleteFolder,
+                              calls::PathTools::FixPath, calls::ZipArchive::NewZip, calls::ZipArchive::AppendFiles,
+                              calls::ZipArchive::WriteZipAndClose});
     }
 
     std::size_t shards_; ///< the parameter tells which of them this is
     int rounds_;         ///< in which all that can still come does come
     std::map<std::string, Ending> endings_;
-    std::vector<Calls> calls_; ///< of each pass
+    std::vector<CallList> calls_; ///< of each pass
 };
 
 } // namespace qndr::testing

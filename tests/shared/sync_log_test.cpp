@@ -103,22 +103,23 @@ TEST_F(SyncLogTest, LogEndsAfterSevenDays) {
 
 TEST_F(SyncLogTest, NoFailureOfTheOutsideLeavesTheLog) {
     std::filesystem::current_path(folder.Path()); // where the log goes whose path cannot be split
-    for (const char* call :
-         {"RegistryTools.GetLong", "RegistryTools.SetLong", "Clock.Now", "FileTools.FileExists",
-          "FileTools.GetFileSize", "FileTools.MoveFile", "PathTools.FixPath", "PathTools.SplitPath",
-          "PathTools.FolderExists", "PathTools.CreateNestedFolder", "SpecialFolderTools.GetFolderPath",
-          "ProgramFacts.ExecutableName", "TextAppender.Append"}) {
+    for (const Call call :
+         {calls::RegistryTools::GetLong, calls::RegistryTools::SetLong, calls::Clock::Now,
+          calls::FileTools::FileExists, calls::FileTools::GetFileSize, calls::FileTools::MoveFile,
+          calls::PathTools::FixPath, calls::PathTools::SplitPath, calls::PathTools::FolderExists,
+          calls::PathTools::CreateNestedFolder, calls::SpecialFolderTools::GetFolderPath,
+          calls::ProgramFacts::ExecutableName, calls::TextAppender::Append}) {
         SetNumber(settings::DebugSyncAgent, 1);
         Set(settings::DebugSyncAgentStartDate, "2026-11-01");
         WriteText(LogPath(), std::string(131073, '.'));
         const auto before = gate.Count(call);
         gate.Before(call, Break);
-        EXPECT_NO_THROW(WriteLog(services, "x")) << call;
-        EXPECT_NO_THROW(ReadDebugSetting(services)) << call;
-        EXPECT_GT(gate.Count(call), before) << call;
+        EXPECT_NO_THROW(WriteLog(services, "x")) << call.Name();
+        EXPECT_NO_THROW(ReadDebugSetting(services)) << call.Name();
+        EXPECT_GT(gate.Count(call), before) << call.Name();
         gate.Before(call, [] {});
     }
-    gate.Refuse("PathTools.FolderExists", 1);
+    gate.Refuse(calls::PathTools::FolderExists, 1);
     EXPECT_EQ(GetLogFilePath(services), "");
     std::filesystem::current_path(std::filesystem::temp_directory_path());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "composition/computer_services.h"
+#include "services/gated/company_services.h"
 #include "shared/activity.h"
 #include "shared/agent_context.h"
 #include "shared/settings.h"

@@ -1,17 +1,28 @@
 #pragma once
 
-#include "services/call_gate.h"
+#include "services/failure.h"
+#include "services/gated/call_gate.h"
 
 #include <algorithm>
 #include <functional>
 #include <map>
-#include <string>
+#include <ostream>
 #include <vector>
+
+namespace qndr {
+
+inline void PrintTo(Call call, std::ostream* out) {
+    *out << call.Name();
+}
+
+} // namespace qndr
 
 namespace qndr::testing {
 
 /// Leaves the agent as a killed process does: from then on nothing that unwinds reaches the outside.
 struct ProcessDied {};
+
+using CallList = std::vector<Call>;
 
 /// Notes every call of the seam, lets chosen ones fail and does something else in front of others.
 class ScriptedGate : public services::CallGate {
@@ -19,20 +30,19 @@ class ScriptedGate : public services::CallGate {
     /// What becomes of a call.
     enum class Way { Admit, Refuse, Raise, Die };
 
-    bool Admits(std::string_view call) override {
+    bool Admits(Call call) override {
         if (isOpen || isDead_) {
             return isOpen;
         }
-        const std::string name(call);
-        calls_.push_back(name);
+        calls_.push_back(call);
         const bool isFailing = calls_.size() == failing_;
-        if (const auto action = actions_.find(name); action != actions_.end()) {
+        if (const auto action = actions_.find(call); action != actions_.end()) {
             action->second();
         }
         if (isFailing) {
             return Fail();
         }
-        const auto refused = refused_.find(name);
+        const auto refused = refused_.find(call);
         return refused == refused_.end() || --refused->second < 0;
     }
 
@@ -41,19 +51,18 @@ class ScriptedGate : public services::CallGate {
         failing_ = number;
         way_ = way;
     }
-    /// Refuses the next `times` calls of this name.
-    void Refuse(const std::string& call, int times = 1'000'000) { refused_[call] = times; }
-    /// Runs `action` in front of every call of this name.
-    void Before(const std::string& call, std::function<void()> action) { actions_[call] = std::move(action); }
+    /// Refuses the next `times` such calls.
+    void Refuse(Call call, int times = 1'000'000) { refused_[call] = times; }
+    /// Runs `action` in front of every such call.
+    void Before(Call call, std::function<void()> action) { actions_[call] = std::move(action); }
 
-    const std::vector<std::string>& Calls() const { return calls_; }
-    std::ptrdiff_t Count(const std::string& call) const { return std::ranges::count(calls_, call); }
+    const CallList& Calls() const { return calls_; }
+    std::ptrdiff_t Count(Call call) const { return std::ranges::count(calls_, call); }
     /// The noted calls that are among `names`, in their order.
-    std::vector<std::string> CallsOf(const std::vector<std::string>& names) const {
-        std::vector<std::string> found;
-        std::ranges::copy_if(calls_, std::back_inserter(found), [&](const std::string& call) {
-            return std::ranges::find(names, call) != names.end();
-        });
+    CallList CallsOf(const CallList& names) const {
+        CallList found;
+        std::ranges::copy_if(calls_, std::back_inserter(found),
+                             [&](Call call) { return std::ranges::find(names, call) != names.end(); });
         return found;
     }
 
@@ -72,11 +81,11 @@ class ScriptedGate : public services::CallGate {
     }
 
     bool isDead_ = false;
-    std::vector<std::string> calls_;
+    CallList calls_;
     std::size_t failing_ = 0;
     Way way_ = Way::Admit;
-    std::map<std::string, int> refused_;
-    std::map<std::string, std::function<void()>> actions_;
+    std::map<Call, int> refused_;
+    std::map<Call, std::function<void()>> actions_;
 };
 
 } // namespace qndr::testing

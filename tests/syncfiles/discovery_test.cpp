@@ -50,7 +50,7 @@ TEST_F(DiscoveryTest, MessagesComeThroughAtEveryFifthElement) {
         WriteText(Path("Sync/") + name + "~b~c.zip", "");
     }
     DeleteMarkedSyncFiles(context, Find());
-    EXPECT_EQ(gate.Count("MessagePump.ProcessMessages"), 6) << "three in each walk";
+    EXPECT_EQ(gate.Count(calls::MessagePump::ProcessMessages), 6) << "three in each walk";
 }
 
 TEST_F(DiscoveryTest, EntryWithoutAddresseeIsOverwritten) {

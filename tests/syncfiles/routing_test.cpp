@@ -70,15 +70,15 @@ TEST_F(RoutingTest, WaitArmsTheTimerAndLetsMessagesThrough) {
     NotingTimers noting;
     AgentContext waiting{Replacing(context.services, log, noting)};
     Wait(waiting, 3);
-    EXPECT_EQ(gate.Count("MessagePump.ProcessMessages"), 3);
+    EXPECT_EQ(gate.Count(calls::MessagePump::ProcessMessages), 3);
     noting.exists = true;
     Wait(waiting, 214);
     Wait(waiting, 215);
     EXPECT_EQ(noting.armed,
               (decltype(noting.armed){{-1, -1}, {-30000000, -1}, {-2140000000, -1}, {2144967296, -2}}));
-    gate.Before("WaitableTimers.Create", Break);
+    gate.Before(calls::WaitableTimers::Create, Break);
     Wait(context, 3);
-    EXPECT_EQ(gate.Count("MessagePump.ProcessMessages"), 9) << "without a timer there is no pause";
+    EXPECT_EQ(gate.Count(calls::MessagePump::ProcessMessages), 9) << "without a timer there is no pause";
 }
 
 } // namespace

@@ -317,7 +317,7 @@ TEST_F(FrmMainTest, FailedStatementsLeaveTheOthersAlone) {
     EXPECT_TRUE(Find<QCheckBox>("chkEnableHeartbeat").isChecked()) << "as it was";
     EXPECT_FALSE(Find<QCheckBox>("chkManageDeleted").isChecked());
 
-    gate.Refuse("RegistryTools.SetLong");
+    gate.Refuse(calls::RegistryTools::SetLong);
     QTest::keyClick(&Find<QSlider>("sldFrequency"), Qt::Key_Right);
     EXPECT_EQ(Text("lblFrequency"), "Every 6 minutes");
     Find<QAction>("mnuExit").trigger();
