@@ -40,4 +40,8 @@ std::unique_ptr<services::ZipArchive> GatedObjects::CreateZipArchive() {
     return Wrap<services::ZipArchiveWrapper>(ObjectFactoryWrapper::CreateZipArchive(), gate_);
 }
 
+std::unique_ptr<services::Standing> GatedObjects::CreateStanding() {
+    return Wrap<services::StandingWrapper>(ObjectFactoryWrapper::CreateStanding(), gate_);
+}
+
 } // namespace qndr

@@ -18,6 +18,7 @@ class GatedObjects : public services::ObjectFactoryWrapper {
     std::unique_ptr<services::FileManager> CreateFileManager() override;
     std::unique_ptr<services::Upgrader> CreateUpgrader() override;
     std::unique_ptr<services::ZipArchive> CreateZipArchive() override;
+    std::unique_ptr<services::Standing> CreateStanding() override;
 
   private:
     services::CallGate* gate_;

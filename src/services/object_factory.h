@@ -2,6 +2,7 @@
 
 #include "services/call_gate.h"
 #include "services/company_services.h"
+#include "services/standing.h"
 #include "services/zip_archive.h"
 
 #include <memory>
@@ -32,6 +33,9 @@ class ObjectFactory {
 
     /// The ZIP component.
     virtual std::unique_ptr<ZipArchive> CreateZipArchive() = 0;
+
+    /// What tells partners how a company stands.
+    virtual std::unique_ptr<Standing> CreateStanding() = 0;
 };
 
 /// Forwards every call of a ObjectFactory that `gate` admits. A null gate admits all.
@@ -74,6 +78,12 @@ class ObjectFactoryWrapper : public ObjectFactory, private Gated {
             return nullptr;
         }
         return target_->CreateZipArchive();
+    }
+    std::unique_ptr<Standing> CreateStanding() override {
+        if (!Admits("ObjectFactory.CreateStanding")) {
+            return nullptr;
+        }
+        return target_->CreateStanding();
     }
 
   protected:
