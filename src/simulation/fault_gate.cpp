@@ -64,6 +64,9 @@ bool FaultGate::Admits(std::string_view call) {
     if (call == PerLevel) {
         return true;
     }
+    if (call == "ObjectFactory.CreateStanding" && !allowsStanding_) {
+        return false;
+    }
     const bool stops = call == "MessagePump.ProcessMessages" && Strikes(Fault::StopAgent);
     if (depth_ > 1) {
         if (stops) {

@@ -29,6 +29,13 @@ bool ToWorkstation(const Message& own, const Message& main, std::int64_t number)
     return Holds(own.filesFrom, number) || Holds(main.filesTo, number);
 }
 
+/// The file that its receiver expects next and does not see. Where its sender still sees it, it is late, or has
+/// arrived as something that nobody can read.
+StepTrouble Missing(const std::string& what, bool senderSeesIt) {
+    return {"sequence-lost", what + (senderSeesIt ? " does not arrive" : " was lost"), Remedy::Reset,
+            !senderSeesIt};
+}
+
 StepTrouble InRunningOrder(const Message& own, const Message& main) {
     const Position& here = own.position;
     const Position& there = main.position;
@@ -38,12 +45,13 @@ StepTrouble InRunningOrder(const Message& own, const Message& main) {
     if (there.nextFrom > here.nextTo) {
         return {"sequence-ahead", "main has taken files that this company knows nothing of", Remedy::Reset};
     }
-    if (there.nextTo > here.nextFrom && !ToWorkstation(own, main, here.nextFrom)) {
-        return {"sequence-lost", "the file " + std::to_string(here.nextFrom) + " of main was lost", Remedy::Reset};
+    if (there.nextTo > here.nextFrom && !Holds(own.filesFrom, here.nextFrom)) {
+        return Missing("the file " + std::to_string(here.nextFrom) + " of main",
+                       Holds(main.filesTo, here.nextFrom));
     }
-    if (here.nextTo > there.nextFrom && !ToMain(own, main, there.nextFrom)) {
-        return {"sequence-lost", "the file " + std::to_string(there.nextFrom) + " to main was lost",
-                Remedy::Reset};
+    if (here.nextTo > there.nextFrom && !Holds(main.filesFrom, there.nextFrom)) {
+        return Missing("the file " + std::to_string(there.nextFrom) + " to main",
+                       Holds(own.filesTo, there.nextFrom));
     }
     return {};
 }
@@ -67,7 +75,8 @@ StepTrouble InReset(const Message& own, const Message& main) {
     if (there == Required || there == Sent) {
         return {"lost-reset", "main does not look at a reset now", Remedy::InitialSync};
     }
-    if (there == Ready && !ToMain(own, main, ResetRequestFile) && !ToWorkstation(own, main, 0)) {
+    const bool mayTakeData = own.position.nextFrom == 0 && ToWorkstation(own, main, 0);
+    if (there == Ready && !ToMain(own, main, ResetRequestFile) && !mayTakeData) {
         return {"lost-reset", "the request of a reset or its data were lost", Remedy::Reset};
     }
     return {};

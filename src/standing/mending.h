@@ -17,6 +17,7 @@ struct StepTrouble {
     std::string kind; ///< as qndr5ctl doctor names it; empty when there is none
     std::string what; ///< in words, behind the pairing's name
     Remedy remedy = Remedy::None;
+    bool isCertain = true; ///< false: a file may only be very late
 };
 
 /// `own` is what the workstation would tell now, `main` what its main company told last. What only lasts (a file

@@ -171,6 +171,9 @@ std::string ToText(const Message& message) {
     addNumber("AsksForProof", message.asksForProof ? 1 : 0);
     add("Proof", message.proof);
     add("Answer", message.answer);
+    addNumber("KnownPlace", message.knownPlace);
+    addNumber("GaveUp", message.gaveUp ? 1 : 0);
+    addNumber("GivenUp", message.givenUp);
     addNumber("Alike", message.alike ? 1 : 0);
     return text + "\r\n";
 }
@@ -206,6 +209,9 @@ std::optional<Message> ReadMessage(std::string_view text) {
     message.asksForProof = fields.Number("AsksForProof") != 0;
     message.proof = fields.Text("Proof");
     message.answer = fields.Text("Answer");
+    message.knownPlace = fields.Number("KnownPlace");
+    message.gaveUp = fields.Number("GaveUp") != 0;
+    message.givenUp = fields.Number("GivenUp");
     message.alike = fields.Number("Alike") != 0;
     return fields.Valid() ? std::optional(std::move(message)) : std::nullopt;
 }

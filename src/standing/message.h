@@ -42,7 +42,11 @@ struct Message {
     bool asksForProof = false;
     std::string proof;  ///< identity of the proof that main offers, or that the workstation has compared
     std::string answer; ///< of the proof whose comparison main has worked off
-    bool alike = false; ///< of a workstation: it holds what the proof says, as far as that can be compared
+    /// Of a workstation: main's place up to which it had everything before it asked anew by itself.
+    std::int64_t knownPlace = 0;
+    bool gaveUp = false;      ///< of a workstation: what it gave up then goes with the message
+    std::int64_t givenUp = 0; ///< of main: the message whose given-up rows it has looked at
+    bool alike = false;       ///< of a workstation: it holds what the proof says, as far as that can be compared
 };
 
 /// What a message says but for its moment and the numbers of messages: as long as it is the same, there is nothing

@@ -106,7 +106,9 @@ CREATE TABLE PartnerStandings (
   OutOfStep TEXT NOT NULL,
   OutOfStepSince TEXT NOT NULL,
   Mended TEXT NOT NULL,
-  Computers TEXT NOT NULL
+  Computers TEXT NOT NULL,
+  KnownPlace INTEGER NOT NULL,
+  SendsGivenUp INTEGER NOT NULL
 ) WITHOUT ROWID;
 CREATE TABLE StandingProofs (
   ID TEXT PRIMARY KEY,

@@ -85,7 +85,9 @@ CREATE TABLE PartnerStandings (
   OutOfStep TEXT NOT NULL,
   OutOfStepSince TEXT NOT NULL,
   Mended TEXT NOT NULL,
-  Computers TEXT NOT NULL
+  Computers TEXT NOT NULL,
+  KnownPlace INTEGER NOT NULL,
+  SendsGivenUp INTEGER NOT NULL
 ) WITHOUT ROWID;
 -- The digests of the proofs that are on offer.
 CREATE TABLE StandingProofs (

@@ -182,6 +182,27 @@ class MainStanding {
         return memory.wantsProof || partner.asksForProof || isOld;
     }
 
+    /// Of the rows that a workstation gave up, those that nobody else has changed since it had everything.
+    std::string Untouched(const Message& partner, const std::string& givenUp) const {
+        sql::Statement newest = connection_.Prepare("SELECT ID, ifnull(Origin, '') = ?3 COLLATE NOCASE FROM "
+                                                    "AuditLog WHERE TableName = ?1 COLLATE NOCASE AND "
+                                                    "AuditUniqueID = ?2 ORDER BY ID DESC LIMIT 1");
+        std::vector<standing::RowList> lists =
+            standing::ReadRowLists(givenUp).value_or(std::vector<standing::RowList>());
+        for (standing::RowList& list : lists) {
+            std::erase_if(list.rows, [&](const standing::RowDigest& row) {
+                newest.Bind(1, list.table);
+                newest.Bind(2, row.uniqueID);
+                newest.Bind(3, partner.from);
+                const bool isTouched =
+                    newest.Step() && newest.Integer(0) > partner.knownPlace && newest.Integer(1) == 0;
+                newest.Reset();
+                return isTouched;
+            });
+        }
+        return standing::ToText(lists);
+    }
+
     void Tell(PairingStanding& pairing, const Workstation& workstation) {
         const PartnerStanding& memory = pairing.Memory();
         Message message = company_;
@@ -189,16 +210,22 @@ class MainStanding {
         message.position = workstation.position;
         DescribeWaiting(connection_, newest_, message.position);
         message.refused = workstation.refused;
-        message.filesTo = census_.Files(workstation.uniqueID, company_.from);
-        message.filesFrom = census_.Files(company_.from, workstation.uniqueID);
+        message.filesTo = census_.Files(workstation.uniqueID, company_.from, false);
+        message.filesFrom = census_.Files(company_.from, workstation.uniqueID, true);
         message.heard = pairing.Partner() != nullptr ? pairing.Partner()->number : 0;
         message.provenOn = memory.provenOn;
         message.answer = memory.answer;
+        std::string givenUp;
+        if (!pairing.GivenUp().empty()) {
+            givenUp = Untouched(*pairing.Partner(), pairing.GivenUp());
+            message.givenUp = pairing.Partner()->number;
+        }
         const bool offers = !memory.proof.empty() && memory.proof != memory.answer &&
                             memory.proofPlace == workstation.position.place && message.position.waiting == 0;
         message.proof = offers ? memory.proof : "";
         if (pairing.HasToTell(message)) {
-            pairing.Tell(std::move(message), offers ? ReadProof(connection_, memory.proof) : "", memory.rows);
+            pairing.Tell(
+                {std::move(message), offers ? ReadProof(connection_, memory.proof) : "", memory.rows, givenUp});
         }
     }
 

@@ -53,6 +53,10 @@ std::int64_t MinutesBetween(const std::string& from, const std::string& to) {
     return begin && end ? *end - *begin : Unknown;
 }
 
+std::string AddMinutes(const std::string& date, std::int64_t minutes) {
+    return MinutesOf(date) ? sql::FormatDatabaseDate(sql::DateAdd("minute", minutes, date)) : date;
+}
+
 PairingStanding::PairingStanding(const sql::Connection& connection, const StandingSurroundings& surroundings,
                                  std::string own, std::string partner)
     : connection_(connection), surroundings_(surroundings), own_(std::move(own)),
@@ -72,7 +76,9 @@ std::string PairingStanding::PathFrom() const {
 
 PairingStanding::News PairingStanding::Hear() {
     const std::string facts = StandingFileFacts(PathFrom());
-    if (facts.empty() || facts == memory_.heardFile) {
+    const bool isKnown = facts == memory_.heardFile;
+    // What it gave up is looked at until it has heard of that; it is remembered nowhere.
+    if (facts.empty() || (isKnown && !(partner_ && partner_->gaveUp))) {
         return News::None;
     }
     std::optional<StandingFile> file = ReadStandingFile(surroundings_.archives.Reads(), PathFrom());
@@ -84,6 +90,7 @@ PairingStanding::News PairingStanding::Hear() {
     News news = News::Message;
     if (partner_ && file->message.number <= partner_->number) {
         if (file->message.writtenOn <= partner_->writtenOn) {
+            givenUp_ = isKnown ? std::move(file->givenUp) : "";
             return News::None;
         }
         news = file->message.number < partner_->number ? News::Forgotten : News::Message;
@@ -92,6 +99,7 @@ PairingStanding::News PairingStanding::Hear() {
     partner_ = std::move(file->message);
     proof_ = std::move(file->proof);
     rows_ = std::move(file->rows);
+    givenUp_ = std::move(file->givenUp);
     memory_.heard = standing::ToText(*partner_);
     memory_.heardOn = now_;
     return news;
@@ -120,15 +128,14 @@ bool PairingStanding::HasToTell(const standing::Message& message) const {
            StandingFileFacts(PathTo()) != memory_.toldFile;
 }
 
-void PairingStanding::Tell(standing::Message message, std::string proof, std::string rows) {
-    message.number = NextNumber();
-    message.writtenOn = now_;
-    const std::string text = standing::ToText(message);
-    if (!WriteStandingFile(PathTo(), {std::move(message), std::move(proof), std::move(rows)}).empty()) {
+void PairingStanding::Tell(StandingFile file) {
+    file.message.number = NextNumber();
+    file.message.writtenOn = now_;
+    if (!WriteStandingFile(PathTo(), file).empty()) {
         return; // the next pass tries again
     }
     ++memory_.number;
-    memory_.told = text;
+    memory_.told = standing::ToText(file.message);
     memory_.toldFile = StandingFileFacts(PathTo());
 }
 

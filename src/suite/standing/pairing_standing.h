@@ -30,6 +30,9 @@ std::string NowText(const services::Clock& clock);
 /// Minutes from one such moment to another; a large number where one of them is none.
 std::int64_t MinutesBetween(const std::string& from, const std::string& to);
 
+/// The moment so many minutes behind another one; that one where it is none.
+std::string AddMinutes(const std::string& date, std::int64_t minutes);
+
 /// One pairing while its standing is exchanged: what is remembered of it, the partner's message, and what is told
 /// to it. Database errors are raised as services::Failure.
 class PairingStanding {
@@ -51,6 +54,7 @@ class PairingStanding {
     /// What came with the message that is new in this pass; empty without one.
     const std::string& Proof() const { return proof_; }
     const std::string& Rows() const { return rows_; }
+    const std::string& GivenUp() const { return givenUp_; }
 
     /// What is remembered; Save stores it.
     PartnerStanding& Memory() { return memory_; }
@@ -63,7 +67,8 @@ class PairingStanding {
     bool HasToTell(const standing::Message& message) const;
     /// The number of the next message.
     std::int64_t NextNumber() const { return memory_.number + 1; }
-    void Tell(standing::Message message, std::string proof, std::string rows);
+    /// The number and the moment of the message are set here.
+    void Tell(StandingFile file);
     void Save();
 
   private:
@@ -80,6 +85,7 @@ class PairingStanding {
     std::optional<standing::Message> partner_;
     std::string proof_;
     std::string rows_;
+    std::string givenUp_;
 };
 
 } // namespace qndr::suite

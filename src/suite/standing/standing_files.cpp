@@ -17,10 +17,13 @@ namespace {
 constexpr const char* MessageEntry = "standing.dat";
 constexpr const char* ProofEntry = "proof.dat";
 constexpr const char* RowsEntry = "rows.dat";
+constexpr const char* GivenUpEntry = "givenup.dat";
 constexpr const char* DescriptorEntry = "id.dat";
 constexpr std::uint64_t LargestMessage = 16 * 1024;
 constexpr std::uint64_t LargestList = 16 * 1024 * 1024;
 constexpr std::uint64_t LargestDescriptor = 16 * 1024;
+/// The addressee of who does not know its main company yet, in lower case.
+constexpr const char* AnyMain = "main";
 /// Files of the first exchange have no number.
 constexpr std::int64_t FirstExchange = -100;
 
@@ -71,6 +74,37 @@ std::optional<std::string> ReadDescriptor(ArchiveShelf& archives, const std::str
     return descriptor;
 }
 
+/// Both companies in lower case.
+struct SyncFile {
+    std::string path;
+    std::string to;
+    std::string from;
+    std::int64_t number = 0;
+};
+
+std::vector<SyncFile> SyncFilesIn(ArchiveShelf& archives, const std::string& folder) {
+    std::vector<SyncFile> files;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(text::ToPath(folder), error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = text::FromPath(entry->path().filename());
+        const std::size_t tilde = name.find('~');
+        if (tilde == 0 || tilde == std::string::npos || !text::ToLowerCase(name).ends_with(".zip")) {
+            continue;
+        }
+        SyncFile file{text::FromPath(entry->path()), text::ToLowerCase(name.substr(0, tilde)), "", 0};
+        const std::optional<std::string> descriptor = ReadDescriptor(archives, file.path);
+        if (!descriptor) {
+            continue;
+        }
+        const std::int64_t state = NumberOf(ValueOf(*descriptor, "SyncState"));
+        file.from = text::ToLowerCase(ValueOf(*descriptor, "From"));
+        file.number = state != 0 ? FirstExchange - state : NumberOf(ValueOf(*descriptor, "Sequence"));
+        files.push_back(std::move(file));
+    }
+    return files;
+}
+
 } // namespace
 
 std::string StandingFileFacts(const std::string& path) {
@@ -92,52 +126,80 @@ std::optional<StandingFile> ReadStandingFile(FileReads& reads, const std::string
     if (!message) {
         return std::nullopt;
     }
-    StandingFile file{std::move(*message), {}, {}};
-    const bool isWhole = (!reader.Has(ProofEntry) || ReadEntry(reader, ProofEntry, LargestList, file.proof)) &&
-                         (!reader.Has(RowsEntry) || ReadEntry(reader, RowsEntry, LargestList, file.rows));
+    StandingFile file{std::move(*message), {}, {}, {}};
+    const auto read = [&](const char* name, std::string& target) {
+        return !reader.Has(name) || ReadEntry(reader, name, LargestList, target);
+    };
+    const bool isWhole =
+        read(ProofEntry, file.proof) && read(RowsEntry, file.rows) && read(GivenUpEntry, file.givenUp);
     return isWhole ? std::optional(std::move(file)) : std::nullopt;
+}
+
+std::string FindSpeaker(const std::string& folder, const std::string& own) {
+    std::string speaker;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(text::ToPath(folder), error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = text::FromPath(entry->path().filename());
+        const std::size_t first = name.find('~');
+        const std::size_t second = name.find('~', first + 1);
+        if (second == std::string::npos) {
+            continue;
+        }
+        const std::string from = name.substr(first + 1, second - first - 1);
+        if (name == standing::FileName(own, from)) {
+            if (!speaker.empty()) {
+                return "";
+            }
+            speaker = from;
+        }
+    }
+    return speaker;
 }
 
 std::string WriteStandingFile(const std::string& path, const StandingFile& file) {
     const std::string message = standing::ToText(file.message);
     std::vector<std::pair<std::string, std::string_view>> entries{{MessageEntry, message}};
-    if (!file.proof.empty()) {
-        entries.emplace_back(ProofEntry, file.proof);
-    }
-    if (!file.rows.empty()) {
-        entries.emplace_back(RowsEntry, file.rows);
-    }
+    const auto add = [&](const char* name, const std::string& content) {
+        if (!content.empty()) {
+            entries.emplace_back(name, content);
+        }
+    };
+    add(ProofEntry, file.proof);
+    add(RowsEntry, file.rows);
+    add(GivenUpEntry, file.givenUp);
     return ReplaceFile(path, PackTexts(entries), FileAccess::LikeFolder);
 }
 
 SyncFolderCensus::SyncFolderCensus(ArchiveShelf& archives, const std::string& folder, const std::string& own) {
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(text::ToPath(folder), error), end; !error && entry != end;
-         entry.increment(error)) {
-        const std::string name = text::FromPath(entry->path().filename());
-        const std::size_t tilde = name.find('~');
-        if (tilde == 0 || tilde == std::string::npos || !text::ToLowerCase(name).ends_with(".zip")) {
-            continue;
+    for (const SyncFile& file : SyncFilesIn(archives, folder)) {
+        if (file.to == AnyMain || text::EqualsWithoutCase(file.to, own) ||
+            text::EqualsWithoutCase(file.from, own)) {
+            files_[{file.to, file.from}].push_back(file.number);
         }
-        const std::optional<std::string> descriptor = ReadDescriptor(archives, text::FromPath(entry->path()));
-        const std::string to = text::ToLowerCase(name.substr(0, tilde));
-        const std::string from = descriptor ? text::ToLowerCase(ValueOf(*descriptor, "From")) : "";
-        if (from.empty() || (!text::EqualsWithoutCase(to, own) && !text::EqualsWithoutCase(from, own))) {
-            continue;
-        }
-        const std::int64_t state = NumberOf(ValueOf(*descriptor, "SyncState"));
-        files_[{to, from}].push_back(state != 0 ? FirstExchange - state
-                                                : NumberOf(ValueOf(*descriptor, "Sequence")));
-    }
-    for (auto& [companies, numbers] : files_) {
-        std::sort(numbers.begin(), numbers.end());
     }
 }
 
-const std::vector<std::int64_t>& SyncFolderCensus::Files(const std::string& to, const std::string& from) const {
-    static const std::vector<std::int64_t> none;
-    const auto found = files_.find({text::ToLowerCase(to), text::ToLowerCase(from)});
-    return found == files_.end() ? none : found->second;
+void DeleteFiles(ArchiveShelf& archives, const std::string& folder, const std::string& from,
+                 const std::string& main) {
+    for (const SyncFile& file : SyncFilesIn(archives, folder)) {
+        if (text::EqualsWithoutCase(file.from, from) &&
+            (file.to == AnyMain || text::EqualsWithoutCase(file.to, main))) {
+            DeleteName(file.path);
+        }
+    }
+}
+
+std::vector<std::int64_t> SyncFolderCensus::Files(const std::string& to, const std::string& from,
+                                                  bool isMain) const {
+    std::vector<std::int64_t> numbers;
+    for (const std::string& addressee : {text::ToLowerCase(to), std::string(isMain ? AnyMain : "")}) {
+        if (const auto found = files_.find({addressee, text::ToLowerCase(from)}); found != files_.end()) {
+            numbers.insert(numbers.end(), found->second.begin(), found->second.end());
+        }
+    }
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
 }
 
 } // namespace qndr::suite

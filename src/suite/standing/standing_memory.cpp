@@ -6,7 +6,8 @@ PartnerStanding ReadPartnerStanding(const sql::Connection& connection, std::stri
     sql::Statement row = connection.Prepare(
         "SELECT Number, Told, ToldFile, Heard, HeardFile, HeardOn, ProvenOn, WantsProof, Proof, ProofOn, "
         "ProofPlace, "
-        "ProofNumber, Answer, AnswerRows, Alike, ReadyFrom, OutOfStep, OutOfStepSince, Mended, Computers "
+        "ProofNumber, Answer, AnswerRows, Alike, ReadyFrom, OutOfStep, OutOfStepSince, Mended, Computers, "
+        "KnownPlace, SendsGivenUp "
         "FROM PartnerStandings WHERE Partner = ?1");
     row.Bind(1, partner);
     PartnerStanding standing;
@@ -37,6 +38,8 @@ PartnerStanding ReadPartnerStanding(const sql::Connection& connection, std::stri
     standing.outOfStepSince = text();
     standing.mended = text();
     standing.computers = text();
+    standing.knownPlace = number();
+    standing.sendsGivenUp = number() != 0;
     return standing;
 }
 
@@ -44,8 +47,9 @@ void WritePartnerStanding(const sql::Connection& connection, const PartnerStandi
     sql::Statement row = connection.Prepare(
         "INSERT OR REPLACE INTO PartnerStandings (Partner, Number, Told, ToldFile, Heard, HeardFile, HeardOn, "
         "ProvenOn, WantsProof, Proof, ProofOn, ProofPlace, ProofNumber, Answer, AnswerRows, Alike, ReadyFrom, "
-        "OutOfStep, OutOfStepSince, Mended, Computers) "
-        "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, ?17, ?18, ?19, ?20, ?21)");
+        "OutOfStep, OutOfStepSince, Mended, Computers, KnownPlace, SendsGivenUp) "
+        "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, ?17, ?18, ?19, ?20, ?21, "
+        "?22, ?23)");
     int parameter = 0;
     const auto number = [&](std::int64_t value) { row.Bind(++parameter, value); };
     const auto text = [&](std::string_view value) { row.Bind(++parameter, value); };
@@ -70,6 +74,8 @@ void WritePartnerStanding(const sql::Connection& connection, const PartnerStandi
     text(standing.outOfStepSince);
     text(standing.mended);
     text(standing.computers);
+    number(standing.knownPlace);
+    number(standing.sendsGivenUp ? 1 : 0);
     row.Step();
 }
 

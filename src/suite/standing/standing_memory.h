@@ -38,6 +38,11 @@ struct PartnerStanding {
     std::string mended;    ///< the kind that was mended last, until the pairing was in step again
     std::string computers; ///< the names of the partner's computer, the present one first
 
+    // On a workstation: main's AuditLog.ID up to which it had everything when both were last in step, and whether
+    // what a mending gave up waits for main to say which of its rows nobody else has touched.
+    std::int64_t knownPlace = 0;
+    bool sendsGivenUp = false;
+
     bool operator==(const PartnerStanding&) const = default;
 };
 

@@ -5,6 +5,9 @@
 #include "suite/standing/repair.h"
 #include "suite/standing/standing_exchange.h"
 
+#include <algorithm>
+#include <map>
+#include <set>
 #include <utility>
 
 namespace qndr::suite {
@@ -14,6 +17,8 @@ namespace {
 using standing::Message;
 
 constexpr int Ready = 4;
+/// So many times longer is waited for what may only be late.
+constexpr std::int64_t Lateness = 24;
 
 /// The workstation's AuditLog.ID up to which the first `files` files to main went; 0 when that is not known.
 std::int64_t SentWith(const sql::Connection& connection, std::int64_t files) {
@@ -36,6 +41,9 @@ class WorkstationStanding {
 
     void Exchange() {
         const PairingStanding::News news = pairing_.Hear();
+        if (news == PairingStanding::News::Forgotten) {
+            memory_.knownPlace = std::min(memory_.knownPlace, pairing_.Partner()->position.place);
+        }
         if (message_.position.state != Ready) {
             memory_.readyFrom = pairing_.NextNumber();
         }
@@ -63,14 +71,61 @@ class WorkstationStanding {
         message_.refused = row.Integer(4);
         DescribeWaiting(connection_, connection_.Number("SELECT MAX(ID) FROM AuditLog"), position);
         const SyncFolderCensus census(surroundings_.archives, surroundings_.syncFolder, message_.from);
-        message_.filesTo = census.Files(message_.to, message_.from);
-        message_.filesFrom = census.Files(message_.from, message_.to);
+        message_.filesTo = census.Files(message_.to, message_.from, true);
+        message_.filesFrom = census.Files(message_.from, message_.to, false);
     }
 
     void Follow(const Message& main) {
         memory_.provenOn = main.provenOn;
         SendWhatMainLacks(main);
         CompareProof(main);
+        SendGivenUpAgain(main);
+        if (main.position.state == Ready && message_.position.state == Ready && !memory_.sendsGivenUp &&
+            main.position.nextTo == message_.position.nextFrom) {
+            memory_.knownPlace = main.position.place;
+        }
+    }
+
+    std::string ListGivenUp() const {
+        std::map<std::string, standing::RowList> lists;
+        for (const std::int64_t id : FindGivenUpConflicts(connection_).restorable) {
+            const Conflict conflict = ReadConflict(connection_, id);
+            standing::RowList& list = lists[std::string(conflict.table->name)];
+            list.table = conflict.table->name;
+            list.rows.push_back({conflict.uniqueID, {}, id});
+        }
+        std::vector<standing::RowList> all;
+        for (auto& [table, list] : lists) {
+            all.push_back(std::move(list));
+        }
+        return standing::ToText(all);
+    }
+
+    /// Of what a mending gave up, the versions of rows that nobody else has touched: what a person would restore
+    /// without a thought. The others wait for a person.
+    void SendGivenUpAgain(const Message& main) {
+        if (!memory_.sendsGivenUp || message_.position.state != Ready || main.givenUp <= memory_.readyFrom) {
+            return;
+        }
+        std::set<std::int64_t> untouched;
+        for (const standing::RowList& list :
+             standing::ReadRowLists(pairing_.GivenUp()).value_or(std::vector<standing::RowList>())) {
+            for (const standing::RowDigest& row : list.rows) {
+                untouched.insert(row.ownChange);
+            }
+        }
+        std::int64_t sent = 0;
+        for (const std::int64_t id : FindGivenUpConflicts(connection_).restorable) {
+            if (untouched.contains(id)) {
+                RestoreConflict(connection_, id);
+                ++sent;
+            }
+        }
+        memory_.sendsGivenUp = false;
+        if (sent > 0) {
+            Say(std::to_string(sent) + (sent == 1 ? " change" : " changes") +
+                " that the asking anew had given up will be sent again; nobody else has touched the rows.");
+        }
     }
 
     /// Once for each answer of main's.
@@ -124,7 +179,9 @@ class WorkstationStanding {
         }
         const std::int64_t minutes = surroundings_.mendMinutes;
         if (trouble.remedy == standing::Remedy::None || minutes <= 0 || news == PairingStanding::News::None ||
-            trouble.kind == memory_.mended || MinutesBetween(memory_.outOfStepSince, pairing_.Now()) < minutes) {
+            trouble.kind == memory_.mended ||
+            MinutesBetween(memory_.outOfStepSince, pairing_.Now()) <
+                (trouble.isCertain ? minutes : minutes * Lateness)) {
             return;
         }
         Mend(trouble, main);
@@ -135,9 +192,12 @@ class WorkstationStanding {
             KeepWhatMainForgot(main);
             RequestReset(connection_);
         } else {
+            // What was sent is sent again behind the first data; a request of a reset would undo them.
+            DeleteFiles(surroundings_.archives, surroundings_.syncFolder, message_.from, message_.to);
             RequestInitialSync(connection_);
         }
         memory_.mended = trouble.kind;
+        memory_.sendsGivenUp = true;
         memory_.outOfStep.clear();
         memory_.outOfStepSince.clear();
         Say("This company was out of step with main (" + trouble.what + ") and asks for all data anew.");
@@ -164,8 +224,12 @@ class WorkstationStanding {
         message_.asksForProof = memory_.wantsProof;
         message_.proof = memory_.answer;
         message_.alike = memory_.alike;
+        const bool asks = memory_.sendsGivenUp && message_.position.state == Ready;
+        const std::string givenUp = asks ? ListGivenUp() : "";
+        message_.gaveUp = asks;
+        message_.knownPlace = asks ? memory_.knownPlace : 0;
         if (pairing_.HasToTell(message_)) {
-            pairing_.Tell(message_, "", memory_.rows);
+            pairing_.Tell({message_, "", memory_.rows, givenUp});
         }
     }
 
@@ -186,8 +250,11 @@ class WorkstationStanding {
 
 void ExchangeAsWorkstation(const sql::Connection& connection, const StandingSurroundings& surroundings,
                            StandingReport& report) {
-    const std::string main = connection.Value("SELECT MainUniqueID FROM Company").value_or("");
     const std::string own = connection.Value("SELECT UniqueID FROM Company").value_or("");
+    std::string main = connection.Value("SELECT MainUniqueID FROM Company").value_or("");
+    if (main.empty()) { // before the first data it would take those of any company, too
+        main = FindSpeaker(surroundings.syncFolder, own);
+    }
     if (!standing::FileName(main, own).empty()) {
         WorkstationStanding(connection, surroundings, report, main).Exchange();
     }
