@@ -54,7 +54,6 @@ ExportWriter::ExportWriter(const sql::Connection& connection, ExportFile& file, 
 }
 
 void ExportWriter::WriteAll(const ExportList& list) {
-    text_.reserve(BufferSize * 2);
     text_ += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Exchange Version=\"1\" From=\"";
     AppendXmlText(text_, own_);
     text_ += "\" CreatedOn=\"";
