@@ -1,5 +1,6 @@
 #include "agent/pipelines.h"
 
+#include "agent/exchange_standing.h"
 #include "agent/open_company.h"
 #include "changes/apply_changes_from_main.h"
 #include "changes/apply_changes_from_roaming_workstations.h"
@@ -83,6 +84,7 @@ void SyncAsMain(AgentContext& context, ActivityTarget* activity) {
     ReadIdOnce(context, context.MainUniqueID, "SELECT UniqueID FROM Company");
     if (RunSteps(context, MainSteps(), activity)) {
         RunCleanups(context, activity);
+        ExchangeStanding(context);
     }
 }
 
@@ -94,6 +96,7 @@ void SyncAsRoaming(AgentContext& context, ActivityTarget* activity) {
     ReadIdOnce(context, context.MainUniqueID, "SELECT MainUniqueID FROM Company");
     if (RunSteps(context, RoamingSteps(), activity)) {
         RunCleanups(context, activity);
+        ExchangeStanding(context);
     }
 }
 

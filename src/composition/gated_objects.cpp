@@ -2,6 +2,7 @@
 
 #include "services/gated/company_library.h"
 #include "services/gated/company_services.h"
+#include "services/gated/standing.h"
 #include "services/gated/zip_archive.h"
 
 namespace qndr {
@@ -28,6 +29,10 @@ std::unique_ptr<services::Upgrader> GatedObjects::CreateUpgrader() {
 
 std::unique_ptr<services::ZipArchive> GatedObjects::CreateZipArchive() {
     return services::Behind<services::ZipArchiveWrapper>(ObjectFactoryWrapper::CreateZipArchive(), Gate());
+}
+
+std::unique_ptr<services::Standing> GatedObjects::CreateStanding() {
+    return services::Behind<services::StandingWrapper>(ObjectFactoryWrapper::CreateStanding(), Gate());
 }
 
 } // namespace qndr

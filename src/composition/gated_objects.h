@@ -17,6 +17,7 @@ class GatedObjects : public services::ObjectFactoryWrapper {
     std::unique_ptr<services::FileManager> CreateFileManager() override;
     std::unique_ptr<services::Upgrader> CreateUpgrader() override;
     std::unique_ptr<services::ZipArchive> CreateZipArchive() override;
+    std::unique_ptr<services::Standing> CreateStanding() override;
 };
 
 } // namespace qndr

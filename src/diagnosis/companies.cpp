@@ -43,7 +43,7 @@ void DiagnoseRunning(const ObservedCompany& company, const Observations& seen, F
         return;
     }
     const std::string& name = company.facts.name;
-    const std::string designated = Trim(company.syncComputerName);
+    const std::string designated = text::Trimmed(company.syncComputerName);
     if (!company.facts.syncEnabled) {
         findings.Add(troubles::SyncNotEnabled, name, "Syncing is not enabled for this company.", company.file);
     } else if (designated.empty()) {

@@ -1,5 +1,6 @@
 #include "diagnosis/fates.h"
 #include "diagnosis/sections.h"
+#include "services/company_numbers.h"
 #include "shared/dates.h"
 #include "shared/records.h"
 #include "text/editing.h"

@@ -1,4 +1,5 @@
 #include "diagnosis/sections.h"
+#include "services/company_numbers.h"
 #include "shared/records.h"
 
 #include <algorithm>

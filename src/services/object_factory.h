@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/company_services.h"
+#include "services/standing.h"
 #include "services/zip_archive.h"
 
 #include <memory>
@@ -31,6 +32,9 @@ class ObjectFactory {
 
     /// The ZIP component.
     virtual std::unique_ptr<ZipArchive> CreateZipArchive() = 0;
+
+    /// What tells partners how a company stands.
+    virtual std::unique_ptr<Standing> CreateStanding() = 0;
 };
 
 } // namespace qndr::services

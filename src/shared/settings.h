@@ -25,6 +25,10 @@ inline constexpr const char* ManageDeleting = "ManageDeleting";   ///< number, d
 inline constexpr const char* BackupOrderData = "BackupOrderData"; ///< number, default 1
 inline constexpr const char* DebugSyncAgent = "DebugSyncAgent";   ///< number, exactly 1 turns the log on
 inline constexpr const char* DebugSyncAgentStartDate = "DebugSyncAgentStartDate"; ///< date, when it was turned on
+inline constexpr const char* ProofHours =
+    "ProofHours"; ///< number, hours between two proofs, 0 for none, default 24
+inline constexpr const char* MendMinutes =
+    "MendMinutes"; ///< number, minutes until mending, 0 for never, default 60
 inline constexpr const char* CompaniesLocation = "UFL:Companies"; ///< text, below DefaultProfileKey
 
 } // namespace qndr::settings

@@ -65,6 +65,9 @@ bool FaultGate::Admits(Call call) {
     if (call == PerLevel) {
         return true;
     }
+    if (call == calls::ObjectFactory::CreateStanding && !allowsStanding_) {
+        return false;
+    }
     const bool stops = call == calls::MessagePump::ProcessMessages && Strikes(Fault::StopAgent);
     if (depth_ > 1) {
         if (stops) {

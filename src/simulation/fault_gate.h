@@ -31,6 +31,10 @@ class FaultGate : public services::CallGate {
     void OnEdit(std::function<void()> handler) { edit_ = std::move(handler); }
     void OnStop(std::function<void()> handler) { stop_ = std::move(handler); }
 
+    /// Lets the agent tell its partners how it stands, and mend what it can. Without it is an agent of a suite
+    /// that knows no such thing.
+    void AllowStanding() { allowsStanding_ = true; }
+
     bool Admits(Call call) override;
 
     /// A timer's tick of the agent. While it waits within a call, say for the lock of its database, further ticks
@@ -69,6 +73,7 @@ class FaultGate : public services::CallGate {
     std::optional<Call> previous_;
     std::set<Call> refused_;
     bool dying_ = false;
+    bool allowsStanding_ = false;
     int depth_ = 0; ///< ticks within each other
     ComputerFaults& below_;
     std::map<Call, bool> weak_; ///< calls that fail often in this run

@@ -92,7 +92,22 @@ void Judge::BeginPass(std::size_t computer, const FaultGate& gate) {
     watch_.BeginPass();
 }
 
+/// What is out of step may be asked for anew there, as a person would.
+void Judge::AcceptMending() {
+    for (const auto& [workstation, end] : Read(computer_)) {
+        if (end.state != known_[computer_][workstation].state) {
+            chronicle_.Note(computers_[computer_]->Name(), "mends its pairing by itself");
+            pairings_[workstation].wasReset = true;
+            sent_.clear(); // it takes back what it has sent, and sends it again
+        }
+    }
+    Accept(computer_);
+}
+
 void Judge::AfterCall(Call call) {
+    if (call == calls::Standing::Exchange) {
+        AcceptMending();
+    }
     if (call != calls::Database::ExecuteNonQuery && call != calls::Engine::ImportFile) {
         return;
     }

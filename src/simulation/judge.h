@@ -80,6 +80,7 @@ class Judge {
     using Ends = std::map<std::size_t, End>; ///< by workstation; a workstation has its own alone
 
     Ends Read(std::size_t computer) const;
+    void AcceptMending();
     bool AtMain() const { return computer_ == 0; }
     int EpochOf(std::size_t workstation) const;
     std::size_t WorkstationOf(std::size_t sender, const std::string& name) const;

@@ -15,6 +15,11 @@ constexpr std::int64_t SettlingDays = 4;
 constexpr int MostRounds = 25;
 /// Mending one pairing may show that another one is out of step.
 constexpr int MostMendings = 3;
+/// Rounds without a change in which an exchange has come to rest.
+constexpr int StillRounds = 2;
+/// A pairing is believed to be out of step only when that lasts, and a proof is one round behind the other.
+constexpr int StillRoundsOfStanding = 50;
+constexpr int MostRoundsOfStanding = 250;
 
 } // namespace
 
@@ -32,12 +37,15 @@ void Simulation::ComeToRest() {
         station.agent.reset();
     }
     for (int mending = 0; mending <= MostMendings; ++mending) {
-        if (!Exchange(MostRounds)) {
+        if (!Exchange(options_.standing ? MostRoundsOfStanding : MostRounds)) {
             throw Violation{"the exchange does not come to rest"};
         }
         bool allAgree = true;
         for (std::size_t place = 1; place < stations_.size(); ++place) {
             if (!Agrees(place)) {
+                if (options_.standing) {
+                    throw Violation{stations_[place].computer->Name() + " does not mend by itself"};
+                }
                 allAgree = false;
                 Mend(place);
             }
@@ -63,12 +71,22 @@ bool Simulation::Exchange(int rounds) {
         AskTheDoctors();
         const std::string now = Position();
         still = now == before ? still + 1 : 0;
-        if (still == 2) {
+        if (still >= StillRounds && (!options_.standing || AllAgree() || still >= StillRoundsOfStanding)) {
             return true;
         }
         before = now;
     }
     return false;
+}
+
+bool Simulation::AllAgree() {
+    for (std::size_t place = 1; place < stations_.size(); ++place) {
+        if (!judge_->IsInStep(place) ||
+            !DifferingRows(*stations_[0].computer, *stations_[place].computer, judge_->PairingOf(place)).empty()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 /// How far everything has come.

@@ -70,6 +70,9 @@ void Simulation::SetUp() {
     judge_ = std::make_unique<Judge>(Computers(), *folders_, chronicle_);
     folders_->OnLostFile([this](const std::string& name) { judge_->NoteLostFile(name); });
     for (std::size_t place = 0; place < stations_.size(); ++place) {
+        if (options_.standing) {
+            stations_[place].gate->AllowStanding();
+        }
         stations_[place].gate->AfterCall([this](Call call) { judge_->AfterCall(call); });
         stations_[place].gate->OnEdit([this, place] {
             if (stations_[place].below->IsClosedToUsers()) {

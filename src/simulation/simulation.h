@@ -22,6 +22,7 @@ struct SimulationOptions {
     int days = 2;
     std::vector<std::string> faults; ///< names; each seed takes some of all when there are none
     std::string folder;              ///< an empty one, in which the computers live
+    bool standing = false; ///< the agents tell each other how they stand, and everything has to mend by itself
 };
 
 struct SimulationResult {
@@ -79,6 +80,7 @@ class Simulation {
     std::string Position() const;
     void Mend(std::size_t place);
     bool Agrees(std::size_t place);
+    bool AllAgree();
     void DemandNothingTwice() const;
     void DemandValues();
     std::vector<SimulatedComputer*> Computers() const;

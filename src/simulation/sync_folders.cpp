@@ -24,6 +24,11 @@ bool IsUnfinished(const std::string& name) {
     return name.starts_with("~$");
 }
 
+/// A file of which there is always the newest version alone.
+bool IsRewritten(const std::string& name) {
+    return name.ends_with(".rsf");
+}
+
 std::set<std::string> NamesIn(const std::string& folder) {
     std::set<std::string> names;
     for (const auto& entry : fs::directory_iterator(folder)) {
@@ -92,7 +97,7 @@ void SyncFolders::Collect(std::size_t computer, std::int64_t now) {
         SpreadDeletion(computer, name, now);
     }
     for (const std::string& name : present) {
-        if (!known_[computer].contains(name)) {
+        if (!known_[computer].contains(name) || (IsRewritten(name) && IsAnother(computer, name))) {
             Upload(computer, name, now);
         }
     }
@@ -102,24 +107,33 @@ void SyncFolders::Collect(std::size_t computer, std::int64_t now) {
     }
 }
 
+bool SyncFolders::IsAnother(std::size_t computer, const std::string& name) const {
+    return *known_[computer].at(name) != Read(fs::path(places_[computer].folder) / name);
+}
+
 void SyncFolders::Upload(std::size_t computer, const std::string& name, std::int64_t now) {
     const fs::path path = fs::path(places_[computer].folder) / name;
     const auto content = std::make_shared<const std::string>(Read(path));
     const std::string& who = places_[computer].computer;
     known_[computer][name] = content;
+    const auto lost = [&] {
+        if (!IsRewritten(name)) { // the next version takes its place
+            lostFile_(name);
+        }
+    };
     ++filesDropped_;
     bytesDropped_ += static_cast<std::int64_t>(content->size());
     if (Strikes(Fault::LoseFile)) {
         chronicle_.NoteFault(who, "lose-file", name + " is lost in the Sync folder");
         fs::remove(path);
         known_[computer].erase(name);
-        lostFile_(name);
+        lost();
         return;
     }
     if (Strikes(Fault::TruncateFile)) {
         chronicle_.NoteFault(who, "truncate-file", name + " arrives by half");
         Spread(computer, name, std::make_shared<const std::string>(content->substr(0, content->size() / 2)), now);
-        lostFile_(name);
+        lost();
         return;
     }
     if (Strikes(Fault::EmptyFile)) {

@@ -58,6 +58,7 @@ class SyncFolders {
         Content content; ///< null for a deletion
     };
 
+    bool IsAnother(std::size_t computer, const std::string& name) const;
     void Upload(std::size_t computer, const std::string& name, std::int64_t now);
     void Spread(std::size_t from, const std::string& name, const Content& content, std::int64_t now);
     void SpreadDeletion(std::size_t from, const std::string& name, std::int64_t now);

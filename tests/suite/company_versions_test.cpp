@@ -62,7 +62,7 @@ TEST_F(CompanyVersionsTest, EachEarlierVersionBecomesWhatANewCompanyIs) {
     fresh.ExecuteScript("BEGIN;" + CompanySchemaScript() + "COMMIT;");
     const auto expected = Structure(fresh);
     EXPECT_EQ(ReadSchemaVersion(fresh), CompanySchemaVersion);
-    for (std::int64_t version = 1; version < 6; ++version) {
+    for (std::int64_t version = 1; version < CompanySchemaVersion; ++version) {
         SCOPED_TRACE(version);
         sql::Connection& company = Make(version);
         EXPECT_EQ(ReadSchemaVersion(company), version);

@@ -197,16 +197,15 @@ class Dealer {
     }
 
     std::string SyncFolder() const { return folder_ + "/sync"; }
-    std::size_t FilesInSyncFolder() const {
-        const std::filesystem::directory_iterator files(SyncFolder());
-        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
-    }
+    std::size_t FilesInSyncFolder() const { return SyncFiles().size(); }
 
-    /// Full paths, in order.
+    /// Full paths, in order; all but what the partners tell of their standing.
     std::vector<std::string> SyncFiles() const {
         std::vector<std::string> paths;
         for (const auto& file : std::filesystem::directory_iterator(SyncFolder())) {
-            paths.push_back(file.path().string());
+            if (file.path().extension() != ".rsf") {
+                paths.push_back(file.path().string());
+            }
         }
         std::sort(paths.begin(), paths.end());
         return paths;

@@ -14,6 +14,7 @@ namespace qndr::control {
 void AddCompanyCommands(const CommandLine& program, const ControlContext& context);
 void AddCompareCommand(const CommandLine& companyGroup, const ControlContext& context);
 void AddWorkstationCommands(const CommandLine& program, const ControlContext& context);
+void AddStatusCommands(const CommandLine& program, const ControlContext& context);
 void AddSyncCommands(const CommandLine& program, const ControlContext& context);
 void AddOptionCommands(const CommandLine& program, const ControlContext& context);
 void AddSettingsCommands(const CommandLine& program, const ControlContext& context);

@@ -51,6 +51,8 @@ std::string WordsForConflictReason(suite::ConflictReason reason) {
         return "given up by a reset";
     case suite::ConflictReason::NotConfirmed:
         return "not confirmed before a reset";
+    case suite::ConflictReason::Repaired:
+        return "replaced by a repair";
     }
     return "unknown";
 }

@@ -21,6 +21,7 @@ void WriteErrorLine(std::ostream& errors, std::string message) {
 void AddCommands(const CommandLine& program, const ControlContext& context) {
     AddCompanyCommands(program, context);
     AddWorkstationCommands(program, context);
+    AddStatusCommands(program, context);
     AddSyncCommands(program, context);
     AddOptionCommands(program, context);
     AddSettingsCommands(program, context);

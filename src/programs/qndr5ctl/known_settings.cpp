@@ -14,6 +14,10 @@ using settings::RootKey;
 
 constexpr std::array Known{
     KnownSetting{settings::SyncFrequency, SettingKind::Number, RootKey, "5", "minutes between passes", 1, 60},
+    KnownSetting{settings::ProofHours, SettingKind::Number, RootKey, "24",
+                 "hours between proofs that both ends of a pairing hold the same, 0 for none", 0, 8760},
+    KnownSetting{settings::MendMinutes, SettingKind::Number, RootKey, "60",
+                 "minutes that a pairing is out of step before it asks anew by itself, 0 for never", 0, 10080},
     KnownSetting{settings::NextSync, SettingKind::Date, RootKey, "", "when the next pass is due"},
     KnownSetting{settings::LastSync, SettingKind::Date, RootKey, "", "when the last pass ended"},
     KnownSetting{settings::StopSync, SettingKind::Number, RootKey, "0", "1 asks the agent to exit"},

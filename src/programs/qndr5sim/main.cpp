@@ -33,6 +33,8 @@ void Declare(CLI::App& program, Arguments& arguments) {
         .add_option("--faults", arguments.options.faults,
                     "only these, with commas, or none; otherwise each seed takes some")
         ->delimiter(',');
+    program.add_flag("--standing", arguments.options.standing,
+                     "the agents tell each other how they stand, and what goes wrong must mend by itself");
     program.add_flag("--json", arguments.json, "one line of JSON instead of the table");
 }
 

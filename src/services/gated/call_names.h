@@ -114,6 +114,7 @@ inline constexpr Call CreateCompanyManager{"ObjectFactory.CreateCompanyManager"}
 inline constexpr Call CreateEngine{"ObjectFactory.CreateEngine"};
 inline constexpr Call CreateFileManager{"ObjectFactory.CreateFileManager"};
 inline constexpr Call CreateSharedCodeLibrary{"ObjectFactory.CreateSharedCodeLibrary"};
+inline constexpr Call CreateStanding{"ObjectFactory.CreateStanding"};
 inline constexpr Call CreateUpgrader{"ObjectFactory.CreateUpgrader"};
 inline constexpr Call CreateZipArchive{"ObjectFactory.CreateZipArchive"};
 } // namespace ObjectFactory
@@ -186,6 +187,12 @@ namespace SqlConnection {
 inline constexpr Call ExecuteNonQuery{"SqlConnection.ExecuteNonQuery"};
 inline constexpr Call PreTerminate{"SqlConnection.PreTerminate"};
 } // namespace SqlConnection
+
+namespace Standing {
+inline constexpr Call Exchange{"Standing.Exchange"};
+inline constexpr Call Initialize{"Standing.Initialize"};
+inline constexpr Call PreTerminate{"Standing.PreTerminate"};
+} // namespace Standing
 
 namespace StringArrayTools {
 inline constexpr Call AddString{"StringArrayTools.AddString"};

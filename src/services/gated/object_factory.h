@@ -33,6 +33,10 @@ class ObjectFactoryWrapper : public Forwarding<ObjectFactory> {
         return Ask(calls::ObjectFactory::CreateZipArchive, nullptr,
                    [](ObjectFactory& factory) { return factory.CreateZipArchive(); });
     }
+    std::unique_ptr<Standing> CreateStanding() override {
+        return Ask(calls::ObjectFactory::CreateStanding, nullptr,
+                   [](ObjectFactory& factory) { return factory.CreateStanding(); });
+    }
 };
 
 } // namespace qndr::services

@@ -65,7 +65,7 @@ void SendAgain(const sql::Connection& connection, const Conflict& conflict) {
 }
 
 Restoration StandsAlready(const sql::Connection& connection, const Conflict& conflict) {
-    if (conflict.reason == ConflictReason::OtherVersion) {
+    if (conflict.reason == ConflictReason::OtherVersion || conflict.reason == ConflictReason::Repaired) {
         return Restoration::NothingToDo;
     }
     SendAgain(connection, conflict);

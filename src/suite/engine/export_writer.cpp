@@ -17,7 +17,8 @@ constexpr std::string_view DeletionShape =
     "SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID FROM AuditLog WHERE ID = ?1";
 constexpr std::string_view DeletionWithOrigin =
     "SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID, ID AS AuditID, Origin AS AuditOrigin, "
-    "OriginID AS AuditOriginID FROM AuditLog WHERE ID = ?1";
+    "OriginID AS AuditOriginID, EXISTS (SELECT 1 FROM RepairAudits WHERE AuditID = AuditLog.ID) AS AuditRepair "
+    "FROM AuditLog WHERE ID = ?1";
 
 /// The column of a row, after its type.
 void AppendValue(std::string& out, const XmlColumn& element, const sql::Statement& row, int column,
@@ -47,12 +48,12 @@ ExportWriter::ExportWriter(const sql::Connection& connection, ExportFile& file, 
     : connection_(connection), file_(file), origin_(origin), fence_(connection.MakeFence()),
       own_(connection.Value("SELECT UniqueID FROM Company").value_or("")),
       newestAudit_(
-          connection.Prepare("SELECT ID, Origin, OriginID FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE "
+          connection.Prepare("SELECT ID, Origin, OriginID, EXISTS (SELECT 1 FROM RepairAudits WHERE AuditID = "
+                             "AuditLog.ID) FROM AuditLog WHERE TableName = ?1 COLLATE NOCASE "
                              "AND AuditUniqueID = ?2 ORDER BY ID DESC LIMIT 1")) {
 }
 
 void ExportWriter::WriteAll(const ExportList& list) {
-    text_.reserve(BufferSize * 2);
     text_ += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Exchange Version=\"1\" From=\"";
     AppendXmlText(text_, own_);
     text_ += "\" CreatedOn=\"";
@@ -96,7 +97,7 @@ void ExportWriter::Write(const ExportList::Kind& kind, const ExportList::Entry& 
 sql::Statement ExportWriter::PrepareFenced(const ExportList::Kind& kind) {
     return fence_->Prepare(kind.statement == DeletionShape ? DeletionWithOrigin : kind.statement,
                            {kind.deletion ? "auditlog" : text::ToLowerCase("vwExporting_" + kind.table), "dateadd",
-                            "getutcdate", "orders" /* by which an order's items are found */});
+                            "getutcdate", "repairaudits", "orders" /* by which an order's items are found */});
 }
 
 ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std::size_t index) {
@@ -124,6 +125,8 @@ ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std:
             source->origin = i;
         } else if (name == "AuditOriginID") {
             source->originID = i;
+        } else if (name == "AuditRepair") {
+            source->repair = i;
         } else if (!text::EqualsWithoutCase(name, "ID")) {
             source->uniqueID = text::EqualsWithoutCase(name, "UniqueID") ? i : source->uniqueID;
             source->columns.push_back(i);
@@ -159,7 +162,7 @@ void ExportWriter::WriteRecord(const Source& source, const ExportList::Kind& kin
     if (origin_ == ExportOrigin::Tell && source.auditID >= 0) {
         const bool own = row.IsNull(source.origin);
         AppendOrigin(own ? std::string_view(own_) : row.Text(source.origin),
-                     row.Integer(own ? source.auditID : source.originID));
+                     row.Integer(own ? source.auditID : source.originID), row.Integer(source.repair) != 0);
     } else if (origin_ == ExportOrigin::Tell && kind.singleRow && source.uniqueID >= 0) {
         AppendNewestOrigin(kind.table, row.Text(source.uniqueID));
     }
@@ -176,17 +179,18 @@ void ExportWriter::AppendNewestOrigin(const std::string& table, std::string_view
     newestAudit_.Bind(2, uniqueID);
     if (newestAudit_.Step()) {
         const bool own = newestAudit_.IsNull(1);
-        AppendOrigin(own ? std::string_view(own_) : newestAudit_.Text(1), newestAudit_.Integer(own ? 0 : 2));
+        AppendOrigin(own ? std::string_view(own_) : newestAudit_.Text(1), newestAudit_.Integer(own ? 0 : 2),
+                     newestAudit_.Integer(3) != 0);
     }
     newestAudit_.Reset();
 }
 
-void ExportWriter::AppendOrigin(std::string_view origin, std::int64_t id) {
+void ExportWriter::AppendOrigin(std::string_view origin, std::int64_t id, bool isRepair) {
     text_ += " Origin=\"";
     AppendXmlText(text_, origin);
     text_ += "\" OriginID=\"";
     text_ += std::to_string(id);
-    text_ += '"';
+    text_ += isRepair ? "\" Repair=\"1\"" : "\"";
 }
 
 void ExportWriter::FlushBeyond(std::size_t size) {

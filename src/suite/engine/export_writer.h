@@ -44,6 +44,7 @@ class ExportWriter {
         int auditID = -1;
         int origin = -1;
         int originID = -1;
+        int repair = -1;
     };
 
     void Write(const ExportList::Kind& kind, const ExportList::Entry& entry);
@@ -52,7 +53,7 @@ class ExportWriter {
     void OpenTable(const ExportList::Kind& kind);
     void CloseTable();
     void WriteRecord(const Source& source, const ExportList::Kind& kind);
-    void AppendOrigin(std::string_view origin, std::int64_t id);
+    void AppendOrigin(std::string_view origin, std::int64_t id, bool isRepair);
     void AppendNewestOrigin(const std::string& table, std::string_view uniqueID);
     void FlushBeyond(std::size_t size);
 

@@ -100,6 +100,10 @@ void ImportApplier::Apply(const ImportBatch& batch, const ImportRecord& record) 
     }
     switch (decision.verdict) {
     case OriginRules::Verdict::Take:
+        if (record.isRepair) {
+            TakeRepair(batch, record, table);
+            return;
+        }
         if (!PutAside(batch, record, table.Apply(batch, record))) {
             givenUp_->Settle(*record.table, table, uniqueID);
         }
@@ -131,7 +135,17 @@ void ImportApplier::TakeAndKeepLoser(const ImportBatch& batch, const ImportRecor
     const ImportTable::Outcome outcome = table.Apply(batch, record);
     if (!PutAside(batch, record, outcome) && outcome.changed) {
         ledger_.AddConflict({record.table->name, uniqueID, std::move(decision.losingOrigin),
-                             std::move(decision.winningOrigin), std::move(losing)});
+                             std::move(decision.winningOrigin), std::move(losing), false});
+    }
+}
+
+void ImportApplier::TakeRepair(const ImportBatch& batch, const ImportRecord& record, ImportTable& table) {
+    const std::string_view uniqueID = batch.Text(record, record.uniqueID);
+    std::optional<std::string> replaced = table.RowJson(uniqueID);
+    const ImportTable::Outcome outcome = table.Apply(batch, record);
+    if (!PutAside(batch, record, outcome) && outcome.changed && replaced) {
+        ledger_.AddConflict({record.table->name, uniqueID, rules_.Own(),
+                             std::string(batch.Text(record, record.origin)), std::move(replaced), true});
     }
 }
 
@@ -145,7 +159,7 @@ void ImportApplier::KeepOwn(const ImportBatch& batch, const ImportRecord& record
     before.GoBack();
     if (!PutAside(batch, record, outcome) && outcome.changed) {
         ledger_.AddConflict({record.table->name, uniqueID, std::move(decision.losingOrigin),
-                             std::move(decision.winningOrigin), std::move(losing)});
+                             std::move(decision.winningOrigin), std::move(losing), false});
     }
 }
 

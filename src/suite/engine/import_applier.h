@@ -45,6 +45,8 @@ class ImportApplier {
     bool PutAside(const ImportBatch& batch, const ImportRecord& record, const ImportTable::Outcome& outcome);
     void TakeAndKeepLoser(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
                           OriginRules::Decision& decision);
+    /// What stood here is kept without asking anybody: it may be what somebody altered behind the audit's back.
+    void TakeRepair(const ImportBatch& batch, const ImportRecord& record, ImportTable& table);
     void KeepOwn(const ImportBatch& batch, const ImportRecord& record, ImportTable& table,
                  OriginRules::Decision& decision);
     ImportTable& TableOf(const ImportRecord& record);

@@ -2,6 +2,7 @@
 
 #include "suite/exchange/import_reader.h"
 #include "suite/exchange/xml_text.h"
+#include "suite/schema/vocabulary.h"
 
 namespace qndr::suite {
 
@@ -54,9 +55,10 @@ ImportLedger::ImportLedger(const sql::Connection& connection)
           "RowUniqueID IS ?2 AND TableName = ?1 AND Reason IS ?3 AND RecordXml IS ?4)")),
       conflict_(connection.Prepare(
           "INSERT INTO ImportConflicts (TableName, RowUniqueID, OccurredOn, LosingOrigin, WinningOrigin, "
-          "LosingValues, Deleted, State) SELECT ?1, ?2, GETUTCDATE(), ?3, ?4, ?5, ?5 IS NULL, 0 WHERE NOT EXISTS "
+          "LosingValues, Deleted, State, Reason) SELECT ?1, ?2, GETUTCDATE(), ?3, ?4, ?5, ?5 IS NULL, ?6, ?7 "
+          "WHERE NOT EXISTS "
           "(SELECT 1 FROM ImportConflicts WHERE RowUniqueID = ?2 AND TableName = ?1 AND LosingOrigin IS ?3 "
-          "AND WinningOrigin IS ?4 AND LosingValues IS ?5 AND State = 0)")) {
+          "AND WinningOrigin IS ?4 AND LosingValues IS ?5 AND State = ?6)")) {
 }
 
 void ImportLedger::EnterProblem(std::string_view table, std::string_view uniqueID, const std::string& reason,
@@ -94,7 +96,7 @@ void ImportLedger::NoteUnkept() {
 
 void ImportLedger::AddConflict(const Conflict& conflict) {
     conflictBytes_ += conflict.losingValues ? conflict.losingValues->size() : 0;
-    if (conflicts_ >= bounds::MostConflicts || conflictBytes_ > bounds::MostConflictBytes) {
+    if (kept_ >= bounds::MostConflicts || conflictBytes_ > bounds::MostConflictBytes) {
         throw FileRefused("the file overwrites more than can be kept");
     }
     conflict_.Bind(1, conflict.table);
@@ -102,9 +104,14 @@ void ImportLedger::AddConflict(const Conflict& conflict) {
     conflict_.Bind(3, conflict.losingOrigin);
     conflict_.Bind(4, conflict.winningOrigin);
     BindOptional(conflict_, 5, conflict.losingValues);
+    const ConflictState state = conflict.isRepair ? ConflictState::Dismissed : ConflictState::Open;
+    const ConflictReason reason = conflict.isRepair ? ConflictReason::Repaired : ConflictReason::OtherVersion;
+    conflict_.Bind(6, static_cast<std::int64_t>(state));
+    conflict_.Bind(7, static_cast<std::int64_t>(reason));
     conflict_.Step();
     conflict_.Reset();
-    ++conflicts_;
+    ++kept_;
+    conflicts_ += conflict.isRepair ? 0 : 1;
 }
 
 } // namespace qndr::suite

@@ -29,6 +29,7 @@ class ImportLedger {
         std::string losingOrigin;
         std::string winningOrigin;
         std::optional<std::string> losingValues; ///< nothing when the losing version is a deletion
+        bool isRepair = false;                   ///< kept, and no person is asked
     };
     /// Raises FileRefused beyond the bounds: what would not be kept must not be overwritten.
     void AddConflict(const Conflict& conflict);
@@ -44,6 +45,7 @@ class ImportLedger {
     sql::Statement conflict_;
     std::int64_t problems_ = 0;
     std::int64_t conflicts_ = 0;
+    std::int64_t kept_ = 0; ///< those and the versions that repairs replaced
     std::int64_t unkept_ = 0;
     std::size_t problemBytes_ = 0;
     std::size_t conflictBytes_ = 0;

@@ -48,6 +48,7 @@ class OriginRules {
                           std::int64_t originID, bool rowIsThere);
 
     bool IsMain() const { return isMain_; }
+    const std::string& Own() const { return own_; }
 
   private:
     /// The newest audit row of a row; the ID is 0 when there is none.

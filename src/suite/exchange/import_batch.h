@@ -33,6 +33,7 @@ struct ImportRecord {
     TextSpan uniqueID;
     TextSpan origin;
     std::int64_t originID = 0;
+    bool isRepair = false; ///< sent again because the two sides were found to differ
     std::size_t firstValue = 0;
     std::size_t valueCount = 0;
     std::uint64_t columns = 0; ///< bit n is set when the table's column n has a value here

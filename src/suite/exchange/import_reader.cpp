@@ -225,6 +225,7 @@ void ImportReader::StartRecord(std::string_view name, const char** attributes) {
     record_.problem.clear();
     record_.uniqueID = {};
     record_.originID = 0;
+    record_.isRepair = Attribute(attributes, "Repair") == "1";
     nextColumn_ = 0;
     const std::string_view origin = Attribute(attributes, "Origin");
     record_.origin = {0, origin.size()};

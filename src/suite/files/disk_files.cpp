@@ -7,6 +7,8 @@
 #include "suite/files/path_text.h"
 
 #include <algorithm>
+#include <memory>
+#include <span>
 #include <vector>
 
 namespace qndr::suite {
@@ -14,7 +16,7 @@ namespace {
 
 using services::Failure;
 
-constexpr std::size_t kCopyPiece = 256 * 1024;
+constexpr std::size_t kCopyPiece = 64 * 1024;
 constexpr int kNameTries = 16;
 
 /// Whether some platform's file names cannot carry it. A file that only half of the parties could take is not
@@ -56,7 +58,8 @@ class Unfinished {
 };
 
 bool CopyContent(OpenFile& from, OpenFile& to) {
-    std::vector<char> buffer(kCopyPiece);
+    const auto piece = std::make_unique_for_overwrite<char[]>(kCopyPiece); // most files fill little of it
+    const std::span<char> buffer(piece.get(), kCopyPiece);
     for (;;) {
         std::size_t count = 0;
         if (from.Read(buffer, count)) {

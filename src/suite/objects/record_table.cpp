@@ -7,9 +7,14 @@
 namespace qndr::suite {
 namespace {
 
-/// Blocks of this size instead of one text: a growing text is copied, and takes more than twice its size
-/// meanwhile.
-constexpr std::size_t kBlockSize = 1024 * 1024;
+/// Blocks instead of one text: a growing text is copied, and takes more than twice its size meanwhile. The first
+/// is small, for most results are, and each next one four times as large up to this size.
+constexpr std::size_t kLargestBlock = 1024 * 1024;
+constexpr std::size_t kFirstBlock = 4096;
+
+std::size_t BlockSize(std::size_t index) {
+    return std::min(kLargestBlock, kFirstBlock << (2 * std::min<std::size_t>(index, 8)));
+}
 
 // The length in front of each value: seven bits a byte, the lowest first, the high bit set on all but the last
 // byte.
@@ -118,8 +123,9 @@ void RecordTable::AddRow(const std::vector<std::string_view>& values) {
     for (const std::string_view value : values) {
         size += value.size() + 10;
     }
-    if (blocks_.empty() || blocks_.back().size() + size > kBlockSize) {
-        blocks_.emplace_back().reserve(std::max(size, kBlockSize));
+    if (blocks_.empty() || blocks_.back().size() + size > blocks_.back().capacity()) {
+        const std::size_t room = std::max(size, BlockSize(blocks_.size()));
+        blocks_.emplace_back().reserve(room);
     }
     std::string& block = blocks_.back();
     rows_.push_back({static_cast<std::uint32_t>(blocks_.size() - 1), static_cast<std::uint32_t>(block.size())});

@@ -3,6 +3,7 @@
 #include "suite/files/zip_archive.h"
 #include "suite/objects/company_library.h"
 #include "suite/objects/company_manager.h"
+#include "suite/objects/company_standing.h"
 #include "suite/objects/engine.h"
 #include "suite/objects/file_manager.h"
 #include "suite/objects/upgrader.h"
@@ -31,6 +32,10 @@ std::unique_ptr<services::Upgrader> SuiteObjects::CreateUpgrader() {
 
 std::unique_ptr<services::ZipArchive> SuiteObjects::CreateZipArchive() {
     return std::make_unique<LibZipArchive>(archives_, &trouble_);
+}
+
+std::unique_ptr<services::Standing> SuiteObjects::CreateStanding() {
+    return std::make_unique<CompanyStanding>(computer_, clock_, trouble_, archives_);
 }
 
 } // namespace qndr::suite

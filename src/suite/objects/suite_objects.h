@@ -31,6 +31,7 @@ class SuiteObjects : public services::ObjectFactory {
     std::unique_ptr<services::FileManager> CreateFileManager() override;
     std::unique_ptr<services::Upgrader> CreateUpgrader() override;
     std::unique_ptr<services::ZipArchive> CreateZipArchive() override;
+    std::unique_ptr<services::Standing> CreateStanding() override;
 
   private:
     const Computer& computer_;

@@ -260,7 +260,7 @@ bool IsWhollyExported(const Table& table) {
 std::string CompanySchemaScript() {
     std::string script = std::string(ExchangeTables) + SentRangesScript() + WithNumbers(SkippedRangesScript) +
                          std::string(LastImportsTable) + WithNumbers(GivenUpScript) + std::string(OwnTables) +
-                         SnapshotMemoryScript() + RefusalMemoryScript() +
+                         SnapshotMemoryScript() + RefusalMemoryScript() + StandingMemoryScript() +
                          "INSERT INTO SchemaVersion (Version) VALUES (" + std::to_string(CompanySchemaVersion) +
                          ");\n";
     for (const Table& table : AuditedTables()) {

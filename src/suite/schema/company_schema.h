@@ -55,7 +55,7 @@ inline constexpr std::string_view CompanyDatabaseVersion = "5.0.1";
 
 /// The version of tables, indexes, views and triggers, raised with each change of them (company_versions.h).
 /// Stored in SchemaVersion.Version: never give a number to anything else.
-inline constexpr std::int64_t CompanySchemaVersion = 6;
+inline constexpr std::int64_t CompanySchemaVersion = 7;
 
 /// The script that makes an empty company database: tables, views, triggers and indexes. The one Company row is
 /// not among them.

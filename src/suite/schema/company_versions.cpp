@@ -85,6 +85,45 @@ CREATE TABLE NotTakenFiles (
 DROP INDEX ixAuditLog_Row;
 CREATE INDEX ixAuditLog_Row ON AuditLog (TableName COLLATE NOCASE, AuditUniqueID COLLATE NOCASE);
 )"},
+    Step{7, R"(
+CREATE TABLE PartnerStandings (
+  Partner TEXT COLLATE NOCASE PRIMARY KEY,
+  Number INTEGER NOT NULL,
+  Told TEXT NOT NULL,
+  ToldFile TEXT NOT NULL,
+  Heard TEXT NOT NULL,
+  HeardFile TEXT NOT NULL,
+  HeardOn TEXT NOT NULL,
+  ProvenOn TEXT NOT NULL,
+  WantsProof INTEGER NOT NULL,
+  Proof TEXT NOT NULL,
+  ProofOn TEXT NOT NULL,
+  ProofPlace INTEGER NOT NULL,
+  ProofNumber INTEGER NOT NULL,
+  Answer TEXT NOT NULL,
+  AnswerRows TEXT NOT NULL,
+  Alike INTEGER NOT NULL,
+  ReadyFrom INTEGER NOT NULL,
+  OutOfStep TEXT NOT NULL,
+  OutOfStepSince TEXT NOT NULL,
+  Mended TEXT NOT NULL,
+  Computers TEXT NOT NULL,
+  KnownPlace INTEGER NOT NULL,
+  SendsGivenUp INTEGER NOT NULL
+) WITHOUT ROWID;
+CREATE TABLE StandingProofs (
+  ID TEXT PRIMARY KEY,
+  Digests TEXT NOT NULL
+) WITHOUT ROWID;
+CREATE TABLE RepairedRows (
+  Workstation TEXT COLLATE NOCASE NOT NULL,
+  TableName TEXT NOT NULL,
+  RowUniqueID TEXT COLLATE NOCASE NOT NULL,
+  Times INTEGER NOT NULL,
+  PRIMARY KEY (Workstation, TableName, RowUniqueID)
+) WITHOUT ROWID;
+CREATE TABLE RepairAudits (AuditID INTEGER PRIMARY KEY);
+)"},
 };
 static_assert(Steps.back().version == CompanySchemaVersion);
 

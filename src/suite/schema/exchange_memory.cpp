@@ -64,6 +64,49 @@ BEGIN
 END;
 )";
 
+constexpr std::string_view StandingTables = R"(-- One row for each partner; see suite/standing/standing_memory.h.
+CREATE TABLE PartnerStandings (
+  Partner TEXT COLLATE NOCASE PRIMARY KEY,
+  Number INTEGER NOT NULL,
+  Told TEXT NOT NULL,
+  ToldFile TEXT NOT NULL,
+  Heard TEXT NOT NULL,
+  HeardFile TEXT NOT NULL,
+  HeardOn TEXT NOT NULL,
+  ProvenOn TEXT NOT NULL,
+  WantsProof INTEGER NOT NULL,
+  Proof TEXT NOT NULL,
+  ProofOn TEXT NOT NULL,
+  ProofPlace INTEGER NOT NULL,
+  ProofNumber INTEGER NOT NULL,
+  Answer TEXT NOT NULL,
+  AnswerRows TEXT NOT NULL,
+  Alike INTEGER NOT NULL,
+  ReadyFrom INTEGER NOT NULL,
+  OutOfStep TEXT NOT NULL,
+  OutOfStepSince TEXT NOT NULL,
+  Mended TEXT NOT NULL,
+  Computers TEXT NOT NULL,
+  KnownPlace INTEGER NOT NULL,
+  SendsGivenUp INTEGER NOT NULL
+) WITHOUT ROWID;
+-- The digests of the proofs that are on offer.
+CREATE TABLE StandingProofs (
+  ID TEXT PRIMARY KEY,
+  Digests TEXT NOT NULL
+) WITHOUT ROWID;
+-- How often a row was sent again to a workstation since it was last proven to hold the same.
+CREATE TABLE RepairedRows (
+  Workstation TEXT COLLATE NOCASE NOT NULL,
+  TableName TEXT NOT NULL,
+  RowUniqueID TEXT COLLATE NOCASE NOT NULL,
+  Times INTEGER NOT NULL,
+  PRIMARY KEY (Workstation, TableName, RowUniqueID)
+) WITHOUT ROWID;
+-- The audit rows of what was sent again: what it overwrites at the other end is kept there.
+CREATE TABLE RepairAudits (AuditID INTEGER PRIMARY KEY);
+)";
+
 /// A number that moves by one counts a file as taken. That its data are in is known by the mark that the import
 /// left. `sender` is its key in SQL.
 std::string CountingScript(const std::string& table, const std::string& number, const std::string& sender) {
@@ -88,6 +131,10 @@ std::string RefusalEventScript() {
 }
 
 } // namespace
+
+std::string StandingMemoryScript() {
+    return std::string(StandingTables);
+}
 
 std::string SnapshotMemoryScript() {
     return WithNumbers(SnapshotScript);

@@ -12,4 +12,7 @@ std::string SnapshotMemoryScript();
 /// scripts of the tables that it watches.
 std::string RefusalMemoryScript();
 
+/// What each side of a pairing knows of the other, and which rows were repaired.
+std::string StandingMemoryScript();
+
 } // namespace qndr::suite

@@ -22,6 +22,7 @@ enum class ConflictReason : std::int64_t {
     OtherVersion = 0, ///< it lost against a different version
     GivenUp = 1,      ///< a change that was not sent when a reset gave it up
     NotConfirmed = 2, ///< a change that was sent before a reset, and main did not tell that it took it
+    Repaired = 3,     ///< it stood where a proof had found the two sides to differ; nobody has to decide
 };
 
 /// SyncState of an order or purchase order whose number was queued for main; 0 before.
