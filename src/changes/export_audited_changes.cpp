@@ -1,6 +1,7 @@
 #include "changes/export_audited_changes.h"
 
 #include "changes/order_backups.h"
+#include "services/exchange_statements.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
 #include "shared/records.h"
@@ -92,18 +93,14 @@ void ExportAuditRecord(AgentContext& context, const std::string& tableName, cons
     case AuditInsert:
     case AuditUpdate:
         Attempt([&] {
-            context.CurrentEngine().AddToExport(tableName,
-                                                FormatString("SELECT * FROM vwExporting_{0} WHERE ID = {1}",
-                                                             tableName, GetNodeLong("RecordID", record, 0)));
+            context.CurrentEngine().AddToExport(
+                tableName, services::ExportOfRow(tableName, GetNodeLong("RecordID", record, 0)));
         });
         break;
     case AuditDelete:
         Attempt([&] {
-            context.CurrentEngine().AddToExport(
-                tableName,
-                FormatString("SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID FROM AuditLog WHERE ID = {0}",
-                             GetNodeLong("ID", record, 0)),
-                true);
+            context.CurrentEngine().AddToExport(tableName,
+                                                services::ExportOfDeletion(GetNodeLong("ID", record, 0)), true);
         });
         break;
     default:
