@@ -129,7 +129,7 @@ bool TakeTwice(Company& company, const std::string& path, const Contents& conten
 void CheckTravelsOn(Bench& bench) {
     const std::string path = bench.folder.Path("onward.xml");
     for (const std::string& table : bench.main.ExchangedTables()) {
-        bench.main.engine.AddToExport(table, "SELECT * FROM \"vwExporting_" + table + "\"", false);
+        bench.main.engine.AddToExport(table, services::ExportOfTable(table), false);
     }
     Require(bench.main.engine.DoExport(path), "what was taken can be exported");
     Require(bench.laptop.engine.ImportFile(path), "what was exported can be taken");

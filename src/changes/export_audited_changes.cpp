@@ -2,6 +2,7 @@
 
 #include "changes/order_backups.h"
 #include "services/company_numbers.h"
+#include "services/exchange_statements.h"
 #include "shared/failure_rule.h"
 #include "shared/formatting.h"
 #include "shared/records.h"
@@ -88,18 +89,14 @@ void ExportAuditRecord(AgentContext& context, const std::string& tableName, cons
     case AuditInsertion:
     case AuditUpdate:
         Attempt([&] {
-            context.CurrentEngine().AddToExport(tableName,
-                                                FormatString("SELECT * FROM vwExporting_{0} WHERE ID = {1}",
-                                                             tableName, GetNodeLong("RecordID", record, 0)));
+            context.CurrentEngine().AddToExport(
+                tableName, services::ExportOfRow(tableName, GetNodeLong("RecordID", record, 0)));
         });
         break;
     case AuditDeletion:
         Attempt([&] {
-            context.CurrentEngine().AddToExport(
-                tableName,
-                FormatString("SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID FROM AuditLog WHERE ID = {0}",
-                             GetNodeLong("ID", record, 0)),
-                true);
+            context.CurrentEngine().AddToExport(tableName,
+                                                services::ExportOfDeletion(GetNodeLong("ID", record, 0)), true);
         });
         break;
     default:

@@ -1,5 +1,7 @@
 #include "initial/export_tables.h"
 
+#include "services/exchange_statements.h"
+
 namespace qndr {
 // Thirty days count by the clock of the database server, when the engine runs the statement.
 const std::array<ExportTable, 53> ExportTables{{
@@ -35,27 +37,23 @@ const std::array<ExportTable, 53> ExportTables{{
     {"PurchaseOrderItemStatusCodes"},
     {"Employees"},
     {"EmployeeAddresses"},
-    {"EmployeeActivity",
-     "SELECT * FROM vwExporting_EmployeeActivity WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
+    {"EmployeeActivity", "ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
     {"EmployeeSecurityRoles"},
     {"Customers"},
     {"GroupedCustomers"},
-    {"CustomerActivity",
-     "SELECT * FROM vwExporting_CustomerActivity WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
+    {"CustomerActivity", "ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
     {"CustomerAddresses"},
     {"Vendors"},
-    {"VendorActivity",
-     "SELECT * FROM vwExporting_VendorActivity WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
+    {"VendorActivity", "ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
     {"Products"},
     {"ProductVendors"},
-    {"ProductActivity",
-     "SELECT * FROM vwExporting_ProductActivity WHERE ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
+    {"ProductActivity", "ActivityDate > DATEADD(day,-30,GETUTCDATE())"},
     {"ProductTags"},
     {"Discounts"},
     {"OptionCallouts"},
     {"OptionDefaults"},
     {"OptionDetailSettings"},
-    {"Attachments", "SELECT * FROM vwExporting_Attachments WHERE AttachmentType <> 2 AND AttachmentType <> 3"},
+    {"Attachments", "AttachmentType <> 2 AND AttachmentType <> 3"},
     {"CompanyFeatures"},
     {"CompanySetup"},
     {"RequireDepositCriteria"},
@@ -63,7 +61,7 @@ const std::array<ExportTable, 53> ExportTables{{
 }};
 
 std::string ExportStatement(const ExportTable& table) {
-    return table.Statement != nullptr ? table.Statement : std::string("SELECT * FROM vwExporting_") + table.Name;
+    return services::ExportOfTable(table.Name, table.Condition);
 }
 
 } // namespace qndr

@@ -7,8 +7,8 @@ namespace qndr {
 
 /// One row of the full export.
 struct ExportTable {
-    const char* Name;                ///< given to the engine as it stands
-    const char* Statement = nullptr; ///< where rows are held back; null for the whole export view
+    const char* Name;           ///< given to the engine as it stands
+    const char* Condition = ""; ///< which rows of its export view travel; empty for all
 };
 
 /// What a Roaming Workstation gets at first contact and in answer to a reset, in this order. Orders, purchase

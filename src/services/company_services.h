@@ -22,7 +22,8 @@ class Engine {
     /// Empties the pending list.
     virtual void ClearExports() = 0;
 
-    /// Adds an entry to the pending list; its statement runs in DoExport.
+    /// Adds an entry to the pending list; its statement, one of services/exchange_statements.h, runs in DoExport.
+    /// Raises for any other, and the next DoExport then fails: a change that is left out would count as sent.
     virtual void AddToExport(const std::string& table, const std::string& statement, bool deletion = false) = 0;
 
     /// Writes all pending entries, in the order in which they were added and as one state of the database, to one

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/directory_calls.h"
+#include "services/failure.h"
 #include "suite/files/disk_files.h"
 #include "text/wildcards.h"
 

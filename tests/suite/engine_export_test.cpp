@@ -23,7 +23,7 @@ class EngineExportTest : public testing::Test {
         EXPECT_TRUE(text.ends_with(end));
         return text.substr(head.size(), text.size() - head.size() - end.size());
     }
-    void AddLabels() { main_.engine.AddToExport("PhoneLabels", "SELECT * FROM vwExporting_PhoneLabels", false); }
+    void AddLabels() { main_.engine.AddToExport("PhoneLabels", services::ExportOfTable("PhoneLabels"), false); }
 
     TestFolder folder_;
     EngineCompany main_{folder_, MainID, 1};
@@ -38,10 +38,13 @@ TEST_F(EngineExportTest, WritesTheDocumentedFormFromWhichEveryValueComesBack) {
               "('U2', 'bell' || char(7), -5, 0.1 + 0.2, 3.0), ('U3', CAST(x'C3' AS TEXT), 9e999, 0, ''), "
               "('U4', '', 1, 9223372036854775807, -9e999)");
     main_.Run("INSERT INTO Attachments (UniqueID, Content) VALUES ('B0', x''), ('B1', x'00'), ('B2', x'00FF')");
-    main_.engine.AddToExport("Terms", "SELECT * FROM vwExporting_Terms", false);
+    main_.engine.AddToExport("Terms", services::ExportOfTable("Terms"), false);
     AddLabels();
-    main_.engine.AddToExport("Attachments", "SELECT UniqueID, Content FROM vwExporting_Attachments", false);
+    main_.engine.AddToExport("Attachments", services::ExportOfTable("Attachments"), false);
     ASSERT_TRUE(main_.engine.DoExport(file_));
+    const std::string unset = "<OwnerTable Null=\"1\"/><OwnerUniqueID Null=\"1\"/><AttachmentType Null=\"1\"/>"
+                              "<FileName Null=\"1\"/>";
+    const std::string added = "<AddedOn Null=\"1\"/></Record>\n";
     EXPECT_EQ(
         Tables(),
         "<Table Name=\"Terms\">\n"
@@ -54,9 +57,10 @@ TEST_F(EngineExportTest, WritesTheDocumentedFormFromWhichEveryValueComesBack) {
         "<Record><UniqueID>U4</UniqueID><Name></Name><DueDays>1</DueDays>"
         "<DiscountDays>9223372036854775807</DiscountDays><DiscountPercent>-9e999</DiscountPercent></Record>\n"
         "</Table>\n<Table Name=\"PhoneLabels\">\n</Table>\n<Table Name=\"Attachments\">\n"
-        "<Record><UniqueID>B0</UniqueID><Content Encoding=\"base64\"></Content></Record>\n"
-        "<Record><UniqueID>B1</UniqueID><Content Encoding=\"base64\">AA==</Content></Record>\n"
-        "<Record><UniqueID>B2</UniqueID><Content Encoding=\"base64\">AP8=</Content></Record>\n</Table>\n");
+        "<Record><UniqueID>B0</UniqueID>" +
+            unset + "<Content Encoding=\"base64\"></Content>" + added + "<Record><UniqueID>B1</UniqueID>" + unset +
+            "<Content Encoding=\"base64\">AA==</Content>" + added + "<Record><UniqueID>B2</UniqueID>" + unset +
+            "<Content Encoding=\"base64\">AP8=</Content>" + added + "</Table>\n");
 
     EngineCompany laptop(folder_, LaptopID, 2);
     ASSERT_TRUE(laptop.engine.ImportFile(file_));
@@ -103,19 +107,39 @@ TEST_F(EngineExportTest, TheListIsEmptyAfterEveryExport) {
 }
 
 TEST_F(EngineExportTest, AnEntryThatTheDatabaseDoesNotUnderstandIsPassedOver) {
-    main_.engine.AddToExport("Gone", "SELECT * FROM vwExporting_Gone WHERE ID = 1", false);
-    main_.engine.AddToExport("Gone", "SELECT * FROM vwExporting_Gone WHERE ID = 2", false);
-    main_.engine.AddToExport("Odd's", "SELECT * FROM vwExporting_Odd's WHERE ID = 1", false);
+    main_.engine.AddToExport("Gone", services::ExportOfRow("Gone", 1), false);
+    main_.engine.AddToExport("Gone", services::ExportOfRow("Gone", 2), false);
+    main_.engine.AddToExport("Odd's", services::ExportOfRow("Odd's", 1), false);
     // Nor does one go out that asks for more than its table, as the name of a table might.
     main_.Run("INSERT INTO CompanyOptions VALUES ('Default', 'Mail', 'Password', 's3cret')");
     const std::string more = "PhoneLabels UNION ALL SELECT 1, Value, 3, 4 FROM CompanyOptions";
-    main_.engine.AddToExport(more, "SELECT * FROM vwExporting_" + more, false);
+    main_.engine.AddToExport(more, services::ExportOfTable(more), false);
     AddLabels();
     EXPECT_TRUE(main_.engine.DoExport(file_));
     EXPECT_EQ(Tables(), "<Table Name=\"PhoneLabels\">\n</Table>\n");
     EXPECT_EQ(main_.Number(
                   "SELECT COUNT(*) FROM CompanyEvents WHERE EventText LIKE 'The table ''%'' was left out of %'"),
               3);
+}
+
+TEST_F(EngineExportTest, AnEntryThatNobodyBuiltFailsTheExport) {
+    main_.Run("INSERT INTO PhoneLabels (UniqueID) VALUES ('U1')");
+    const std::string row = services::ExportOfRow("PhoneLabels", 1);
+    const std::string deletion = services::ExportOfDeletion(1);
+    for (const auto& [statement, isDeletion] : {std::pair{row + " ", false},
+                                                {row, true},
+                                                {deletion, false},
+                                                {deletion + ";", true},
+                                                {"", true},
+                                                {services::ExportOfTable("Terms"), false},
+                                                {services::ExportOfTable("PhoneLabels", "ID=1"), false}}) {
+        AddLabels();
+        EXPECT_THROW(main_.engine.AddToExport("PhoneLabels", statement, isDeletion), services::Failure)
+            << statement;
+        EXPECT_FALSE(main_.engine.DoExport(file_)) << statement;
+        AddLabels();
+        EXPECT_TRUE(main_.engine.DoExport(file_)) << statement;
+    }
 }
 
 TEST_F(EngineExportTest, ShowsOneMomentAndWhatChangedDuringAnInitialSyncTravelsNext) {
@@ -129,7 +153,7 @@ TEST_F(EngineExportTest, ShowsOneMomentAndWhatChangedDuringAnInitialSyncTravelsN
     // A statement of an export may call none but the suite's own functions.
     sqlite3_create_function(sql::HandleOf(main_.Connection()), "DATEADD", 0, SQLITE_UTF8, &other, edit, nullptr,
                             nullptr);
-    main_.engine.AddToExport("Terms", "SELECT * FROM vwExporting_Terms WHERE DATEADD() IS NULL", false);
+    main_.engine.AddToExport("Terms", services::ExportOfTable("Terms", "DATEADD() IS NULL"), false);
     ASSERT_TRUE(main_.ExportTable("PhoneLabels", file_));
     EXPECT_EQ(main_.Value("SELECT Name FROM PhoneLabels"), "new");
     EXPECT_NE(ReadFile(file_).find("<Name>old</Name>"), std::string::npos) << ReadFile(file_);
@@ -144,7 +168,7 @@ TEST_F(EngineExportTest, ShowsOneMomentAndWhatChangedDuringAnInitialSyncTravelsN
 }
 
 TEST_F(EngineExportTest, AFailureLeavesNoFile) {
-    main_.Run("INSERT INTO Reports (UniqueID, Layout) VALUES ('U1', printf('%.*c', 900000, 'x'))");
+    main_.Run("INSERT INTO Reports (UniqueID, Layout) VALUES ('U1', printf('%.*c', 900000, 'x')), ('U2', '')");
     const std::vector<std::string> before = folder_.Names();
     {
         const test::FullDisk full(300000);
@@ -152,7 +176,8 @@ TEST_F(EngineExportTest, AFailureLeavesNoFile) {
     }
     // An error of the database in the middle of an entry.
     main_.engine.AddToExport(
-        "Reports", "SELECT UniqueID FROM vwExporting_Reports UNION ALL SELECT DATEADD(day,1,'never')", false);
+        "Reports", services::ExportOfTable("Reports", "UniqueID = 'U1' OR DATEADD(day,1,UniqueID) IS NULL"),
+        false);
     EXPECT_FALSE(main_.engine.DoExport(file_));
     EXPECT_EQ(folder_.Names(), before);
 }

@@ -66,7 +66,7 @@ class EngineCompany {
     }
 
     bool ExportTable(const std::string& table, const std::string& path) {
-        engine.AddToExport(table, "SELECT * FROM vwExporting_" + table, false);
+        engine.AddToExport(table, services::ExportOfTable(table), false);
         return engine.DoExport(path);
     }
     /// The entries of audited changes, as the agent adds them.
@@ -79,15 +79,9 @@ class EngineCompany {
         while (log.Step()) {
             const std::string table(log.Text(1));
             if (log.Integer(3) == 3) {
-                engine.AddToExport(table,
-                                   "SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID FROM AuditLog WHERE "
-                                   "ID = " +
-                                       std::to_string(log.Integer(0)),
-                                   true);
+                engine.AddToExport(table, services::ExportOfDeletion(log.Integer(0)), true);
             } else {
-                engine.AddToExport(
-                    table, "SELECT * FROM vwExporting_" + table + " WHERE ID = " + std::to_string(log.Integer(2)),
-                    false);
+                engine.AddToExport(table, services::ExportOfRow(table, log.Integer(2)), false);
             }
         }
         return engine.DoExport(path);

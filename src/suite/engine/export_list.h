@@ -1,5 +1,7 @@
 #pragma once
 
+#include "services/exchange_statements.h"
+
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -15,16 +17,18 @@ class ExportList {
   public:
     struct Kind {
         std::string table;
-        /// With ?1 in the place of the number when it asks for one row by its ID.
-        std::string statement;
-        bool deletion = false;
-        bool singleRow = false;
+        std::string statement; ///< with ?1 in the place of the ID, unless it asks for many rows
+        services::ExportRequest::Kind asksFor = services::ExportRequest::Kind::Rows;
+
+        bool IsDeletion() const { return asksFor == services::ExportRequest::Kind::Deletion; }
+        bool HasID() const { return asksFor != services::ExportRequest::Kind::Rows; }
     };
     struct Entry {
         std::uint32_t kind = 0; ///< index in Kinds
         std::int64_t id = 0;    ///< for ?1; 0 otherwise
     };
 
+    /// Raises services::Failure for a statement that RecognizeExport does not understand.
     void Add(std::string_view table, std::string_view statement, bool deletion);
 
     /// Whether some entry asks for more than one row, as those of full data do.

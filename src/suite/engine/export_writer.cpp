@@ -12,9 +12,7 @@ namespace {
 
 constexpr std::size_t BufferSize = 256 * 1024;
 
-/// For the audit row of a deletion: what the entry's own statement does not show.
-constexpr std::string_view DeletionShape =
-    "SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID FROM AuditLog WHERE ID = ?1";
+/// In the place of the statement for a deletion, which does not show whose it was.
 constexpr std::string_view DeletionWithOrigin =
     "SELECT AddedOn AS DeletedOn, AuditUniqueID AS UniqueID, ID AS AuditID, Origin AS AuditOrigin, "
     "OriginID AS AuditOriginID, EXISTS (SELECT 1 FROM RepairAudits WHERE AuditID = AuditLog.ID) AS AuditRepair "
@@ -81,7 +79,7 @@ void ExportWriter::Write(const ExportList::Kind& kind, const ExportList::Entry& 
     if (source == nullptr) {
         return;
     }
-    if (kind.singleRow) {
+    if (kind.HasID()) {
         source->statement.Bind(1, entry.id);
     }
     OpenTable(kind);
@@ -95,9 +93,10 @@ void ExportWriter::Write(const ExportList::Kind& kind, const ExportList::Entry& 
 /// The name of the table comes with the entry, and in the end from an audit row. So it is taken as one name and
 /// not as a part of the statement.
 sql::Statement ExportWriter::PrepareFenced(const ExportList::Kind& kind) {
-    return fence_->Prepare(kind.statement == DeletionShape ? DeletionWithOrigin : kind.statement,
-                           {kind.deletion ? "auditlog" : text::ToLowerCase("vwExporting_" + kind.table), "dateadd",
-                            "getutcdate", "repairaudits", "orders" /* by which an order's items are found */});
+    return fence_->Prepare(kind.IsDeletion() ? DeletionWithOrigin : kind.statement,
+                           {kind.IsDeletion() ? "auditlog" : text::ToLowerCase(services::ExportView(kind.table)),
+                            "dateadd", "getutcdate", "repairaudits",
+                            "orders" /* by which an order's items are found */});
 }
 
 ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std::size_t index) {
@@ -137,15 +136,15 @@ ExportWriter::Source* ExportWriter::SourceFor(const ExportList::Kind& kind, std:
 }
 
 void ExportWriter::OpenTable(const ExportList::Kind& kind) {
-    if (tableIsOpen_ && openTable_ == kind.table && openDeletion_ == kind.deletion) {
+    if (tableIsOpen_ && openTable_ == kind.table && openDeletion_ == kind.IsDeletion()) {
         return;
     }
     CloseTable();
     text_ += "<Table Name=\"";
     AppendXmlText(text_, kind.table);
-    text_ += kind.deletion ? "\" Deleted=\"1\">\n" : "\">\n";
+    text_ += kind.IsDeletion() ? "\" Deleted=\"1\">\n" : "\">\n";
     openTable_ = kind.table;
-    openDeletion_ = kind.deletion;
+    openDeletion_ = kind.IsDeletion();
     tableIsOpen_ = true;
 }
 
@@ -163,7 +162,7 @@ void ExportWriter::WriteRecord(const Source& source, const ExportList::Kind& kin
         const bool own = row.IsNull(source.origin);
         AppendOrigin(own ? std::string_view(own_) : row.Text(source.origin),
                      row.Integer(own ? source.auditID : source.originID), row.Integer(source.repair) != 0);
-    } else if (origin_ == ExportOrigin::Tell && kind.singleRow && source.uniqueID >= 0) {
+    } else if (origin_ == ExportOrigin::Tell && kind.HasID() && source.uniqueID >= 0) {
         AppendNewestOrigin(kind.table, row.Text(source.uniqueID));
     }
     text_ += '>';

@@ -29,12 +29,29 @@ void ImportExportEngine::Initialize(services::SharedCodeLibrary& library) {
     }
 }
 
+void ImportExportEngine::ClearExports() {
+    pending_ = {};
+    isIncomplete_ = false;
+}
+
 void ImportExportEngine::AddToExport(const std::string& table, const std::string& statement, bool deletion) {
-    pending_.Add(table, statement, deletion);
+    try {
+        pending_.Add(table, statement, deletion);
+    } catch (const services::Failure&) {
+        isIncomplete_ = true;
+        throw;
+    }
 }
 
 bool ImportExportEngine::DoExport(const std::string& path) {
-    return Export(std::exchange(pending_, {}), ExportOrigin::Tell, path);
+    const ExportList list = std::exchange(pending_, {});
+    if (std::exchange(isIncomplete_, false)) {
+        if (library_ != nullptr) {
+            Tell("An export failed: an entry of it was not understood.");
+        }
+        return false;
+    }
+    return Export(list, ExportOrigin::Tell, path);
 }
 
 bool ImportExportEngine::ExportOrder(std::int32_t id, const std::string& path) {
@@ -48,12 +65,11 @@ bool ImportExportEngine::ExportOrder(std::int32_t id, const std::string& path) {
         return false;
     }
     ExportList list;
-    list.Add("Orders", "SELECT * FROM vwExporting_Orders WHERE ID = " + number, false);
-    list.Add(
-        "OrderItems",
-        "SELECT * FROM vwExporting_OrderItems WHERE OrderUniqueID = (SELECT UniqueID FROM Orders WHERE ID = " +
-            number + ")",
-        false);
+    list.Add("Orders", services::ExportOfRow("Orders", id), false);
+    list.Add("OrderItems",
+             services::ExportOfTable("OrderItems",
+                                     "OrderUniqueID = (SELECT UniqueID FROM Orders WHERE ID = " + number + ")"),
+             false);
     return Export(list, ExportOrigin::Withhold, path);
 }
 
@@ -139,7 +155,7 @@ void ImportExportEngine::PreTerminate() {
         }
     }
     library_ = nullptr;
-    pending_ = {};
+    ClearExports();
 }
 
 void ImportExportEngine::Tell(const std::string& text) {

@@ -26,7 +26,7 @@ class ImportExportEngine : public services::Engine {
     void SetVerbose(bool value) override { verbose_ = value; }
     void SetIgnoreUnknownTables(bool value) override { ignoreUnknownTables_ = value; }
 
-    void ClearExports() override { pending_ = {}; }
+    void ClearExports() override;
     void AddToExport(const std::string& table, const std::string& statement, bool deletion) override;
     bool DoExport(const std::string& path) override;
     /// False for a file that has something wrong with it: that is an event, and the file counts as done. Whatever
@@ -46,6 +46,7 @@ class ImportExportEngine : public services::Engine {
     bool verbose_ = false;
     bool ignoreUnknownTables_ = false;
     ExportList pending_;
+    bool isIncomplete_ = false; ///< an entry was not understood
 };
 
 } // namespace qndr::suite
