@@ -3,6 +3,7 @@
 #include "suite/admin/company_compare.h"
 #include "suite/schema/company_ddl.h"
 #include "suite/schema/company_schema.h"
+#include "text/sql_name.h"
 
 namespace qndr::simulation {
 namespace {
@@ -12,8 +13,8 @@ using Rows = std::map<std::string, std::string>;
 /// All that travels of each row, by its identity.
 Rows ReadRows(const SimulatedComputer& computer, const suite::Table& table) {
     Rows rows;
-    sql::Statement row = computer.Company().Prepare("SELECT " + suite::ExchangedColumnList(table) +
-                                                    " FROM \"vwExporting_" + std::string(table.name) + "\"");
+    sql::Statement row = computer.Company().Prepare("SELECT " + suite::ExchangedColumnList(table) + " FROM " +
+                                                    text::QuotedName("vwExporting_" + std::string(table.name)));
     while (row.Step()) {
         std::string& values = rows[std::string(row.Text(0))];
         for (int column = 1; column < row.ColumnCount(); ++column) {

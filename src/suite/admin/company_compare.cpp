@@ -4,6 +4,7 @@
 #include "suite/schema/company_schema.h"
 #include "suite/schema/vocabulary.h"
 #include "text/letter_case.h"
+#include "text/sql_name.h"
 
 #include <algorithm>
 
@@ -36,7 +37,7 @@ class RowStream {
     RowStream(const sql::Connection& connection, const Table& table, Scope scope, const std::string& oldest)
         : table_(table),
           rows_(connection.Prepare("SELECT " + ExchangedColumnList(table) + ", " + FullExportCondition(table) +
-                                   " FROM \"vwExporting_" + std::string(table.name) + "\"" +
+                                   " FROM " + text::QuotedName("vwExporting_" + std::string(table.name)) +
                                    (scope == Scope::Exchanged ? " WHERE " + FullExportCondition(table) : "") +
                                    " ORDER BY UniqueID")) {
         if (rows_.ParameterCount() > 0) {

@@ -2,6 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/engine/row_json.h"
+#include "text/sql_name.h"
 
 namespace qndr::suite {
 
@@ -49,13 +50,13 @@ void Mark(const sql::Connection& connection, std::int64_t id, ConflictState stat
 /// Writes the audit row that sends what stands here already. The row of a deletion is gone, and with it its local
 /// key, which no deletion needs on its way.
 void SendAgain(const sql::Connection& connection, const Conflict& conflict) {
-    const std::string table(conflict.table->name);
+    const std::string table = text::QuotedName(conflict.table->name);
     const std::string data =
-        conflict.table->auditData.empty() ? "NULL" : "\"" + std::string(conflict.table->auditData) + "\"";
+        conflict.table->auditData.empty() ? "NULL" : text::QuotedName(conflict.table->auditData);
     sql::Statement audit = connection.Prepare(
         "INSERT INTO AuditLog (TableName, RecordID, AuditType, AddedOn, AuditUniqueID, AuditData) " +
         (conflict.losing
-             ? "SELECT ?1, ID, ?2, GETUTCDATE(), UniqueID, " + data + " FROM \"" + table + "\" WHERE UniqueID = ?3"
+             ? "SELECT ?1, ID, ?2, GETUTCDATE(), UniqueID, " + data + " FROM " + table + " WHERE UniqueID = ?3"
              : std::string("VALUES (?1, 0, ?2, GETUTCDATE(), ?3, NULL)")));
     audit.Bind(1, conflict.table->name);
     audit.Bind(2, conflict.losing ? AuditUpdate : AuditDeletion);

@@ -154,7 +154,7 @@ void CancelReset(const sql::Connection& roaming) {
                                                      : "no reset is asked for");
     }
     const std::string before = GetCompanyOption(roaming, RoamingSection, ResetRequestedAt).value_or("");
-    for (const std::int64_t earlier : {Ready, ResetPending}) {
+    for (const std::int64_t earlier : {SyncStateReady, SyncStateResetPending}) {
         if (before == std::to_string(earlier) + " " + CountersText(roaming)) {
             SetCompanySyncState(roaming, earlier);
             transaction.Commit();

@@ -5,6 +5,7 @@
 #include "suite/admin/sample_text.h"
 #include "suite/schema/company_ddl.h"
 #include "suite/schema/company_schema.h"
+#include "text/sql_name.h"
 
 #include <algorithm>
 #include <array>
@@ -110,7 +111,7 @@ class SampleCompany {
 
     void Fill(const sql::Connection& connection, const Table& table) {
         std::string sql =
-            "INSERT INTO \"" + std::string(table.name) + "\" (" + ExchangedColumnList(table) + ") VALUES (?";
+            "INSERT INTO " + text::QuotedName(table.name) + " (" + ExchangedColumnList(table) + ") VALUES (?";
         for (const Column& column : table.columns) {
             sql += column.local ? "" : ", ?";
         }

@@ -2,6 +2,7 @@
 
 #include "services/failure.h"
 #include "suite/computer/file_calls.h"
+#include "text/sql_name.h"
 
 #include <array>
 #include <string_view>
@@ -116,7 +117,7 @@ void DropAll(const sql::Connection& company, const std::string& kind) {
     }
     all.Reset();
     for (const std::string& name : names) {
-        company.ExecuteScript("DROP " + kind + " \"" + name + "\"");
+        company.ExecuteScript("DROP " + kind + " " + text::QuotedName(name));
     }
 }
 
