@@ -115,6 +115,9 @@ std::vector<Judgement> JudgeFiles(const Files& files, const std::vector<CompanyF
         case FileKind::Misnamed:
             judgements.push_back(JudgeMisnamed(file, files, companies));
             break;
+        case FileKind::Standing:
+            judgements.push_back({Fate::Nobody, "tells how its sender stands; written anew at need"});
+            break;
         case FileKind::Mark:
             judgements.push_back({Fate::Nobody, "marks the Sync folder; leave it where it is"});
             break;

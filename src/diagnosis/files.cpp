@@ -109,6 +109,7 @@ class FileSection {
         case FileKind::Misnamed:
             LookAtMisnamed(index);
             break;
+        case FileKind::Standing:
         case FileKind::Mark:
             break;
         case FileKind::UnreadableSyncFile:

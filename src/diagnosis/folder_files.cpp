@@ -10,6 +10,8 @@ std::string KindInWords(const FolderFile& file) {
         return "unreadable";
     case FileKind::Heartbeat:
         return "heartbeat";
+    case FileKind::Standing:
+        return "standing";
     case FileKind::Mark:
         return "mark";
     case FileKind::UnfinishedCopy:

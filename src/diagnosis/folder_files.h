@@ -11,6 +11,7 @@ enum class FileKind {
     SyncFile,
     UnreadableSyncFile, ///< a sync file by its name; the fields of its descriptor are 0 and empty
     Heartbeat,
+    Standing,       ///< what a company tells a partner of its standing
     Misnamed,       ///< a sync file by what is in it, under a name that no agent takes for one
     Mark,           ///< by which the agents know the Sync folder
     UnfinishedCopy, ///< on its way under a temporary name, or left there by a power cut
@@ -19,8 +20,8 @@ enum class FileKind {
 
 struct FolderFile {
     FileKind kind = FileKind::Foreign;
-    /// `To` from the name; the rest from the descriptor, as the receiving steps read it. A heartbeat file has its
-    /// sender, which stands in its name, in `From`.
+    /// `To` from the name; the rest from the descriptor, as the receiving steps read it. A heartbeat file and a
+    /// standing file have their sender, which stands in the name, in `From`.
     FoundSyncFile entry;
 };
 

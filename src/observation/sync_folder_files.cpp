@@ -82,6 +82,11 @@ ListedFile ReadFile(AgentContext& agent, const std::string& path) {
         // Main deletes it whatever its name is.
         listed.file.kind = FileKind::Heartbeat;
         entry.From = tokens ? tokens->first : "";
+    } else if (tokens && name.ends_with("~standing.rsf")) {
+        listed.file.kind = FileKind::Standing;
+        entry.To = NormalizeUniqueID(tokens->first);
+        entry.From =
+            listed.name.substr(tokens->first.size() + 1, listed.name.rfind('~') - tokens->first.size() - 1);
     } else if (tokens && name.ends_with(".zip")) {
         entry.To = NormalizeUniqueID(tokens->first);
         listed.damage = ReadDescriptor(agent, entry);
@@ -126,6 +131,8 @@ std::vector<ListedFile> ReadSyncFolder(const services::AgentServices& services, 
             }
         }
     }
+    std::ranges::stable_partition(files,
+                                  [](const ListedFile& listed) { return listed.file.kind != FileKind::Standing; });
     return files;
 }
 

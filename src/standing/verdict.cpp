@@ -41,6 +41,16 @@ Verdict JudgeProgress(const Outlook& outlook) {
     return {Health::Same, "", "the same as of " + InWords(outlook.provenOn)};
 }
 
+/// A workstation says so itself; main goes by what it says.
+bool IsLasting(const StepTrouble& trouble, const Outlook& outlook) {
+    if (trouble.kind.empty() || !trouble.isCertain) {
+        return false;
+    }
+    const std::vector<std::string>& told = outlook.partner->troubles;
+    return outlook.isMain ? std::find(told.begin(), told.end(), trouble.kind) != told.end()
+                          : trouble.what == outlook.lasting;
+}
+
 std::string StateInWords(int state) {
     return state == 5 || state == 6 ? "a reset is under way" : "the first exchange is under way";
 }
@@ -56,7 +66,7 @@ Verdict Judge(const Outlook& outlook) {
     }
     const StepTrouble trouble = outlook.isMain ? FindStepTrouble(*outlook.partner, outlook.own)
                                                : FindStepTrouble(outlook.own, *outlook.partner);
-    if (!trouble.kind.empty()) {
+    if (IsLasting(trouble, outlook)) {
         const std::string mends = outlook.mendsOn.empty() ? "" : ", mends itself at " + InWords(outlook.mendsOn);
         return {Health::OutOfStep, trouble.kind, "out of step: " + trouble.what + mends};
     }

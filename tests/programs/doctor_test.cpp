@@ -316,6 +316,7 @@ TEST_F(Doctor, MendsWhatHappensInTheSyncFolder) {
 }
 
 TEST_F(Doctor, NamesAFileThatCouldNotBeImportedAtBothEndsUntilAResetHasMendedIt) {
+    dealer_.Main().SetNumber(settings::ProofHours, 0); // which would find what is missing before the reset does
     BringToNormalRunning();
     const auto with = [&](const testing::DealerComputer& computer) {
         return Troubles({"doctor", "--sync", dealer_.SyncFolder(), "--companies", computer.Companies()});

@@ -120,7 +120,7 @@ TEST_F(ExchangeCommands, FollowsAFirstExchange) {
     EXPECT_EQ(JsonAt(Run("main", both), "$.files[0].kind"), "acknowledge");
     EXPECT_EQ(JsonAt(Run("main", both), "$.files[0].judgement"), "main takes it next");
     dealer_.Main().RunPass();
-    EXPECT_EQ(JsonAt(Run("main", both), "$.files[0].kind"), "");
+    EXPECT_EQ(JsonAt(Run("main", both), "$.files[0].kind"), "standing");
 }
 
 TEST_F(ExchangeCommands, GetsAnOrderBackAsAChangeOfItsOwn) {

@@ -50,7 +50,7 @@ class Standing : public ::testing::Test {
 TEST_F(Standing, FindsWhatWasDoneBehindTheTriggersAndSendsOnlyThat) {
     Behind(dealer.Laptop(), "UPDATE Customers SET Notes = 'behind' WHERE ID = 1; DELETE FROM Terms WHERE ID = 1;"
                             "INSERT INTO Groups (UniqueID, Name) VALUES ('BEHIND-1', 'made');"
-                            "UPDATE Products SET Description = 'behind' WHERE ID = 2");
+                            "UPDATE Products SET Notes = 'behind' WHERE ID = 2");
     Behind(dealer.Main(), "UPDATE Vendors SET Notes = 'main' WHERE ID = 1; DELETE FROM Locations WHERE ID = 1");
     const std::string location = dealer.Laptop().Value("SELECT UniqueID FROM Locations WHERE ID = 1");
     const std::int64_t before = dealer.Main().Number("SELECT MAX(ID) FROM AuditLog");
@@ -81,7 +81,7 @@ TEST_F(Standing, DoesNotTakeForADifferenceWhatIsUnderWay) {
     ExpectSame();
     for (const DealerComputer* computer : dealer.All()) {
         EXPECT_EQ(computer->Number("SELECT COUNT(*) FROM RepairAudits"), 0) << computer->Name();
-        EXPECT_EQ(computer->Number("SELECT COUNT(*) FROM CompanyEvents WHERE EventNumber = 6"), 0);
+        EXPECT_EQ(computer->Value("SELECT group_concat(EventText) FROM CompanyEvents WHERE EventNumber = 6"), "");
     }
 }
 

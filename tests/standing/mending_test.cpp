@@ -70,20 +70,22 @@ TEST(StandingVerdict, SaysTheSameOnlyWhereThatIsKnown) {
     outlook.partner = &partner;
     EXPECT_EQ(Judge(outlook).text, "in step, and not proven yet");
     outlook.provenOn = "20261123 10:05:00";
-    EXPECT_EQ(Judge(outlook).text, "the same as of 2026-11-23 10:05:00 UTC");
+    EXPECT_EQ(Judge(outlook).text, "the same as of 2026-11-23 10:05 UTC");
     EXPECT_EQ(Judge(outlook).health, Health::Same);
 
     outlook.own.position.waiting = 3;
     outlook.own.position.waitingSince = "20261123 09:10:00";
-    EXPECT_EQ(Judge(outlook).text, "3 changes behind since 2026-11-23 09:10:00 UTC");
+    EXPECT_EQ(Judge(outlook).text, "3 changes behind since 2026-11-23 09:10 UTC");
     outlook.own.position.waiting = 0;
     outlook.own.position.nextTo = 4;
     outlook.own.filesTo = partner.filesFrom = {3};
     EXPECT_EQ(Judge(outlook).text, "1 file under way");
     outlook.own.filesTo = partner.filesFrom = {};
+    EXPECT_EQ(Judge(outlook).text, "1 file under way") << "a message may not be the newest";
+    outlook.lasting = "the file 3 to main was lost";
     outlook.mendsOn = "20261123 11:00:00";
     EXPECT_EQ(Judge(outlook).text,
-              "out of step: the file 3 to main was lost, mends itself at 2026-11-23 11:00:00 UTC");
+              "out of step: the file 3 to main was lost, mends itself at 2026-11-23 11:00 UTC");
     EXPECT_EQ(Judge(outlook).health, Health::OutOfStep);
     outlook.own.position.nextTo = 3;
     outlook.silentMinutes = 600;

@@ -9,6 +9,8 @@
 
 namespace qndr::control {
 
+using text::Json;
+
 /// A company opened to be looked at or edited, beside an agent that may be at work on it. Never makes a database.
 class OpenedCompany : public observation::OpenedCompany {
   public:

@@ -33,7 +33,7 @@ struct PartnerStanding {
     bool alike = false;
 
     std::int64_t readyFrom = 0; ///< on a workstation: its first message since it was not in normal running
-    std::string outOfStep;      ///< the kind of trouble that both ends' numbers show; empty for none
+    std::string outOfStep;      ///< the trouble that both ends' numbers show, in words; empty for none
     std::string outOfStepSince;
     std::string mended;    ///< the kind that was mended last, until the pairing was in step again
     std::string computers; ///< the names of the partner's computer, the present one first

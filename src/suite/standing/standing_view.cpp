@@ -39,7 +39,8 @@ PairingView View(const sql::Connection& connection, const services::Clock& clock
     outlook.silentMinutes = MinutesBetween(memory.heardOn, NowText(clock));
     outlook.provenOn = memory.provenOn;
     outlook.isTwice = memory.computers.ends_with("\ntwice");
-    if (!memory.outOfStepSince.empty() && mendMinutes > 0 && memory.mended != memory.outOfStep) {
+    outlook.lasting = memory.outOfStep;
+    if (!memory.outOfStepSince.empty() && mendMinutes > 0 && memory.mended.empty()) {
         outlook.mendsOn = AddMinutes(memory.outOfStepSince, mendMinutes);
     }
     view.heardOn = memory.heardOn;

@@ -81,7 +81,8 @@ class WorkstationStanding {
         CompareProof(main);
         SendGivenUpAgain(main);
         if (main.position.state == Ready && message_.position.state == Ready && !memory_.sendsGivenUp &&
-            main.position.nextTo == message_.position.nextFrom) {
+            main.position.nextTo == message_.position.nextFrom &&
+            main.position.nextFrom == message_.position.nextTo && message_.position.waiting == 0) {
             memory_.knownPlace = main.position.place;
         }
     }
@@ -169,8 +170,11 @@ class WorkstationStanding {
     /// for the same reason.
     void MendWhatLasts(const Message& main, PairingStanding::News news) {
         const standing::StepTrouble trouble = standing::FindStepTrouble(message_, main);
-        if (trouble.kind != memory_.outOfStep) {
-            memory_.outOfStep = trouble.kind;
+        if (!trouble.kind.empty() && trouble.isCertain) {
+            message_.troubles = {trouble.kind};
+        }
+        if (trouble.what != memory_.outOfStep) {
+            memory_.outOfStep = trouble.what;
             memory_.outOfStepSince = trouble.kind.empty() ? "" : pairing_.Now();
             if (trouble.kind.empty() && message_.position.state == Ready) {
                 memory_.mended.clear();
