@@ -14,8 +14,8 @@ struct Outlook {
     const Message* partner = nullptr; ///< what the other one told last; null when it never told anything
     std::int64_t silentMinutes = 0;   ///< since it did
     std::string provenOn;
-    /// Of a workstation: StepTrouble::what as it stood at its last exchange. What is seen for the first time may only
-    /// be a message that is not the newest.
+    /// Of a workstation: StepTrouble::what as it stood at its last exchange. What is seen for the first time may
+    /// only be a message that is not the newest.
     std::string lasting;
     bool isTwice = false; ///< the partner's messages come from two computers in turn
     std::string mendsOn;  ///< when a pairing that is out of step will be mended; empty when it will not be
