@@ -1,5 +1,7 @@
 #include "standing/digests.h"
 
+#include "text/letter_case.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -10,6 +12,7 @@ namespace {
 
 constexpr std::int64_t RowsInBucket = 256;
 constexpr std::size_t LongestName = 128;
+constexpr std::size_t MostTables = 256;
 
 std::string_view TakeLine(std::string_view& text) {
     const std::string_view line = text.substr(0, text.find('\n'));
@@ -94,6 +97,13 @@ std::optional<std::vector<TableDigests>> ReadTableDigests(std::string_view text)
         std::size_t buckets = 0;
         if (!FitsInLine(table.table) || !Read(line, buckets) || buckets == 0 || buckets > left ||
             (buckets & (buckets - 1)) != 0) {
+            return std::nullopt;
+        }
+        // A reader walks through all rows of each table that is named.
+        const bool isNamedTwice = std::any_of(tables.begin(), tables.end(), [&](const TableDigests& other) {
+            return text::EqualsWithoutCase(other.table, table.table);
+        });
+        if (isNamedTwice || tables.size() == MostTables) {
             return std::nullopt;
         }
         left -= buckets;

@@ -76,8 +76,8 @@ TEST(StandingDigests, ComeBackAndAreBounded) {
     ASSERT_TRUE(read);
     EXPECT_EQ((*read)[0].buckets, tables[0].buckets);
     EXPECT_EQ((*read)[1].table, "Terms");
-    for (const char* bad : {"0 1 00", "T A 3\n", "T A 131072\n", "T A 0\n", "T A 2\n2 1 0\n", "T  2\n",
-                            "T A 2\n0 -1 00000000000000000000000000000000\n", "T A 2\n0 1 xyz\n"}) {
+    for (const char* bad : {"0 1 00", "T A 3\n", "T A 131072\n", "T A 0\n", "T A 1\nT a 1\n", "T A 2\n2 1 0\n",
+                            "T  2\n", "T A 2\n0 -1 00000000000000000000000000000000\n", "T A 2\n0 1 xyz\n"}) {
         EXPECT_FALSE(ReadTableDigests(bad)) << bad;
     }
     const std::vector<RowList> lists{{"Orders", 0, 0, {{"id 1", {1, 2}, 7}, {"line\nbreak", {1, 2}, 7}}}};

@@ -208,7 +208,9 @@ class MainStanding {
         Message message = company_;
         message.to = workstation.uniqueID;
         message.position = workstation.position;
-        DescribeWaiting(connection_, newest_, message.position);
+        if (message.position.state == Ready) { // what waits for nobody is not counted at each pass
+            DescribeWaiting(connection_, newest_, message.position);
+        }
         message.refused = workstation.refused;
         message.filesTo = census_.Files(workstation.uniqueID, company_.from, false);
         message.filesFrom = census_.Files(company_.from, workstation.uniqueID, true);
